@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "lumodevice/io/fault.hpp"
+
+namespace lumodevice::io {
+
+/// A file opened for binary access. Closed on destruction.
+class BinaryFile {
+ public:
+  virtual ~BinaryFile() = default;
+  /// Fills `data` from the next bytes of the file; what lies beyond its end comes out as zero. Returns
+  /// the number of bytes that the file really had. Throws DriveFault.
+  virtual std::size_t get(std::span<std::uint8_t> data) = 0;
+  /// Writes at the current position, which starts at the file's first byte; the file is never shortened.
+  /// Throws DriveFault (61 when the disk is full).
+  virtual void put(std::span<const std::uint8_t> data) = 0;
+};
+
+/// Drive C: as the component sees it. Paths are written "C:\folder\name"; case does not matter.
+class Drive {
+ public:
+  virtual ~Drive() = default;
+  [[nodiscard]] virtual bool fileExists(std::string_view path) const = 0;
+  [[nodiscard]] virtual bool folderExists(std::string_view path) const = 0;
+  /// The parent must exist. Throws DriveFault (75 when the name exists, 76 when the parent does not).
+  virtual void createFolder(std::string_view path) = 0;
+  /// Throws DriveFault(53) when there is no such file.
+  virtual void remove(std::string_view path) = 0;
+  /// Creates a missing file; keeps the content of one that exists. Throws DriveFault.
+  [[nodiscard]] virtual std::unique_ptr<BinaryFile> open(std::string_view path) = 0;
+};
+
+}  // namespace lumodevice::io

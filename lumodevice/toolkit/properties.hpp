@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/toolkit/control.hpp"
+
+/// The properties of controls by name and as text, for scripts, tables and tests.
+namespace lumodevice::toolkit {
+
+/// "TextBox", "CheckBox", ...
+[[nodiscard]] std::string_view kindName(Kind kind);
+
+/// The value of a property as text: Booleans as "True" or "False", `List(i)` for an item. Throws
+/// PropertyFault(438) when the control has no such property.
+[[nodiscard]] std::string readProperty(const Control& control, std::string_view property);
+
+/// Sets a property as program code does, raising what program code raises. Throws PropertyFault(438) when
+/// the control has no such property or does not let it be set, 380 for a value that it does not take.
+void writeProperty(Control& control, std::string_view property, std::string_view value);
+
+/// Caption or text, whichever the control shows; none for a control that shows neither.
+[[nodiscard]] std::optional<std::string> shownText(const Control& control);
+
+}  // namespace lumodevice::toolkit

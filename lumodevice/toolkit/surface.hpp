@@ -1,0 +1,104 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "lumodevice/toolkit/control.hpp"
+
+namespace lumodevice::toolkit {
+
+/// Watches the controls of a surface: a window, a terminal, a test. The notification comes after the
+/// change and before the event that the change raises; `item` is the index of the item that was inserted
+/// or removed, else -1. A view may read any control then, but must not change one.
+class View {
+ public:
+  virtual ~View() = default;
+  virtual void changed(const Control& control, Property property, int item) = 0;
+};
+
+/// Owns the controls of one form, in the order of their making, finds them by name and tells the views
+/// what changed.
+class Surface {
+ public:
+  Surface() = default;
+  Surface(const Surface&) = delete;
+  Surface& operator=(const Surface&) = delete;
+
+  /// Makes a control of the given type. Names are unique (a control array: name and index together);
+  /// throws std::logic_error otherwise.
+  template <typename ControlType>
+  ControlType& add(std::string name, std::optional<int> index = {}, Container* container = nullptr) {
+    auto control = std::unique_ptr<ControlType>(new ControlType(
+        {*this, ControlType::kKind, std::move(name), index, container, nextZOrder()}));
+    ControlType& reference = *control;
+    adopt(std::move(control));
+    return reference;
+  }
+
+  /// The control of that name (and index), or null.
+  [[nodiscard]] Control* find(std::string_view name, std::optional<int> index = {}) const;
+
+  /// The control of that name and type; throws std::logic_error when there is none.
+  template <typename ControlType>
+  [[nodiscard]] ControlType& get(std::string_view name, std::optional<int> index = {}) const {
+    auto* control = dynamic_cast<ControlType*>(find(name, index));
+    if (control == nullptr) {
+      missing(name, index);
+    }
+    return *control;
+  }
+
+  [[nodiscard]] const std::vector<std::unique_ptr<Control>>& controls() const { return controls_; }
+
+  void attach(View& view) { views_.push_back(&view); }
+  void detach(View& view) { std::erase(views_, &view); }
+
+ private:
+  friend class Control;
+  using Key = std::pair<std::string, int>;
+  struct Before {
+    using is_transparent = void;
+    bool operator()(const auto& left, const auto& right) const {
+      return std::pair<std::string_view, int>(left) < std::pair<std::string_view, int>(right);
+    }
+  };
+
+  void adopt(std::unique_ptr<Control> control);
+  [[noreturn]] static void missing(std::string_view name, std::optional<int> index);
+  void notify(const Control& control, Property property, int item) const;
+  [[nodiscard]] int nextZOrder() { return ++lastZOrder_; }
+
+  std::vector<std::unique_ptr<Control>> controls_;
+  std::map<Key, Control*, Before> byName_;
+  std::vector<View*> views_;
+  int lastZOrder_ = 0;
+};
+
+/// The elements 0 to Count - 1 of a control array.
+template <typename ControlType, int Count>
+class ControlArray {
+ public:
+  ControlArray(const Surface& surface, std::string_view name) {
+    for (int i = 0; i < Count; ++i) {
+      elements_[static_cast<std::size_t>(i)] = &surface.get<ControlType>(name, i);
+    }
+  }
+  [[nodiscard]] ControlType& operator()(int index) const {
+    return *elements_.at(static_cast<std::size_t>(index));
+  }
+  [[nodiscard]] static constexpr int count() { return Count; }
+  [[nodiscard]] auto begin() const { return elements_.begin(); }
+  [[nodiscard]] auto end() const { return elements_.end(); }
+
+ private:
+  std::array<ControlType*, Count> elements_{};
+};
+
+}  // namespace lumodevice::toolkit
