@@ -17,8 +17,8 @@
 
 namespace lumodevice {
 
-/// What a host gives the component. Everything referred to must outlive the component, and is used on
-/// the thread that calls the component alone.
+/// What a host gives the component. Everything referred to must outlive the component, and is used
+/// on the thread that calls the component alone.
 struct Host {
   toolkit::EventLoop& loop;
   io::Visa& visa;
@@ -35,10 +35,10 @@ struct Host {
 /// Kind of the open link.
 enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 
-/// The instrument control: operates one DC electronic load of the ZAN family over a VISA library, the
-/// VISA COM objects or a serial port. Members never throw for anything that the instrument, the link or
-/// the operator does; they may block for the waits of the operation that they run, during which the
-/// host's loop goes on processing events.
+/// The instrument control: operates one DC electronic load of the ZAN family over a VISA library,
+/// the VISA COM objects or a serial port. Members never throw for anything that the instrument, the
+/// link or the operator does; they may block for the waits of the operation that they run, during
+/// which the host's loop goes on processing events.
 class ZANCtrl {
  public:
   /// Attempts no connection.
@@ -66,8 +66,8 @@ class ZANCtrl {
   [[nodiscard]] LinkKind ConnStyle() const;
   /// Asks ":SYST:ERR?" and returns the answer; "" when not connected. Blocks for one exchange.
   [[nodiscard]] std::string ErrMessage();
-  /// Sends a command and waits for the answer of a query (`Text5` milliseconds, seven times as long when
-  /// no answer comes). A blank command does nothing.
+  /// Sends a command and waits for the answer of a query (`Text5` milliseconds, seven times as long
+  /// when no answer comes). A blank command does nothing.
   void SendCmd(std::string_view sVar);
   /// The last answer.
   [[nodiscard]] std::string ResultStr() const;
@@ -79,8 +79,8 @@ class ZANCtrl {
   void ShowControl();
   /// Shows the connection frame.
   void ShowConnect();
-  /// Shows the connection frame and searches for an instrument on the chosen link; true when one was
-  /// found. Blocks for the search: up to 3.3 s for each serial port and baud rate tried.
+  /// Shows the connection frame and searches for an instrument on the chosen link; true when one
+  /// was found. Blocks for the search: up to 3.3 s for each serial port and baud rate tried.
   bool AutoConnect();
   /// Puts the panel into its unconnected look.
   void NotConnect();

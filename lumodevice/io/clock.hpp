@@ -23,8 +23,8 @@ class WallClock {
   [[nodiscard]] virtual LocalTime now() const = 0;
 };
 
-/// A clock that counts from its own start and can be waited on; what links and simulated instruments
-/// measure their time-outs with.
+/// A clock that counts from its own start and can be waited on; what links and simulated
+/// instruments measure their time-outs with.
 class Clock {
  public:
   using Duration = std::chrono::nanoseconds;

@@ -13,11 +13,11 @@ namespace lumodevice::io {
 class BinaryFile {
  public:
   virtual ~BinaryFile() = default;
-  /// Fills `data` from the next bytes of the file; what lies beyond its end comes out as zero. Returns
-  /// the number of bytes that the file really had. Throws DriveFault.
+  /// Fills `data` from the next bytes of the file; what lies beyond its end comes out as zero.
+  /// Returns the number of bytes that the file really had. Throws DriveFault.
   virtual std::size_t get(std::span<std::uint8_t> data) = 0;
-  /// Writes at the current position, which starts at the file's first byte; the file is never shortened.
-  /// Throws DriveFault (61 when the disk is full).
+  /// Writes at the current position, which starts at the file's first byte; the file is never
+  /// shortened. Throws DriveFault (61 when the disk is full).
   virtual void put(std::span<const std::uint8_t> data) = 0;
 };
 
@@ -27,7 +27,8 @@ class Drive {
   virtual ~Drive() = default;
   [[nodiscard]] virtual bool fileExists(std::string_view path) const = 0;
   [[nodiscard]] virtual bool folderExists(std::string_view path) const = 0;
-  /// The parent must exist. Throws DriveFault (75 when the name exists, 76 when the parent does not).
+  /// The parent must exist. Throws DriveFault (75 when the name exists, 76 when the parent does
+  /// not).
   virtual void createFolder(std::string_view path) = 0;
   /// Throws DriveFault(53) when there is no such file.
   virtual void remove(std::string_view path) = 0;

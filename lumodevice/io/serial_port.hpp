@@ -22,13 +22,13 @@ inline constexpr int kSerialUnavailable = 68;
 
 struct SerialSettings {
   std::int32_t baud = 9600;
-  char parity = 'n';         ///< e even, m mark, n none, o odd, s space
-  int dataBits = 8;          ///< 4 to 8
+  char parity = 'n';           ///< e even, m mark, n none, o odd, s space
+  int dataBits = 8;            ///< 4 to 8
   std::string stopBits = "1";  ///< "1", "1.5" or "2"
 };
 
-/// An open serial device. Closed on destruction. No call blocks: what has not arrived is not waited for,
-/// and a write that the device does not take within its own time-out throws.
+/// An open serial device. Closed on destruction. No call blocks: what has not arrived is not waited
+/// for, and a write that the device does not take within its own time-out throws.
 class SerialLine {
  public:
   virtual ~SerialLine() = default;
@@ -36,7 +36,8 @@ class SerialLine {
   virtual void configure(const SerialSettings& settings) = 0;
   /// Throws SerialFault(8019) when the device does not take the bytes, 68 when it is gone.
   virtual void write(std::string_view data) = 0;
-  /// Appends all bytes received so far to `queue`. Throws SerialFault(8020) when the device is gone.
+  /// Appends all bytes received so far to `queue`. Throws SerialFault(8020) when the device is
+  /// gone.
   virtual void receive(std::string& queue) = 0;
 };
 
@@ -44,13 +45,14 @@ class SerialLine {
 class SerialDevices {
  public:
   virtual ~SerialDevices() = default;
-  /// Throws SerialFault: 8002 for a port that does not exist, 8005 for one in use by another program,
-  /// 68 for a device that cannot be opened, 380 for settings that it refuses.
-  [[nodiscard]] virtual std::unique_ptr<SerialLine> open(int port, const SerialSettings& settings) = 0;
+  /// Throws SerialFault: 8002 for a port that does not exist, 8005 for one in use by another
+  /// program, 68 for a device that cannot be opened, 380 for settings that it refuses.
+  [[nodiscard]] virtual std::unique_ptr<SerialLine> open(int port,
+                                                         const SerialSettings& settings) = 0;
 };
 
-/// The serial port control: the properties that the component uses, with their error numbers, and the
-/// receive queue.
+/// The serial port control: the properties that the component uses, with their error numbers, and
+/// the receive queue.
 class SerialPort {
  public:
   enum class InputModes { Text = 0, Binary = 1 };
@@ -61,19 +63,21 @@ class SerialPort {
   [[nodiscard]] int CommPort() const { return port_; }
   void setCommPort(int port);
 
-  /// "BBBB,P,D,S"; fields that are left out keep their values, so "9600" sets the baud rate alone. A bad
-  /// value throws 380 when the port is opened, or at once while it is open.
+  /// "BBBB,P,D,S"; fields that are left out keep their values, so "9600" sets the baud rate alone.
+  /// A bad value throws 380 when the port is opened, or at once while it is open.
   [[nodiscard]] std::string Settings() const;
   void setSettings(std::string_view settings);
 
-  /// Opening an open port throws 8005; closing a closed one does nothing. Closing empties the queue.
+  /// Opening an open port throws 8005; closing a closed one does nothing. Closing empties the
+  /// queue.
   [[nodiscard]] bool PortOpen() const { return line_ != nullptr; }
   void setPortOpen(bool open);
 
   /// Writes bytes as they are. Throws 8018 on a closed port.
   void Output(std::string_view data);
 
-  /// Takes all that was received out of the queue; "" when nothing waits. Throws 8018 on a closed port.
+  /// Takes all that was received out of the queue; "" when nothing waits. Throws 8018 on a closed
+  /// port.
   [[nodiscard]] std::string Input();
 
   /// How Input reads; both modes give the bytes unchanged here, the mode is kept as it was set.

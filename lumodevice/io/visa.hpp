@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-/// The nine operations of a VISA library (VPP-4.3.2) that the component uses. Names, argument order and
-/// numbers are VISA's own; handles are 32-bit numbers on every platform.
+/// The nine operations of a VISA library (VPP-4.3.2) that the component uses. Names, argument order
+/// and numbers are VISA's own; handles are 32-bit numbers on every platform.
 namespace lumodevice::io {
 
 /// Negative is an error; 0 and positive numbers are success and warnings.
@@ -17,7 +17,9 @@ using ViFindList = ViObject;
 using ViAttr = std::uint32_t;
 
 /// A status as VISA writes it in hexadecimal.
-[[nodiscard]] constexpr ViStatus viStatus(std::uint32_t code) { return static_cast<ViStatus>(code); }
+[[nodiscard]] constexpr ViStatus viStatus(std::uint32_t code) {
+  return static_cast<ViStatus>(code);
+}
 
 inline constexpr ViStatus VI_SUCCESS = 0;
 inline constexpr ViStatus VI_SUCCESS_TERM_CHAR = viStatus(0x3FFF0005);
@@ -45,17 +47,22 @@ inline constexpr std::uint32_t VI_NO_LOCK = 0;
 inline constexpr std::uint32_t VI_EXCLUSIVE_LOCK = 1;
 
 /// Attributes: id, width, unit.
-inline constexpr ViAttr VI_ATTR_SEND_END_EN = 0x3FFF0016;    ///< Boolean: END with the last byte of a write
-inline constexpr ViAttr VI_ATTR_TERMCHAR = 0x3FFF0018;       ///< 8 bits: the termination character
-inline constexpr ViAttr VI_ATTR_TMO_VALUE = 0x3FFF001A;      ///< 32 bits: I/O time-out in milliseconds
-inline constexpr ViAttr VI_ATTR_TERMCHAR_EN = 0x3FFF0038;    ///< Boolean: reads end at the character
-inline constexpr ViAttr VI_ATTR_ASRL_END_IN = 0x3FFF00B3;    ///< 16 bits: 0 none, 2 termination character
-inline constexpr ViAttr VI_ATTR_ASRL_END_OUT = 0x3FFF00B4;   ///< 16 bits: 0 none, 2 termination character
-inline constexpr ViAttr VI_ATTR_INTF_INST_NAME = 0xBFFF00E9; ///< text, read only: the interface's name
+inline constexpr ViAttr VI_ATTR_SEND_END_EN =
+    0x3FFF0016;  ///< Boolean: END with the last byte of a write
+inline constexpr ViAttr VI_ATTR_TERMCHAR = 0x3FFF0018;   ///< 8 bits: the termination character
+inline constexpr ViAttr VI_ATTR_TMO_VALUE = 0x3FFF001A;  ///< 32 bits: I/O time-out in milliseconds
+inline constexpr ViAttr VI_ATTR_TERMCHAR_EN = 0x3FFF0038;  ///< Boolean: reads end at the character
+inline constexpr ViAttr VI_ATTR_ASRL_END_IN =
+    0x3FFF00B3;  ///< 16 bits: 0 none, 2 termination character
+inline constexpr ViAttr VI_ATTR_ASRL_END_OUT =
+    0x3FFF00B4;  ///< 16 bits: 0 none, 2 termination character
+inline constexpr ViAttr VI_ATTR_INTF_INST_NAME =
+    0xBFFF00E9;  ///< text, read only: the interface's name
 
 inline constexpr std::uint32_t VI_TMO_INFINITE = 0xFFFFFFFF;
 
-/// Bytes of a buffer that a VISA library fills with a descriptor or a name, terminating NUL included.
+/// Bytes of a buffer that a VISA library fills with a descriptor or a name, terminating NUL
+/// included.
 inline constexpr std::size_t VI_FIND_BUFLEN = 256;
 
 class Visa {
@@ -66,7 +73,8 @@ class Visa {
 
   /// `descriptor` receives the first match, without padding; `count` the number of matches.
   virtual ViStatus viFindRsrc(ViSession resourceManager, const std::string& expression,
-                              ViFindList& findList, std::uint32_t& count, std::string& descriptor) = 0;
+                              ViFindList& findList, std::uint32_t& count,
+                              std::string& descriptor) = 0;
 
   /// The next match; VI_ERROR_RSRC_NFOUND and an unchanged `descriptor` when there is none left.
   virtual ViStatus viFindNext(ViFindList findList, std::string& descriptor) = 0;
@@ -82,7 +90,8 @@ class Visa {
   /// A text attribute.
   virtual ViStatus viGetAttribute(ViObject object, ViAttr attribute, std::string& value) = 0;
 
-  /// A numeric attribute; the 32 bits are zero-extended to the width of the platform's attribute state.
+  /// A numeric attribute; the 32 bits are zero-extended to the width of the platform's attribute
+  /// state.
   virtual ViStatus viSetAttribute(ViObject object, ViAttr attribute, std::uint32_t value) = 0;
 
   /// At most buffer.size() bytes. `count` tells how many arrived, on a time-out too.

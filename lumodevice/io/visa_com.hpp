@@ -9,7 +9,8 @@
 
 #include "lumodevice/io/fault.hpp"
 
-/// The parts of the VISA COM 3.0 object model that the component uses. Every call throws VisaComFault.
+/// The parts of the VISA COM 3.0 object model that the component uses. Every call throws
+/// VisaComFault.
 namespace lumodevice::io {
 
 inline constexpr std::uint32_t E_VISA_SYSTEM_ERROR = 0x80040000;
@@ -25,7 +26,8 @@ inline constexpr int kSerialEndTerminationCharacter = 2;
 inline constexpr int kInputBuffer = 0x10;
 inline constexpr int kOutputBuffer = 0x20;
 
-/// An open session (IMessage, with ISerial's end modes). It is closed when its last holder lets it go.
+/// An open session (IMessage, with ISerial's end modes). It is closed when its last holder lets it
+/// go.
 class MessageSession {
  public:
   virtual ~MessageSession() = default;
@@ -50,8 +52,8 @@ class FormattedIO488 {
   virtual void WriteString(std::string_view data, bool flushAndEnd) = 0;
   /// One message up to its end as the session defines it, terminator included.
   virtual std::string ReadString() = 0;
-  /// The data bytes of a definite-length block of unsigned bytes. Without `seekToBlock` the first byte
-  /// must be "#"; with `flushToEnd` the rest of the message is read and dropped.
+  /// The data bytes of a definite-length block of unsigned bytes. Without `seekToBlock` the first
+  /// byte must be "#"; with `flushToEnd` the rest of the message is read and dropped.
   virtual std::vector<std::uint8_t> ReadIEEEBlock(bool seekToBlock, bool flushToEnd) = 0;
   /// `command` as it stands, then "#", one digit, the byte count and the bytes.
   virtual void WriteIEEEBlock(std::string_view command, std::span<const std::uint8_t> data,
@@ -63,8 +65,8 @@ class FormattedIO488 {
 class ResourceManager {
  public:
   virtual ~ResourceManager() = default;
-  virtual std::shared_ptr<MessageSession> Open(std::string_view resourceName, std::int32_t accessMode,
-                                               std::int32_t openTimeout,
+  virtual std::shared_ptr<MessageSession> Open(std::string_view resourceName,
+                                               std::int32_t accessMode, std::int32_t openTimeout,
                                                std::string_view optionString) = 0;
 };
 

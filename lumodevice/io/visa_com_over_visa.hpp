@@ -7,8 +7,8 @@
 
 namespace lumodevice::io {
 
-/// The VISA COM objects over the nine operations of a VISA library, so that this link works wherever a
-/// VISA library does. The library must outlive every object made here.
+/// The VISA COM objects over the nine operations of a VISA library, so that this link works
+/// wherever a VISA library does. The library must outlive every object made here.
 class VisaComOverVisa : public VisaCom {
  public:
   explicit VisaComOverVisa(Visa& visa) : visa_(visa) {}

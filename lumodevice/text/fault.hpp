@@ -5,9 +5,9 @@
 
 namespace lumodevice {
 
-/// A failure that the operations of the component know how to live with: a number that does not fit,
-/// a property value that a control refuses, a link or a drive that fails. The subsystems catch exactly
-/// this type (or one of its kinds); anything else is a bug and is never swallowed.
+/// A failure that the operations of the component know how to live with: a number that does not
+/// fit, a property value that a control refuses, a link or a drive that fails. The subsystems catch
+/// exactly this type (or one of its kinds); anything else is a bug and is never swallowed.
 class Fault : public std::runtime_error {
  public:
   /// `number` identifies the failure within its kind; each kind says whose numbering it uses.

@@ -28,7 +28,8 @@ enum class Kind {
   Image,
 };
 
-/// What can change about a control. The three Item... kinds carry the item's index with the notification.
+/// What can change about a control. The three Item... kinds carry the item's index with the
+/// notification.
 enum class Property {
   Text,
   Caption,
@@ -47,8 +48,8 @@ enum class Property {
   ZOrder,
 };
 
-/// Left, top, width and height in twips (1440 to the inch, 15 to the pixel at 96 dpi), relative to the
-/// container.
+/// Left, top, width and height in twips (1440 to the inch, 15 to the pixel at 96 dpi), relative to
+/// the container.
 struct Place {
   int left = 0;
   int top = 0;
@@ -57,7 +58,8 @@ struct Place {
   friend bool operator==(const Place&, const Place&) = default;
 };
 
-/// A value that a property does not take (number 380), or a property that the control has not (438).
+/// A value that a property does not take (number 380), or a property that the control has not
+/// (438).
 class PropertyFault : public Fault {
  public:
   using Fault::Fault;
@@ -66,8 +68,8 @@ class PropertyFault : public Fault {
 inline constexpr int kInvalidPropertyValue = 380;
 inline constexpr int kNoSuchProperty = 438;
 
-/// An event of a control: at most one handler, set by the subsystem that owns the event. Raising it runs
-/// the handler at once, nested in whatever is running, to its end.
+/// An event of a control: at most one handler, set by the subsystem that owns the event. Raising it
+/// runs the handler at once, nested in whatever is running, to its end.
 template <typename... Arguments>
 class Event {
  public:
@@ -83,9 +85,10 @@ class Event {
   std::function<void(Arguments...)> handler_;
 };
 
-/// What all controls have. Controls live in a Surface, which owns them, and are never copied or moved.
-/// Setting a property to the value that it already has does nothing: no notification, no event.
-/// A changed property is first shown to the surface's views, then its event (if any) is raised.
+/// What all controls have. Controls live in a Surface, which owns them, and are never copied or
+/// moved. Setting a property to the value that it already has does nothing: no notification, no
+/// event. A changed property is first shown to the surface's views, then its event (if any) is
+/// raised.
 class Control {
  public:
   virtual ~Control() = default;

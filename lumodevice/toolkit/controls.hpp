@@ -6,7 +6,8 @@
 
 #include "lumodevice/toolkit/control.hpp"
 
-/// The kinds of control. "From code" means a setter of this header; an operator's acts go through Hand.
+/// The kinds of control. "From code" means a setter of this header; an operator's acts go through
+/// Hand.
 namespace lumodevice::toolkit {
 
 /// Key codes that the fields know.
@@ -133,7 +134,8 @@ class TextBox : public Control {
 /// The items and the selection that list boxes and combo boxes share.
 class ListControl : public Control {
  public:
-  /// The selection changed from code, or the operator picked an entry (also the one already selected).
+  /// The selection changed from code, or the operator picked an entry (also the one already
+  /// selected).
   Event<> click;
   [[nodiscard]] int listCount() const { return static_cast<int>(items_.size()); }
   /// Throws PropertyFault(381) outside 0 to listCount() - 1.
@@ -145,7 +147,8 @@ class ListControl : public Control {
   /// Adds at the end, or before the item at `position`. The selected item stays selected.
   void addItem(std::string_view item);
   void addItem(std::string_view item, int position);
-  /// Throws PropertyFault(5) for an index that holds no item. Removing the selected item selects nothing.
+  /// Throws PropertyFault(5) for an index that holds no item. Removing the selected item selects
+  /// nothing.
   void removeItem(int index);
   /// Empties list, selection and text; raises nothing.
   void clear();
@@ -163,7 +166,8 @@ class ListControl : public Control {
   int listIndex_ = -1;
 };
 
-/// An edit field with a list. Selecting an entry puts it into the field; setting the text selects none.
+/// An edit field with a list. Selecting an entry puts it into the field; setting the text selects
+/// none.
 class ComboBox : public ListControl {
  public:
   static constexpr Kind kKind = Kind::ComboBox;

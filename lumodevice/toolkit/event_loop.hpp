@@ -10,8 +10,8 @@ namespace lumodevice::toolkit {
 
 class Timer;
 
-/// What makes timers tick and lets an operation wait. The component runs on the thread of its loop alone
-/// and waits only by processEvents() and sleep(), in the order that the operation names them.
+/// What makes timers tick and lets an operation wait. The component runs on the thread of its loop
+/// alone and waits only by processEvents() and sleep(), in the order that the operation names them.
 ///
 /// Real time, virtual time and the loops of window systems are makes of this class.
 class EventLoop {
@@ -30,8 +30,8 @@ class EventLoop {
   /// earlier first, each at most once and none inside its own tick.
   void processEvents();
 
-  /// A wait of the component: `milliseconds` during which no input and no timer is delivered. A wait of
-  /// 0 or less, or beyond 32 bits, is none.
+  /// A wait of the component: `milliseconds` during which no input and no timer is delivered. A
+  /// wait of 0 or less, or beyond 32 bits, is none.
   void sleep(double milliseconds);
 
   /// Passes over all that happens within `span`, timers due at its very end included.

@@ -16,8 +16,9 @@ namespace lumodevice::toolkit {
 /// PropertyFault(438) when the control has no such property.
 [[nodiscard]] std::string readProperty(const Control& control, std::string_view property);
 
-/// Sets a property as program code does, raising what program code raises. Throws PropertyFault(438) when
-/// the control has no such property or does not let it be set, 380 for a value that it does not take.
+/// Sets a property as program code does, raising what program code raises. Throws
+/// PropertyFault(438) when the control has no such property or does not let it be set, 380 for a
+/// value that it does not take.
 void writeProperty(Control& control, std::string_view property, std::string_view value);
 
 /// Caption or text, whichever the control shows; none for a control that shows neither.

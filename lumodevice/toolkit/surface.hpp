@@ -14,27 +14,28 @@
 
 namespace lumodevice::toolkit {
 
-/// Watches the controls of a surface: a window, a terminal, a test. The notification comes after the
-/// change and before the event that the change raises; `item` is the index of the item that was inserted
-/// or removed, else -1. A view may read any control then, but must not change one.
+/// Watches the controls of a surface: a window, a terminal, a test. The notification comes after
+/// the change and before the event that the change raises; `item` is the index of the item that was
+/// inserted or removed, else -1. A view may read any control then, but must not change one.
 class View {
  public:
   virtual ~View() = default;
   virtual void changed(const Control& control, Property property, int item) = 0;
 };
 
-/// Owns the controls of one form, in the order of their making, finds them by name and tells the views
-/// what changed.
+/// Owns the controls of one form, in the order of their making, finds them by name and tells the
+/// views what changed.
 class Surface {
  public:
   Surface() = default;
   Surface(const Surface&) = delete;
   Surface& operator=(const Surface&) = delete;
 
-  /// Makes a control of the given type. Names are unique (a control array: name and index together);
-  /// throws std::logic_error otherwise.
+  /// Makes a control of the given type. Names are unique (a control array: name and index
+  /// together); throws std::logic_error otherwise.
   template <typename ControlType>
-  ControlType& add(std::string name, std::optional<int> index = {}, Container* container = nullptr) {
+  ControlType& add(std::string name, std::optional<int> index = {},
+                   Container* container = nullptr) {
     auto control = std::unique_ptr<ControlType>(new ControlType(
         {*this, ControlType::kKind, std::move(name), index, container, nextZOrder()}));
     ControlType& reference = *control;

@@ -8,8 +8,8 @@
 
 namespace lumodevice::toolkit {
 
-/// Ticks on its event loop while it is enabled and its interval is not 0: first one interval after it was
-/// switched on (or its interval was set), then one interval after each tick began.
+/// Ticks on its event loop while it is enabled and its interval is not 0: first one interval after
+/// it was switched on (or its interval was set), then one interval after each tick began.
 class Timer : public Control {
  public:
   static constexpr Kind kKind = Kind::Timer;
@@ -20,7 +20,8 @@ class Timer : public Control {
   [[nodiscard]] int interval() const { return interval_; }
   /// Restarts the count. Throws PropertyFault(380) outside 0 to 65535.
   void setInterval(int milliseconds);
-  /// Without a loop a timer never ticks. The loop must outlive the timer or be left with leaveLoop().
+  /// Without a loop a timer never ticks. The loop must outlive the timer or be left with
+  /// leaveLoop().
   void joinLoop(EventLoop& loop);
   void leaveLoop();
 

@@ -1,0 +1,65 @@
+#include "lumodevice/toolkit/control.hpp"
+
+#include "lumodevice/toolkit/surface.hpp"
+
+namespace lumodevice::toolkit {
+
+Control::Control(Identity identity)
+    : surface_(identity.surface),
+      kind_(identity.kind),
+      name_(std::move(identity.name)),
+      index_(identity.index),
+      container_(identity.container),
+      zOrder_(identity.zOrder) {}
+
+std::string Control::fullName() const {
+  return index_ ? name_ + "(" + std::to_string(*index_) + ")" : name_;
+}
+
+void Control::setEnabled(bool enabled) {
+  if (enabled_ != enabled) {
+    enabled_ = enabled;
+    changed(Property::Enabled);
+    enabledChanged();
+  }
+}
+
+bool Control::usable() const {
+  return enabled_ && (container_ == nullptr || container_->usable());
+}
+
+void Control::setVisible(bool visible) {
+  if (visible_ != visible) {
+    visible_ = visible;
+    changed(Property::Visible);
+  }
+}
+
+void Control::setTag(std::string_view tag) {
+  if (tag_ != tag) {
+    tag_ = tag;
+    changed(Property::Tag);
+  }
+}
+
+void Control::setPlace(const Place& place) {
+  if (place_ != place) {
+    place_ = place;
+    changed(Property::Place);
+  }
+}
+
+void Control::moveTo(int left, int top) {
+  setPlace({left, top, place_.width, place_.height});
+}
+
+void Control::bringToFront() {
+  zOrder_ = surface_.nextZOrder();
+  changed(Property::ZOrder);
+}
+
+void Control::changed(Property property, int item) const {
+  surface_.notify(*this, property, item);
+}
+
+}  // namespace lumodevice::toolkit

@@ -1,0 +1,112 @@
+#include "lumodevice/toolkit/event_loop.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <thread>
+
+#include "lumodevice/toolkit/timer.hpp"
+
+namespace lumodevice::toolkit {
+
+EventLoop::~EventLoop() {
+  while (!timers_.empty()) {
+    timers_.back()->leaveLoop();
+  }
+}
+
+void EventLoop::processEvents() {
+  if (onPass) {
+    onPass();
+  }
+  const std::uint64_t pass = ++passes_;
+  deliverInput();
+  const Duration begin = now();
+  while (Timer* timer = earliestDue(begin, pass)) {
+    tick(*timer, pass);
+  }
+}
+
+void EventLoop::sleep(double milliseconds) {
+  const double whole = std::nearbyint(milliseconds);
+  if (!(whole > 0) || whole > std::numeric_limits<std::int32_t>::max()) {
+    return;
+  }
+  const auto count = static_cast<std::int32_t>(whole);
+  if (onSleep) {
+    onSleep(count);
+  }
+  idle(std::chrono::milliseconds(count));
+}
+
+void EventLoop::runFor(Duration span) {
+  const Duration end = now() + span;
+  for (;;) {
+    processEvents();
+    const Duration present = now();
+    if (present >= end) {
+      return;
+    }
+    idle(std::min(end, std::max(nextDue().value_or(end), present)) - present);
+  }
+}
+
+void EventLoop::attach(Timer& timer) {
+  timers_.push_back(&timer);
+}
+
+void EventLoop::detach(Timer& timer) {
+  std::erase(timers_, &timer);
+}
+
+Timer* EventLoop::earliestDue(Duration at, std::uint64_t pass) const {
+  Timer* earliest = nullptr;
+  for (Timer* timer : timers_) {
+    const bool ready = timer->due_ && *timer->due_ <= at && !timer->ticking_;
+    if (ready && timer->lastPass_ < pass && (earliest == nullptr || timer->due_ < earliest->due_)) {
+      earliest = timer;
+    }
+  }
+  return earliest;
+}
+
+std::optional<EventLoop::Duration> EventLoop::nextDue() const {
+  std::optional<Duration> next;
+  for (const Timer* timer : timers_) {
+    if (timer->due_ && !timer->ticking_ && (!next || timer->due_ < next)) {
+      next = timer->due_;
+    }
+  }
+  return next;
+}
+
+void EventLoop::tick(Timer& timer, std::uint64_t pass) {
+  // Set back even when the handler throws; a timer that is gone after its own tick is left alone.
+  struct TickEnd {
+    const std::vector<Timer*>& timers;
+    Timer* timer;
+    ~TickEnd() {
+      if (std::find(timers.begin(), timers.end(), timer) != timers.end()) {
+        timer->ticking_ = false;
+      }
+    }
+  } const end{timers_, &timer};
+  timer.ticking_ = true;
+  timer.lastPass_ = pass;
+  timer.due_ = now() + timer.period();
+  timer.tick.raise();
+}
+
+EventLoop::Duration RealTimeLoop::now() const {
+  return std::chrono::steady_clock::now() - start_;
+}
+
+void RealTimeLoop::idle(Duration span) {
+  std::this_thread::sleep_for(span);
+}
+
+void VirtualLoop::idle(Duration span) {
+  now_ += std::max(span, Duration(0));
+}
+
+}  // namespace lumodevice::toolkit

@@ -1,0 +1,49 @@
+#include "lumodevice/toolkit/timer.hpp"
+
+#include <chrono>
+
+namespace lumodevice::toolkit {
+
+Timer::~Timer() {
+  leaveLoop();
+}
+
+void Timer::setInterval(int milliseconds) {
+  if (milliseconds < 0 || milliseconds > kLongestInterval) {
+    throw PropertyFault(kInvalidPropertyValue, fullName() + ".Interval does not take the value " +
+                                                   std::to_string(milliseconds));
+  }
+  if (interval_ != milliseconds) {
+    interval_ = milliseconds;
+    changed(Property::Interval);
+  }
+  arm();
+}
+
+void Timer::joinLoop(EventLoop& loop) {
+  leaveLoop();
+  loop_ = &loop;
+  loop.attach(*this);
+  arm();
+}
+
+void Timer::leaveLoop() {
+  if (loop_ != nullptr) {
+    loop_->detach(*this);
+    loop_ = nullptr;
+  }
+  due_.reset();
+}
+
+void Timer::arm() {
+  due_.reset();
+  if (loop_ != nullptr && enabled() && interval_ > 0) {
+    due_ = loop_->now() + period();
+  }
+}
+
+EventLoop::Duration Timer::period() const {
+  return std::chrono::milliseconds(interval_);
+}
+
+}  // namespace lumodevice::toolkit
