@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <optional>
 #include <utility>
 
 #include "lumodevice/toolkit/controls.hpp"
@@ -241,13 +242,13 @@ void writeProperty(Control& control, std::string_view property, std::string_view
   }
 }
 
-std::optional<std::string> shownText(const Control& control) {
+std::string_view shownProperty(const Control& control) {
   for (const std::string_view property : {"Caption", "Text"}) {
-    if (auto value = accessor(property)->get(control)) {
-      return value;
+    if (accessor(property)->get(control)) {
+      return property;
     }
   }
-  return std::nullopt;
+  return "";
 }
 
 }  // namespace lumodevice::toolkit

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,7 +20,7 @@ namespace lumodevice::toolkit {
 /// value that it does not take.
 void writeProperty(Control& control, std::string_view property, std::string_view value);
 
-/// Caption or text, whichever the control shows; none for a control that shows neither.
-[[nodiscard]] std::optional<std::string> shownText(const Control& control);
+/// "Caption" or "Text", whichever the control shows; "" for a control that shows neither.
+[[nodiscard]] std::string_view shownProperty(const Control& control);
 
 }  // namespace lumodevice::toolkit
