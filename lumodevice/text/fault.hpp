@@ -19,4 +19,16 @@ class Fault : public std::runtime_error {
   int number_;
 };
 
+/// Runs a step of an operation that goes on whatever becomes of the step; true when it did not
+/// fail.
+template <typename Step>
+bool attempt(Step&& step) {
+  try {
+    step();
+    return true;
+  } catch (const Fault&) {
+    return false;
+  }
+}
+
 }  // namespace lumodevice

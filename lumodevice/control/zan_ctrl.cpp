@@ -1,0 +1,178 @@
+#include "lumodevice/zan_ctrl.hpp"
+
+#include <string>
+#include <utility>
+
+#include "lumodevice/form/form.hpp"
+#include "lumodevice/link/channel_list.hpp"
+#include "lumodevice/link/command_table.hpp"
+#include "lumodevice/link/console.hpp"
+#include "lumodevice/link/exchange.hpp"
+#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/serial_connection.hpp"
+#include "lumodevice/link/visa_connection.hpp"
+#include "lumodevice/monitor/receive_poll.hpp"
+#include "lumodevice/panel/command_prefixes.hpp"
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice {
+
+namespace {
+
+/// Whole milliseconds of a console field.
+int interval(const toolkit::TextBox& field) {
+  return text::toWhole32(text::Val(field.text()));
+}
+
+}  // namespace
+
+/// The subsystems, put together.
+class ZANCtrl::Component {
+ public:
+  explicit Component(const Host& host)
+      : form(host.loop),
+        link(form, host),
+        exchange(link),
+        channels(link, exchange),
+        visa(link, channels),
+        serial(link, channels),
+        console(link, exchange, commands),
+        receivePoll(link, exchange) {
+    form.cmdConnect.click.handle([this] { showConnectionPanel(); });
+    form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
+    initialise();
+  }
+
+  ~Component() {
+    if (link.connected() && form.optVisa1.value()) {
+      link.closeVisa();
+    }
+  }
+  Component(const Component&) = delete;
+  Component& operator=(const Component&) = delete;
+
+  form::Form form;
+  link::Link link;
+  link::CommandTable commands;
+  link::Exchange exchange;
+  link::ChannelList channels;
+  link::VisaConnection visa;
+  link::SerialConnection serial;
+  link::Console console;
+  monitor::ReceivePoll receivePoll;
+
+ private:
+  void initialise() {
+    panel::BuildCmdTable(commands);
+    form.Timer1.setInterval(interval(form.Text5));
+    form.Timer2.setInterval(interval(form.Text6));
+    form.txtSetCmd.setText("");
+    form.Combo2.clear();
+    for (const char* baud : {"38400", "19200", "9600", "4800"}) {
+      form.Combo2.addItem(baud);
+    }
+    form.Combo1.clear();
+    form.cmbChannel.clear();
+  }
+
+  void showConnectionPanel() {
+    form.frmSetting.setVisible(true);
+    form.frmSetting.bringToFront();
+    form.Picture1.setVisible(false);
+  }
+};
+
+ZANCtrl::ZANCtrl(const Host& host) : component_(std::make_unique<Component>(host)) {}
+ZANCtrl::~ZANCtrl() = default;
+
+bool ZANCtrl::bDevAvaliable() const {
+  return component_->link.bDevAvaliable;
+}
+void ZANCtrl::bDevAvaliable(bool available) {
+  component_->link.bDevAvaliable = available;
+}
+
+std::shared_ptr<io::FormattedIO488> ZANCtrl::devZAN() const {
+  return component_->link.devZAN;
+}
+void ZANCtrl::devZAN(std::shared_ptr<io::FormattedIO488> device) {
+  component_->link.devZAN = std::move(device);
+}
+
+std::string ZANCtrl::IDN() const {
+  return component_->link.identity;
+}
+void ZANCtrl::IDN(std::string_view identity) {
+  component_->link.identity = identity;
+}
+
+bool ZANCtrl::isConnected() const {
+  return component_->link.connected();
+}
+
+std::int16_t ZANCtrl::ChCount() const {
+  return isConnected() ? static_cast<std::int16_t>(component_->form.cmbChannel.listCount())
+                       : std::int16_t{0};
+}
+
+LinkKind ZANCtrl::ConnStyle() const {
+  if (!isConnected()) {
+    return LinkKind::NotConnected;
+  }
+  return component_->form.optConnRS232.value() ? LinkKind::Serial : LinkKind::Visa;
+}
+
+std::string ZANCtrl::ErrMessage() {
+  return component_->exchange.ErrMessage();
+}
+
+void ZANCtrl::SendCmd(std::string_view sVar) {
+  component_->exchange.SendCmd(sVar);
+}
+
+std::string ZANCtrl::ResultStr() const {
+  return component_->form.txtReturn.text();
+}
+
+void ZANCtrl::DisplayCmd(bool show) {
+  form::Form& form = component_->form;
+  form.TXT.setVisible(show);
+  for (toolkit::CommandButton* button :
+       {&form.cmdGetCTRLScrn, &form.cmdGetBMPFile, &form.cmdGetPresetFile, &form.cmdSetPresetFile,
+        &form.cmdWork, &form.cmdConnect, &form.cmdGetSystemFile, &form.cmdSendSystemFile,
+        &form.cmdConnectOK, &form.cmdGetSeqFile}) {
+    button->setVisible(show);
+  }
+}
+
+std::string ZANCtrl::nextCmd() {
+  return component_->commands.nextCmd();
+}
+
+void ZANCtrl::ShowControl() {
+  component_->form.cmdConnectOK.click.raise();
+}
+
+void ZANCtrl::ShowConnect() {
+  component_->form.cmdConnect.click.raise();
+}
+
+bool ZANCtrl::AutoConnect() {
+  ShowConnect();
+  if (component_->form.optConnRS232.value()) {
+    component_->serial.AutoConnect();
+  } else {
+    component_->visa.AutoConnect();
+  }
+  return bDevAvaliable();
+}
+
+void ZANCtrl::NotConnect() {
+  component_->channels.NotConnect();
+}
+
+toolkit::Surface& ZANCtrl::surface() {
+  return component_->form.surface();
+}
+
+}  // namespace lumodevice

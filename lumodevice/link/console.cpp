@@ -1,0 +1,44 @@
+#include "lumodevice/link/console.hpp"
+
+namespace lumodevice::link {
+
+Console::Console(Link& link, Exchange& exchange, CommandTable& commands)
+    : link_(link), exchange_(exchange), commands_(commands) {
+  link_.form.Text2.keyDown.handle([this](toolkit::Key key) { press(key); });
+  link_.form.Command1.click.handle([this] { askIdentity(); });
+}
+
+void Console::press(toolkit::Key key) {
+  switch (key) {
+    case toolkit::Key::Enter:
+      sendByHand();
+      break;
+    case toolkit::Key::Up:
+      link_.form.Text2.setText(commands_.prevCmd());
+      break;
+    case toolkit::Key::Down:
+      link_.form.Text2.setText(commands_.nextCmd());
+      break;
+  }
+}
+
+void Console::sendByHand() {
+  if (link_.form.Text2.text().empty() || !link_.connected()) {
+    return;
+  }
+  exchange_.Send();
+  link_.processEvents();
+  if (link_.isSerial()) {
+    link_.waitUnits(1);
+  }
+}
+
+void Console::askIdentity() {
+  if (link_.connected()) {
+    exchange_.runCommand("*IDN?");
+  } else {
+    link_.showBox("Pleace Connect to Deivce first!");
+  }
+}
+
+}  // namespace lumodevice::link

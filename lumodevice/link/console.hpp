@@ -1,0 +1,25 @@
+#pragma once
+
+#include "lumodevice/link/command_table.hpp"
+#include "lumodevice/link/exchange.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::link {
+
+/// The keys of the console field Text2 and the identity button.
+class Console {
+ public:
+  /// Takes over the keys of Text2 and Command1.
+  Console(Link& link, Exchange& exchange, CommandTable& commands);
+
+ private:
+  void press(toolkit::Key key);
+  void sendByHand();
+  void askIdentity();
+
+  Link& link_;
+  Exchange& exchange_;
+  CommandTable& commands_;
+};
+
+}  // namespace lumodevice::link

@@ -1,0 +1,22 @@
+#include "lumodevice/link/link.hpp"
+
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice::link {
+
+void Link::closeVisaObject(io::ViObject& handle) {
+  visaStatus = host.visa.viClose(handle);
+  handle = 0;
+}
+
+void Link::closeVisa() {
+  closeVisaObject(visaSession);
+  closeVisaObject(findList);
+  closeVisaObject(resourceManager);
+}
+
+void Link::waitUnits(double units) {
+  attempt([&] { host.loop.sleep(units * text::Val(form.Text5.text())); });
+}
+
+}  // namespace lumodevice::link

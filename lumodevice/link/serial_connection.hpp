@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "lumodevice/link/channel_list.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::link {
+
+/// Finds the instrument on the serial ports COM1 to COM16, or opens the port that the operator
+/// chose. No failure leaves an operation, none is reported.
+class SerialConnection {
+ public:
+  /// Takes over optConnRS232, cmdAuto and Command2.
+  SerialConnection(Link& link, ChannelList& channels);
+
+  /// optConnRS232: leaves the VISA link and lists the ports.
+  void SelectSerial();
+
+  /// cmdAuto: tries every port with every baud rate, at least 3.3 s each.
+  void AutoConnect();
+
+  /// Command2: opens the port of Text1 at the baud rate of Combo2.
+  void Connect();
+
+  /// True when the last automatic search found an instrument.
+  [[nodiscard]] bool found() const { return found_; }
+
+ private:
+  void ScanSerialPorts();
+  void FindSerialInstrument();
+  [[nodiscard]] std::string tryPort(std::int16_t entry, int baudIndex);
+  [[nodiscard]] std::string SerialQueryIdentity();
+  void openChosenPort();
+  void closePort();
+
+  Link& link_;
+  ChannelList& channels_;
+  /// The ports that could be opened, in the order found, from entry 1; entries not in use are 0.
+  std::array<std::int16_t, kPorts + 1> ports_{};
+  std::int16_t portCount_ = 0;
+  bool found_ = false;
+  /// Outcome of the last connect; a manual one that gets no answer leaves it as it was.
+  bool connected_ = false;
+};
+
+}  // namespace lumodevice::link

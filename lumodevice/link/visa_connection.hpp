@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "lumodevice/link/channel_list.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::link {
+
+/// Finds instruments through a VISA library and opens the last one found, through the library or
+/// through the VISA COM objects. No failure leaves a connect, none is reported.
+class VisaConnection {
+ public:
+  /// Takes over cmdAutoConnVISA, cmdConnVISA and optVISA.
+  VisaConnection(Link& link, ChannelList& channels);
+
+  /// cmdAutoConnVISA: searches all instruments and keeps the identity of the one that it opens.
+  void AutoConnect();
+
+  /// cmdConnVISA: searches with the expression in cmbVISARes. Its list keeps growing, and the
+  /// identity stays that of the last automatic connect.
+  void Connect();
+
+  /// optVISA: leaves the serial link.
+  void SelectVisa();
+
+ private:
+  /// A search, and the size of the text buffer that its descriptors are kept in.
+  struct Search {
+    std::string expression;
+    std::size_t descriptorSize;
+  };
+
+  [[nodiscard]] bool probe(const Search& search);
+  void probeCandidate(const std::string& descriptor, std::size_t descriptorSize);
+  [[nodiscard]] bool open(const Search& search);
+  void openThroughLibrary();
+  void openThroughVisaCom();
+  std::string readIdentity();
+  void setAttribute(io::ViAttr attribute, std::uint32_t value);
+
+  Link& link_;
+  ChannelList& channels_;
+};
+
+}  // namespace lumodevice::link
