@@ -39,6 +39,10 @@ class ZANCtrl {
   [[nodiscard]] std::string IDN() const;
   void IDN(std::string_view identity);
 
+  /// The periodic query of readings and status, one query every `Text5` milliseconds.
+  [[nodiscard]] bool AutoQuery() const;
+  void AutoQuery(bool on);
+
   [[nodiscard]] bool isConnected() const;
   /// The number of channels when connected, else 0.
   [[nodiscard]] std::int16_t ChCount() const;

@@ -11,8 +11,13 @@
 #include "lumodevice/link/link.hpp"
 #include "lumodevice/link/serial_connection.hpp"
 #include "lumodevice/link/visa_connection.hpp"
+#include "lumodevice/monitor/auto_query.hpp"
 #include "lumodevice/monitor/receive_poll.hpp"
+#include "lumodevice/panel/channel_panel.hpp"
 #include "lumodevice/panel/command_prefixes.hpp"
+#include "lumodevice/panel/modes.hpp"
+#include "lumodevice/panel/setting_commands.hpp"
+#include "lumodevice/panel/switches.hpp"
 #include "lumodevice/text/text.hpp"
 
 namespace lumodevice {
@@ -37,7 +42,12 @@ class ZANCtrl::Component {
         visa(link, channels),
         serial(link, channels),
         console(link, exchange, commands),
-        receivePoll(link, exchange) {
+        receivePoll(link, exchange),
+        autoQuery(link, exchange),
+        settings(link, exchange, commands),
+        modes(link, exchange, settings),
+        channelPanel(link, exchange, settings, modes),
+        switches(link, exchange, settings) {
     form.cmdConnect.click.handle([this] { showConnectionPanel(); });
     form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
     initialise();
@@ -60,9 +70,15 @@ class ZANCtrl::Component {
   link::SerialConnection serial;
   link::Console console;
   monitor::ReceivePoll receivePoll;
+  monitor::AutoQuery autoQuery;
+  panel::SettingCommands settings;
+  panel::Modes modes;
+  panel::ChannelPanel channelPanel;
+  panel::Switches switches;
 
  private:
   void initialise() {
+    form.optMode(0).setValue(true);
     panel::BuildCmdTable(commands);
     form.Timer1.setInterval(interval(form.Text5));
     form.Timer2.setInterval(interval(form.Text6));
@@ -104,6 +120,14 @@ std::string ZANCtrl::IDN() const {
 }
 void ZANCtrl::IDN(std::string_view identity) {
   component_->link.identity = identity;
+}
+
+bool ZANCtrl::AutoQuery() const {
+  return component_->form.chkAutoQuery.value() != toolkit::CheckBox::kClear;
+}
+void ZANCtrl::AutoQuery(bool on) {
+  component_->form.chkAutoQuery.setValue(on ? toolkit::CheckBox::kTicked
+                                            : toolkit::CheckBox::kClear);
 }
 
 bool ZANCtrl::isConnected() const {

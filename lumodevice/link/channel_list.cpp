@@ -10,9 +10,6 @@ namespace lumodevice::link {
 namespace {
 
 constexpr double kScanUnits = 5;
-/// Where every mode frame stands, in twips.
-constexpr int kModeFrameLeft = 120;
-constexpr int kModeFrameTop = 3000;
 
 /// Modules that can be joined into channel groups.
 bool isGroupCapable(std::string_view module) {

@@ -23,6 +23,10 @@ inline constexpr std::string_view kProduct = "ZAN";
 
 inline constexpr int kPorts = 16;
 
+/// Where the frame of the chosen mode stands, in twips.
+inline constexpr int kModeFrameLeft = 120;
+inline constexpr int kModeFrameTop = 3000;
+
 /// The parts of the identity answer and of the firmware version in it.
 struct IdentityFields {
   std::string maker;

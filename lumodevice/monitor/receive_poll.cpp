@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "lumodevice/text/text.hpp"
 
@@ -27,6 +29,7 @@ void ReceivePoll::tick() {
   if (link_.pollCount > kLongestWait) {
     forget();
   }
+  attempt([&] { updateReadOut(); });
   link_.form.Text4.setText(std::to_string(link_.pollCount));
   link_.processEvents();
 }
@@ -67,6 +70,30 @@ void ReceivePoll::forget() {
   link_.answerPending = false;
   link_.receiveBuffer.clear();
   link_.pollCount = 0;
+}
+
+void ReceivePoll::updateReadOut() {
+  form::Form& form = link_.form;
+  const std::string answer = form.txtReturn.text();
+  // Answers of one character are left out on purpose.
+  if (form.chkAutoQuery.value() != toolkit::CheckBox::kTicked || answer.size() <= 1 ||
+      link_.answerPending) {
+    return;
+  }
+  const std::string query = text::Trim(form.Text2.text());
+  if (query == ":LOAD?") {
+    form.chkLoad.setValue(text::toWhole16(text::Val(answer)));
+    return;
+  }
+  const std::pair<std::string_view, toolkit::TextBox*> readOuts[] = {
+      {":FETC:VOLT?", &form.txtVoltage(0)},
+      {":FETC:CURR?", &form.txtCurrent(0)},
+      {":FETC:POW?", &form.txtPower(0)}};
+  for (const auto& [name, box] : readOuts) {
+    if (query == name) {
+      box->setText(answer);
+    }
+  }
 }
 
 }  // namespace lumodevice::monitor

@@ -5,8 +5,8 @@
 
 namespace lumodevice::monitor {
 
-/// The tick of Timer2: puts serial answers together and sends the one queued command after each.
-/// A failed step is passed over.
+/// The tick of Timer2: puts serial answers together, sends the one queued command after each, and
+/// shows finished answers of the auto query in the read-outs. A failed step is passed over.
 class ReceivePoll {
  public:
   /// Takes over Timer2.
@@ -18,6 +18,7 @@ class ReceivePoll {
   [[nodiscard]] bool complete() const;
   void deliver();
   void forget();
+  void updateReadOut();
 
   link::Link& link_;
   link::Exchange& exchange_;

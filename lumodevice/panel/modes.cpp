@@ -1,0 +1,148 @@
+#include "lumodevice/panel/modes.hpp"
+
+#include <array>
+#include <string_view>
+
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice::panel {
+
+namespace {
+
+constexpr int kNoBox = -1;
+constexpr int kCcHigh = 0;
+constexpr int kCv = 2;
+constexpr int kGoNogoHighBox = 27;
+constexpr int kGoNogoLowBox = 28;
+
+enum class ModeFrame { CcStatic, CcDynamic, CrStatic, CrDynamic, Cv };
+
+struct Mode {
+  ModeFrame frame;
+  int firstBox;
+  int lastBox;
+  bool onlyEnabledBoxes;    ///< the read-back skips a disabled box
+  int bValueBox;            ///< the box that half of a two-channel module has not
+  std::string_view answer;  ///< answer of the instrument that selects this mode
+};
+
+// By option. Some modes ask for a disabled box too, and the two CR dynamic answers are crossed: so
+// the instruments in the field are used to it.
+constexpr auto kModes = std::to_array<Mode>({
+    {ModeFrame::CcStatic, 0, 3, true, 1, "CCH"},
+    {ModeFrame::CcStatic, 0, 3, true, 1, "CCL"},
+    {ModeFrame::Cv, 11, 13, true, 12, "CV"},
+    {ModeFrame::CrStatic, 14, 17, true, 15, "CRH"},
+    {ModeFrame::CrStatic, 14, 17, false, 15, "CRL"},
+    {ModeFrame::CcDynamic, 4, 9, false, kNoBox, "CCDH"},
+    {ModeFrame::CcDynamic, 4, 9, false, kNoBox, "CCDL"},
+    {ModeFrame::CrDynamic, 18, 23, false, kNoBox, "CRDL"},
+    {ModeFrame::CrDynamic, 18, 23, true, kNoBox, "CRDH"},
+});
+
+const Mode& modeAt(int index) {
+  return kModes.at(static_cast<std::size_t>(index));
+}
+
+int modeOf(std::string_view answer) {
+  for (int i = 0; i < static_cast<int>(kModes.size()); ++i) {
+    if (modeAt(i).answer == answer) {
+      return i;
+    }
+  }
+  return kNoBox;
+}
+
+std::array<toolkit::Frame*, 5> modeFrames(form::Form& form) {
+  return {&form.FrameCCStatic, &form.fraCCDynamic, &form.FrameCRStatic, &form.fraCRDynamic,
+          &form.FrameCV};
+}
+
+}  // namespace
+
+Modes::Modes(link::Link& link, link::Exchange& exchange, SettingCommands& settings)
+    : link_(link), exchange_(exchange), settings_(settings) {
+  for (int i = 0; i < link_.form.optMode.count(); ++i) {
+    link_.form.optMode(i).click.handle([this, i] { click(i); });
+  }
+}
+
+void Modes::ModeReadBack() {
+  if (!link_.connected()) {
+    return;
+  }
+  const int mode = modeOf(exchange_.query(":Mode?"));
+  toolkit::OptionButton& option = link_.form.optMode(mode == kNoBox ? kCcHigh : mode);
+  if (!option.value()) {
+    option.setValue(true);
+  } else if (mode == kCv) {
+    ModeFieldsReadBack(kCv);
+  } else if (mode != kNoBox) {
+    click(mode);
+  }
+}
+
+void Modes::click(int mode) {
+  form::Form& form = link_.form;
+  const Mode& chosen = modeAt(mode);
+  const auto frames = modeFrames(form);
+  for (toolkit::Frame* frame : frames) {
+    frame->setVisible(false);
+    frame->setEnabled(false);
+  }
+  if (!isGroupChannel() && link_.connected()) {
+    exchange_.runCommand(settings_.prefix(form.optMode(mode)));
+  }
+  toolkit::Frame& frame = *frames.at(static_cast<std::size_t>(chosen.frame));
+  frame.setVisible(true);
+  frame.setEnabled(link_.connected());
+  frame.moveTo(link::kModeFrameLeft, link::kModeFrameTop);
+  if (chosen.bValueBox != kNoBox) {
+    const std::string_view channel = form.cmbChannel.text();
+    const bool half = channel.ends_with('L') || channel.ends_with('R');
+    form.txtInput(chosen.bValueBox).setEnabled(!half);
+    form.cmdSet(chosen.bValueBox).setEnabled(!half);
+  }
+  if (mode == kCv && isGroupChannel()) {
+    return;
+  }
+  ModeFieldsReadBack(mode);
+  tagGoNogoBoxes();
+}
+
+void Modes::ModeFieldsReadBack(int mode) {
+  if (!link_.connected()) {
+    return;
+  }
+  const Mode& chosen = modeAt(mode);
+  for (int i = chosen.firstBox; i <= chosen.lastBox; ++i) {
+    toolkit::TextBox& box = link_.form.txtInput(i);
+    if (box.enabled() || !chosen.onlyEnabledBoxes) {
+      settings_.readBack(box);
+    }
+  }
+  if (mode == kCv) {
+    readCvResponse();
+  }
+}
+
+void Modes::readCvResponse() {
+  toolkit::ComboBox& speed = link_.form.cmbCVFreq;
+  const std::string answer = exchange_.query(settings_.query(speed));
+  if (answer == "0" || answer == "1") {
+    attempt([&] { speed.setListIndex(answer == "1" ? 1 : 0); });
+  }
+}
+
+void Modes::tagGoNogoBoxes() {
+  const bool cv = link_.form.optMode(kCv).value();
+  link_.form.txtInput(kGoNogoHighBox).setTag(cv ? "42" : "38");
+  link_.form.txtInput(kGoNogoLowBox).setTag(cv ? "43" : "39");
+}
+
+bool Modes::isGroupChannel() const {
+  const std::string_view channel = link_.form.cmbChannel.text();
+  return channel.ends_with("G1") || channel.ends_with("G2");
+}
+
+}  // namespace lumodevice::panel

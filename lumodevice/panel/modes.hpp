@@ -1,0 +1,35 @@
+#pragma once
+
+#include "lumodevice/link/exchange.hpp"
+#include "lumodevice/link/link.hpp"
+#include "lumodevice/panel/setting_commands.hpp"
+
+namespace lumodevice::panel {
+
+/// The nine operating modes: choosing one, and reading its settings back.
+class Modes {
+ public:
+  /// Takes over optMode.
+  Modes(link::Link& link, link::Exchange& exchange, SettingCommands& settings);
+
+  /// Asks the instrument for its mode and selects the option of it. The two CR dynamic answers
+  /// select the option of the other one, which sends its own mode command.
+  void ModeReadBack();
+
+  /// Reads the boxes of a mode.
+  void ModeFieldsReadBack(int mode);
+
+  /// Go/NoGo limits are current limits in CV and voltage limits in every other mode.
+  void tagGoNogoBoxes();
+
+ private:
+  void click(int mode);
+  [[nodiscard]] bool isGroupChannel() const;
+  void readCvResponse();
+
+  link::Link& link_;
+  link::Exchange& exchange_;
+  SettingCommands& settings_;
+};
+
+}  // namespace lumodevice::panel
