@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "lumodevice/form/form.hpp"
+#include "lumodevice/toolkit/hand.hpp"
+#include "lumodevice/toolkit/properties.hpp"
+#include "lumodevice/toolkit/surface.hpp"
+
+namespace lumodevice::toolkit {
+namespace {
+
+constexpr const char* kNames[] = {"Text",  "Caption",   "Value",        "Enabled",    "Visible",
+                                  "Tag",   "ListIndex", "Interval",     "Left",       "Top",
+                                  "Width", "Height",    "MousePointer", "OLEDropMode"};
+
+/// All that a view could draw of one control.
+struct Picture {
+  std::map<std::string, std::string> properties;
+  std::vector<std::string> items;
+  int zOrder = 0;
+  friend bool operator==(const Picture&, const Picture&) = default;
+};
+
+std::string readOrEmpty(const Control& control, const char* property) {
+  try {
+    return readProperty(control, property);
+  } catch (const PropertyFault&) {
+    return {};
+  }
+}
+
+Picture pictureOf(const Control& control) {
+  Picture picture;
+  for (const char* name : kNames) {
+    picture.properties[name] = readOrEmpty(control, name);
+  }
+  if (const auto* list = dynamic_cast<const ListControl*>(&control)) {
+    for (int i = 0; i < list->listCount(); ++i) {
+      picture.items.push_back(list->list(i));
+    }
+  }
+  picture.zOrder = control.zOrder();
+  return picture;
+}
+
+/// Keeps its own copy of every property, fed by notifications alone: of what it is told it reads
+/// just the property that the notification names.
+class CopyingView : public View {
+ public:
+  explicit CopyingView(Surface& surface) : surface_(surface) {
+    for (const auto& control : surface.controls()) {
+      pictures_[control.get()] = pictureOf(*control);
+    }
+    surface.attach(*this);
+  }
+  ~CopyingView() override { surface_.detach(*this); }
+  CopyingView(const CopyingView&) = delete;
+  CopyingView& operator=(const CopyingView&) = delete;
+
+  void changed(const Control& control, Property property, int item) override {
+    Picture& picture = pictures_.at(&control);
+    switch (property) {
+      case Property::ItemInserted:
+        picture.items.insert(picture.items.begin() + item,
+                             dynamic_cast<const ListControl&>(control).list(item));
+        return;
+      case Property::ItemRemoved:
+        picture.items.erase(picture.items.begin() + item);
+        return;
+      case Property::ItemsCleared:
+        picture.items.clear();
+        return;
+      case Property::ZOrder:
+        picture.zOrder = control.zOrder();
+        return;
+      case Property::Place:
+        for (const char* name : {"Left", "Top", "Width", "Height"}) {
+          picture.properties[name] = readProperty(control, name);
+        }
+        return;
+      case Property::ListIndex:
+        picture.properties["ListIndex"] = readProperty(control, "ListIndex");
+        if (control.kind() == Kind::ListBox) {
+          picture.properties["Text"] = readProperty(control, "Text");
+        }
+        return;
+      default: {
+        static const std::map<Property, const char*> names = {
+            {Property::Text, "Text"},
+            {Property::Caption, "Caption"},
+            {Property::Value, "Value"},
+            {Property::Enabled, "Enabled"},
+            {Property::Visible, "Visible"},
+            {Property::Tag, "Tag"},
+            {Property::Interval, "Interval"},
+            {Property::MousePointer, "MousePointer"},
+            {Property::OLEDropMode, "OLEDropMode"}};
+        const char* name = names.at(property);
+        picture.properties[name] = readProperty(control, name);
+      }
+    }
+  }
+
+  void expectEqualToControls() const {
+    for (const auto& control : surface_.controls()) {
+      EXPECT_TRUE(pictures_.at(control.get()) == pictureOf(*control)) << control->fullName();
+    }
+  }
+
+ private:
+  Surface& surface_;
+  std::map<const Control*, Picture> pictures_;
+};
+
+/// One random act of code or operator; acts that a control refuses are part of the game.
+void act(Control& control, std::mt19937& random) {
+  const auto number = [&](int limit) {
+    return static_cast<int>(random() % static_cast<unsigned>(limit));
+  };
+  const std::string text(static_cast<std::size_t>(number(4)), static_cast<char>('a' + number(3)));
+  attempt([&] {
+    switch (number(12)) {
+      case 0:
+        control.setEnabled(number(2) == 0);
+        break;
+      case 1:
+        control.setVisible(number(2) == 0);
+        break;
+      case 2:
+        control.setTag(text);
+        break;
+      case 3:
+        control.moveTo(number(5), number(5));
+        break;
+      case 4:
+        control.bringToFront();
+        break;
+      case 5:
+        hand::click(control);
+        break;
+      case 6:
+        hand::type(control, text);
+        break;
+      case 7:
+        hand::select(control, number(4));
+        break;
+      case 8:
+        writeProperty(control, kNames[number(static_cast<int>(std::size(kNames)))],
+                      number(2) == 0 ? std::to_string(number(4)) : text);
+        break;
+      default:
+        if (auto* list = dynamic_cast<ListControl*>(&control)) {
+          switch (number(4)) {
+            case 0:
+              list->clear();
+              break;
+            case 1:
+              list->removeItem(number(3));
+              break;
+            case 2:
+              list->addItem(text, number(3));
+              break;
+            default:
+              list->addItem(text);
+              break;
+          }
+        }
+    }
+  });
+}
+
+TEST(View, fedByNotificationsAloneEqualsTheControlsAfterAnyRunOfActs) {
+  for (unsigned seed = 0; seed < 20; ++seed) {
+    std::mt19937 random(seed);
+    VirtualLoop loop;
+    form::Form form(loop);
+    const CopyingView view(form.surface());
+    const auto& controls = form.surface().controls();
+    for (int i = 0; i < 3000; ++i) {
+      act(*controls[random() % controls.size()], random);
+    }
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    view.expectEqualToControls();
+  }
+}
+
+TEST(View, isToldBeforeTheEventIsRaised) {
+  Surface surface;
+  auto& box = surface.add<CheckBox>("chkLoad");
+  std::string order;
+  struct Recorder : View {
+    std::string& order;
+    explicit Recorder(std::string& record) : order(record) {}
+    void changed(const Control& /*control*/, Property /*property*/, int /*item*/) override {
+      order += "view ";
+    }
+  } recorder(order);
+  surface.attach(recorder);
+  box.click.handle([&] { order += "click"; });
+  box.setValue(1);
+  EXPECT_EQ(order, "view click");
+  surface.detach(recorder);
+  box.setValue(0);
+  EXPECT_EQ(order, "view clickclick");
+}
+
+}  // namespace
+}  // namespace lumodevice::toolkit
