@@ -1,0 +1,179 @@
+// What the component adds to an exchange: a query through the whole of it against a plain loop of
+// writes and reads on the same kind of connection, both ends on one core. The wait unit is 0, for
+// the waits are settings and not costs.
+
+#include <arpa/inet.h>
+#include <chrono>
+#include <fcntl.h>
+#include <functional>
+#include <netinet/tcp.h>
+#include <pty.h>
+#include <string>
+#include <sys/socket.h>
+#include <termios.h>
+#include <unistd.h>
+#include <vector>
+
+#include "bench/one_core.hpp"
+#include "bench/responder.hpp"
+#include "bench/table.hpp"
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/toolkit/controls.hpp"
+#include "lumodevice/zan_ctrl.hpp"
+#include "platform/posix/builtin_visa.hpp"
+#include "platform/posix/folder_drive.hpp"
+#include "platform/posix/serial_devices.hpp"
+#include "platform/posix/system_clock.hpp"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace lumodevice;
+
+constexpr int kRounds = 60;
+constexpr int kExchangesPerRound = 500;
+constexpr std::string_view kQuery = ":FETC:VOLT?";
+
+/// Microseconds for one exchange, over a round of them.
+double timeRound(const std::function<void()>& exchange) {
+  const auto begin = Clock::now();
+  for (int i = 0; i < kExchangesPerRound; ++i) {
+    exchange();
+  }
+  return std::chrono::duration<double, std::micro>(Clock::now() - begin).count() /
+         kExchangesPerRound;
+}
+
+/// Both loops in turns, so that a slow moment of the machine hits both; then the medians.
+void compare(const std::string& what, const std::function<void()>& component,
+             const std::function<void()>& raw, double aim) {
+  std::vector<double> componentTimes;
+  std::vector<double> rawTimes;
+  for (int round = 0; round < kRounds; ++round) {
+    componentTimes.push_back(timeRound(component));
+    rawTimes.push_back(timeRound(raw));
+  }
+  bench::printRatio(what, bench::median(componentTimes), bench::median(rawTimes), aim);
+}
+
+int connectTo(std::uint16_t port) {
+  const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  address.sin_port = htons(port);
+  (void)connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address);
+  const int on = 1;
+  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+  return descriptor;
+}
+
+/// A component with real links on a real-time loop.
+struct Component {
+  explicit Component(std::map<int, std::string> ports = {}) : serial(std::move(ports)) {}
+  toolkit::RealTimeLoop loop;
+  posix::BuiltinVisa visa;
+  io::VisaComOverVisa visaCom{visa};
+  posix::TermiosDevices serial;
+  posix::FolderDrive drive{"/nonexistent"};
+  posix::SystemWallClock clock;
+  ZANCtrl zan{Host{loop, visa, visaCom, serial, drive, clock, [](std::string_view) {}}};
+
+  toolkit::Surface& surface() { return zan.surface(); }
+  void click(const char* button) { surface().get<toolkit::CommandButton>(button).click.raise(); }
+};
+
+void compareOnSockets(bool visaCom) {
+  const auto responder = bench::Responder::onSocket();
+  Component component;
+  component.surface().get<toolkit::TextBox>("Text5").setText("0");
+  component.surface().get<toolkit::OptionButton>("optVisa2").setValue(visaCom);
+  component.surface()
+      .get<toolkit::ComboBox>("cmbVISARes")
+      .setText("TCPIP0::127.0.0.1::" + std::to_string(responder.port()) + "::SOCKET");
+  component.click("cmdConnVISA");
+  if (!component.zan.isConnected()) {
+    std::puts("the component did not connect to the loopback socket");
+    return;
+  }
+  const int plain = connectTo(responder.port());
+  const std::string line = std::string(kQuery) + "\n";
+  compare(
+      visaCom ? "query over VISA COM, loopback socket"
+              : "query over the VISA layer, loopback socket",
+      [&] { component.zan.SendCmd(kQuery); },
+      [&] {
+        char buffer[80];
+        (void)!send(plain, line.data(), line.size(), 0);
+        (void)!recv(plain, buffer, sizeof buffer, 0);
+      },
+      1.15);
+  close(plain);
+}
+
+struct Terminal {
+  int master = -1;
+  std::string path;
+};
+
+Terminal openTerminal() {
+  Terminal terminal;
+  int slave = -1;
+  char name[128];
+  termios raw{};
+  cfmakeraw(&raw);
+  (void)openpty(&terminal.master, &slave, name, &raw, nullptr);
+  terminal.path = name;
+  return terminal;  // the slave stays open, so that the master never sees a hang-up
+}
+
+/// The component's own share of a serial exchange: what it writes and reads, without the 50 ms that
+/// every serial query waits.
+void compareOnTerminals() {
+  const Terminal used = openTerminal();
+  const Terminal plain = openTerminal();
+  const auto usedEnd = bench::Responder::onTerminal(used.master);
+  const auto plainEnd = bench::Responder::onTerminal(plain.master);
+  posix::TermiosDevices devices({{1, used.path}});
+  io::SerialPort port(devices);
+  port.setSettings("38400");
+  port.setPortOpen(true);
+  const int descriptor = open(plain.path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+  const std::string line = std::string(kQuery) + "\n";
+  compare(
+      "line through the serial port control, pseudo-terminal",
+      [&] {
+        port.Output(line);
+        std::string answer;
+        while (!answer.ends_with('\n')) {
+          if (port.InBufferCount() == 0) {
+            sched_yield();
+          } else {
+            answer += port.Input();
+          }
+        }
+      },
+      [&] {
+        char buffer[80];
+        (void)!write(descriptor, line.data(), line.size());
+        ssize_t count = 0;
+        while (count <= 0 || buffer[count - 1] != '\n') {
+          count = read(descriptor, buffer, sizeof buffer);
+          if (count < 0) {
+            sched_yield();
+          }
+        }
+      },
+      1.15);
+  close(descriptor);
+}
+
+}  // namespace
+
+int main() {
+  bench::pinToOneCore();
+  bench::printHead("us");
+  compareOnSockets(false);
+  compareOnSockets(true);
+  compareOnTerminals();
+}
