@@ -34,12 +34,13 @@ Digits significantDigits(double magnitude) {
   std::from_chars(sign + 1, end, exponent);
   if (*sign == '-') exponent = -exponent;
 
-  const int zeros = std::max(-exponent, 0) + 1;
+  const auto before = static_cast<std::size_t>(std::max(exponent, 0));
+  const auto behind = static_cast<std::size_t>(std::max(-exponent, 0));
   Digits number;
-  number.digits.assign(static_cast<std::size_t>(zeros), '0');
+  number.digits.assign(1 + behind, '0');
   number.digits += buffer.front();
   number.digits.append(fraction, kSignificantDigits - 1);
-  number.whole = static_cast<std::size_t>(zeros + exponent + 1);
+  number.whole = 2 + before;
   return number;
 }
 

@@ -79,7 +79,9 @@ inline constexpr int kOverflow = 6;
 
 /// A number as plain text: 15 significant digits, "." as the decimal point, no trailing zeros;
 /// exponent form ("1E+15", "1E-05") from 1E+15 upwards and below 1E-4; zero of either sign is "0".
-/// Throws NumberFault(6) for an infinite number and a NaN: no text would be true of them.
+/// Val reads it back, except above 1.79769313486231E+308, where 15 digits round up to what no
+/// double holds. Throws NumberFault(6) for an infinite number and a NaN: no text would be true of
+/// them.
 [[nodiscard]] std::string numberText(double value);
 
 /// A number with the pattern "###0.###": at least one digit in front of the point (as many as the

@@ -1,6 +1,5 @@
 #include <bit>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
@@ -8,6 +7,7 @@
 #include <string>
 
 #include "tests/text/number_fault.hpp"
+#include "tests/text/printed.hpp"
 
 namespace lumodevice::text {
 namespace {
@@ -60,13 +60,16 @@ TEST(NumberText, hasExponentFormForLargeAndSmallNumbers) {
 TEST(NumberText, agreesWithTheCLibraryOnRandomNumbers) {
   std::mt19937_64 random(15);
   for (int round = 0; round < 20'000; ++round) {
-    double value = std::bit_cast<double>(random());
+    auto value = std::bit_cast<double>(random());
     if (!std::isfinite(value)) continue;
     if (round % 2 == 0) value = std::ldexp(value, -std::ilogb(value) + round % 60);
-    char expected[40];
-    std::snprintf(expected, sizeof expected, "%.15G", value);
-    EXPECT_EQ(numberText(value), expected);
+    EXPECT_EQ(numberText(value), printed(value, "%.15G"));
   }
+}
+
+TEST(NumberText, readsBackUpToTheLastNumberThatFifteenDigitsCanSay) {
+  EXPECT_EQ(Val(numberText(1.79769313486231e308)), 1.79769313486231e308);
+  EXPECT_EQ(faultOf([] { return Val(numberText(std::numeric_limits<double>::max())); }), kOverflow);
 }
 
 TEST(NumberText, refusesWhatNoTextIsTrueOf) {
@@ -147,9 +150,7 @@ TEST(FormatValue, liesWithinHalfAThousandthOfTheNumber) {
 
 TEST(FormatValue, writesEveryThousandthAsItIs) {
   for (int thousandths = 1; thousandths < 20'000; ++thousandths) {
-    char expected[40];
-    const int size = std::snprintf(expected, sizeof expected, "%.3f", thousandths / 1000.0);
-    std::string text(expected, static_cast<std::size_t>(size));
+    std::string text = printed(thousandths / 1000.0, "%.3f");
     text.resize(text.find_last_not_of('0') + 1);
     if (text.back() == '.') text.pop_back();
     EXPECT_EQ(formatValue(thousandths / 1000.0), text);

@@ -28,19 +28,9 @@ TEST(NumericText, mayHaveBlanksAroundIt) {
 }
 
 TEST(NumericText, takesTheNoBreakSpaceInItsUtf8FormAsABlank) {
-  expectNumbers(
-      {"\xC2\xA0"
-       "5",
-       "5\xC2\xA0",
-       "-\xC2\xA0"
-       "5"});
-  expectNone({"\xC2\xA0",
-              "\xA0"
-              "5",
-              "5\xA0", "5\xC2",
-              "\xC2"
-              "5",
-              "5\xE3\x80\x80"});
+  // "\302\240" is the no-break space, "\343\200\200" the ideographic one.
+  expectNumbers({"\302\2405", "5\302\240", "-\302\2405"});
+  expectNone({"\302\240", "\2405", "5\240", "5\302", "\3025", "5\343\200\200"});
 }
 
 TEST(NumericText, mayHaveOneSignInFrontOrBehind) {
@@ -55,9 +45,7 @@ TEST(NumericText, mayStandInParentheses) {
 
 TEST(NumericText, mayHaveACurrencySignInFrontOrBehind) {
   expectNumbers({"$5", "-$5", "$-5", "$ 5", "$5-", "5$", "-5 $", "($5)", "$(5)", "(5$)", "(5)$"});
-  expectNone({"$", "$$5", "$5$", "5$5", "-$",
-              "\xE2\x82\xAC"
-              "5"});
+  expectNone({"$", "$$5", "$5$", "5$5", "-$", "\342\202\2545"});
 }
 
 TEST(NumericText, mayHaveThousandsSeparatorsBehindTheFirstDigit) {
