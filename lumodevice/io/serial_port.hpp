@@ -91,8 +91,8 @@ class SerialPort {
   SerialDevices& devices_;
   std::unique_ptr<SerialLine> line_;
   std::string queue_;
-  std::string settings_;
-  SerialSettings effective_;
+  SerialSettings settings_;
+  std::string refused_;  ///< the text set while the port was closed that opening it will refuse
   int port_ = 1;
   InputModes inputMode_ = InputModes::Text;
 };

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lumodevice/io/visa_session.hpp"
+
+namespace lumodevice::io {
+
+/// The formatted-I/O object over a session of a VISA library.
+class FormattedIO : public FormattedIO488 {
+ public:
+  /// Bytes of one message, or of what is skipped in one call, beyond which a read gives up.
+  static constexpr std::size_t kLargestMessage = std::size_t{16} << 20;
+
+  [[nodiscard]] std::shared_ptr<MessageSession> IO() const override { return session_; }
+  /// Only sessions that this library's resource manager opened; others are refused (E_NOINTERFACE).
+  void setIO(std::shared_ptr<MessageSession> session) override;
+  void WriteString(std::string_view data, bool flushAndEnd) override;
+  std::string ReadString() override;
+  std::vector<std::uint8_t> ReadIEEEBlock(bool seekToBlock, bool flushToEnd) override;
+  void WriteIEEEBlock(std::string_view command, std::span<const std::uint8_t> data,
+                      bool flushAndEnd) override;
+  void FlushWrite(bool sendEnd) override;
+  void SetBufferSize(int bufferMask, std::int32_t bytes) override;
+
+ private:
+  /// How the last read ended.
+  enum class Ending { Open, TerminationCharacter, End };
+
+  VisaSession& session();
+  void beginWrite();
+  void append(std::string_view data);
+  void fetch(std::size_t most);
+  void dropUnread();
+  std::string_view unread() const { return std::string_view(input_).substr(taken_); }
+  void fetchUntilUnread(std::size_t wanted);
+  std::size_t blockLengthAt(std::size_t& header);
+  void seekBlock();
+  void flushMessage();
+
+  std::shared_ptr<VisaSession> session_;
+  std::string output_;
+  std::string input_;  ///< what has arrived; the first `taken_` bytes are used up
+  std::size_t taken_ = 0;
+  std::size_t skipped_ = 0;  ///< bytes dropped by the running call
+  Ending ending_ = Ending::Open;
+  std::size_t outputSize_ = 4096;
+  std::size_t inputSize_ = 4096;
+};
+
+}  // namespace lumodevice::io
