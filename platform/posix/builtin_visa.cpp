@@ -1,0 +1,154 @@
+#include "platform/posix/builtin_visa.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/posix/find_expression.hpp"
+#include "platform/posix/socket_session.hpp"
+#include "platform/posix/usbtmc_session.hpp"
+
+namespace lumodevice::posix {
+
+namespace {
+
+constexpr io::ViStatus VI_ERROR_INV_ACC_MODE = io::viStatus(0xBFFF0013);
+
+bool sameName(std::string_view left, std::string_view right) {
+  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [&](char a, char b) { return upper(a) == upper(b); });
+}
+
+/// Descriptors come out of fixed-length buffers and may still carry their blanks.
+std::string_view withoutPadding(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+}  // namespace
+
+bool BuiltinVisa::isResourceManager(io::ViObject handle) const {
+  const auto object = objects_.find(handle);
+  return object != objects_.end() && object->second.owner == 0;
+}
+
+InstrumentSession* BuiltinVisa::sessionOf(io::ViObject handle) const {
+  const auto object = objects_.find(handle);
+  return object == objects_.end() ? nullptr : object->second.instrument.get();
+}
+
+/// Handles are not used again, so one that was closed stays invalid.
+io::ViObject BuiltinVisa::add(Object object) {
+  do {
+    ++lastHandle_;
+  } while (lastHandle_ == 0 || objects_.contains(lastHandle_));
+  objects_.emplace(lastHandle_, std::move(object));
+  return lastHandle_;
+}
+
+io::ViStatus BuiltinVisa::viOpenDefaultRM(io::ViSession& resourceManager) {
+  resourceManager = add({});
+  return io::VI_SUCCESS;
+}
+
+io::ViStatus BuiltinVisa::viFindRsrc(io::ViSession resourceManager, const std::string& expression,
+                                     io::ViFindList& findList, std::uint32_t& count,
+                                     std::string& descriptor) {
+  findList = 0;
+  count = 0;
+  if (!isResourceManager(resourceManager)) return io::VI_ERROR_INV_OBJECT;
+  auto matches = std::make_unique<std::vector<std::string>>();
+  const std::string_view wanted = withoutPadding(expression);
+  if (parseSocketAddress(wanted)) {
+    matches->emplace_back(wanted);
+  } else {
+    const auto pattern = FindExpression::parse(wanted);
+    if (!pattern) return io::VI_ERROR_INV_EXPR;
+    for (UsbtmcDevice& device : listUsbtmcDevices(roots_)) {
+      if (pattern->matches(device.descriptor)) matches->push_back(std::move(device.descriptor));
+    }
+  }
+  if (matches->empty()) return io::VI_ERROR_RSRC_NFOUND;
+  count = static_cast<std::uint32_t>(matches->size());
+  std::reverse(matches->begin(), matches->end());
+  descriptor = std::move(matches->back());
+  matches->pop_back();
+  findList = add({.owner = resourceManager, .instrument = nullptr, .matches = std::move(matches)});
+  return io::VI_SUCCESS;
+}
+
+io::ViStatus BuiltinVisa::viFindNext(io::ViFindList findList, std::string& descriptor) {
+  const auto object = objects_.find(findList);
+  if (object == objects_.end() || !object->second.matches) return io::VI_ERROR_INV_OBJECT;
+  auto& matches = *object->second.matches;
+  if (matches.empty()) return io::VI_ERROR_RSRC_NFOUND;
+  descriptor = std::move(matches.back());
+  matches.pop_back();
+  return io::VI_SUCCESS;
+}
+
+std::unique_ptr<InstrumentSession> BuiltinVisa::openInstrument(std::string_view descriptor,
+                                                               std::uint32_t openTimeout,
+                                                               io::ViStatus& status) const {
+  if (const auto address = parseSocketAddress(descriptor)) {
+    return SocketSession::connect(*address, openTimeout, status);
+  }
+  if (descriptor.find("::") == std::string_view::npos) {
+    status = io::VI_ERROR_INV_RSRC_NAME;
+    return nullptr;
+  }
+  for (const UsbtmcDevice& device : listUsbtmcDevices(roots_)) {
+    if (sameName(device.descriptor, descriptor)) return UsbtmcSession::open(device, status);
+  }
+  status = io::VI_ERROR_RSRC_NFOUND;
+  return nullptr;
+}
+
+io::ViStatus BuiltinVisa::viOpen(io::ViSession resourceManager, const std::string& descriptor,
+                                 std::uint32_t accessMode, std::uint32_t openTimeout,
+                                 io::ViSession& instrument) {
+  instrument = 0;
+  if (!isResourceManager(resourceManager)) return io::VI_ERROR_INV_OBJECT;
+  if (accessMode > io::VI_EXCLUSIVE_LOCK) return VI_ERROR_INV_ACC_MODE;
+  io::ViStatus status = io::VI_SUCCESS;
+  auto session = openInstrument(withoutPadding(descriptor), openTimeout, status);
+  if (session) {
+    instrument =
+        add({.owner = resourceManager, .instrument = std::move(session), .matches = nullptr});
+  }
+  return status;
+}
+
+io::ViStatus BuiltinVisa::viClose(io::ViObject object) {
+  if (object == 0) return io::VI_WARN_NULL_OBJECT;
+  if (objects_.erase(object) == 0) return io::VI_ERROR_INV_OBJECT;
+  std::erase_if(objects_, [object](const auto& entry) { return entry.second.owner == object; });
+  return io::VI_SUCCESS;
+}
+
+io::ViStatus BuiltinVisa::viGetAttribute(io::ViObject object, io::ViAttr attribute,
+                                         std::string& value) {
+  const auto* session = sessionOf(object);
+  return session == nullptr ? io::VI_ERROR_INV_OBJECT : session->getAttribute(attribute, value);
+}
+
+io::ViStatus BuiltinVisa::viSetAttribute(io::ViObject object, io::ViAttr attribute,
+                                         std::uint32_t value) {
+  auto* session = sessionOf(object);
+  return session == nullptr ? io::VI_ERROR_INV_OBJECT : session->setAttribute(attribute, value);
+}
+
+io::ViStatus BuiltinVisa::viRead(io::ViSession instrument, std::span<char> buffer,
+                                 std::uint32_t& count) {
+  count = 0;
+  auto* session = sessionOf(instrument);
+  return session == nullptr ? io::VI_ERROR_INV_OBJECT : session->read(buffer, count);
+}
+
+io::ViStatus BuiltinVisa::viWrite(io::ViSession instrument, std::string_view data,
+                                  std::uint32_t& count) {
+  count = 0;
+  auto* session = sessionOf(instrument);
+  return session == nullptr ? io::VI_ERROR_INV_OBJECT : session->write(data, count);
+}
+
+}  // namespace lumodevice::posix

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <unistd.h>
+#include <utility>
+
+namespace lumodevice::posix {
+
+/// An open file descriptor, closed on destruction; -1 is none.
+class FileDescriptor {
+ public:
+  FileDescriptor() = default;
+  explicit FileDescriptor(int descriptor) noexcept : descriptor_(descriptor) {}
+  FileDescriptor(FileDescriptor&& other) noexcept
+      : descriptor_(std::exchange(other.descriptor_, -1)) {}
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+  }
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor() {
+    if (descriptor_ >= 0) ::close(descriptor_);
+  }
+
+  [[nodiscard]] int get() const noexcept { return descriptor_; }
+  explicit operator bool() const noexcept { return descriptor_ >= 0; }
+
+ private:
+  int descriptor_ = -1;
+};
+
+}  // namespace lumodevice::posix

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "lumodevice/io/drive.hpp"
+
+namespace lumodevice::posix {
+
+/// Drive C: kept in a folder, which is created when something is first put on the drive. Names
+/// match without regard to case (ASCII); a new one is created as it is written. A path cannot lead
+/// out of the folder: ".." at its top stays there. Symbolic links inside are followed, for the user
+/// put them there.
+class FolderDrive : public io::Drive {
+ public:
+  explicit FolderDrive(std::filesystem::path root) : root_(std::move(root)) {}
+
+  [[nodiscard]] bool fileExists(std::string_view path) const override;
+  [[nodiscard]] bool folderExists(std::string_view path) const override;
+  void createFolder(std::string_view path) override;
+  void remove(std::string_view path) override;
+  [[nodiscard]] std::unique_ptr<io::BinaryFile> open(std::string_view path) override;
+
+ private:
+  /// Where a path leads: `path` is the entry that exists, or the name to create in a folder that
+  /// does; nothing when the folder above it is missing or the path is not one of drive C:.
+  [[nodiscard]] std::optional<std::filesystem::path> locate(std::string_view path) const;
+  void createRoot() const;
+
+  std::filesystem::path root_;
+};
+
+}  // namespace lumodevice::posix

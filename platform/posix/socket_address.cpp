@@ -1,0 +1,58 @@
+#include "platform/posix/socket_address.hpp"
+
+#include <charconv>
+
+namespace lumodevice::posix {
+
+namespace {
+
+constexpr std::string_view kInterface = "TCPIP";
+constexpr std::string_view kClass = "SOCKET";
+constexpr std::string_view kSeparator = "::";
+
+bool equalIgnoringCase(std::string_view text, std::string_view upper) {
+  if (text.size() != upper.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i] >= 'a' && text[i] <= 'z' ? static_cast<char>(text[i] - 32) : text[i];
+    if (c != upper[i]) return false;
+  }
+  return true;
+}
+
+template <typename Number>
+bool wholeNumber(std::string_view text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+/// Cuts the last field off `text`.
+std::string_view takeLast(std::string_view& text) {
+  const auto cut = text.rfind(kSeparator);
+  if (cut == std::string_view::npos) return {};
+  const std::string_view last = text.substr(cut + kSeparator.size());
+  text = text.substr(0, cut);
+  return last;
+}
+
+}  // namespace
+
+std::optional<SocketAddress> parseSocketAddress(std::string_view resource) {
+  if (!equalIgnoringCase(takeLast(resource), kClass)) return {};
+  SocketAddress address;
+  if (!wholeNumber(takeLast(resource), address.port) || address.port == 0) return {};
+  const auto cut = resource.find(kSeparator);
+  if (cut == std::string_view::npos) return {};
+  const std::string_view interface = resource.substr(0, cut);
+  if (!equalIgnoringCase(interface.substr(0, kInterface.size()), kInterface)) return {};
+  const std::string_view board = interface.substr(kInterface.size());
+  if (!board.empty() && (!wholeNumber(board, address.board) || address.board < 0)) return {};
+  std::string_view host = resource.substr(cut + kSeparator.size());
+  const bool bracketed = host.size() > 2 && host.front() == '[' && host.back() == ']';
+  if (bracketed) host = host.substr(1, host.size() - 2);
+  if (host.empty() || host.find_first_of(" \t\r\n?*[](){}|\\") != std::string_view::npos) return {};
+  if (!bracketed && host.find(':') != std::string_view::npos) return {};
+  address.host = host;
+  return address;
+}
+
+}  // namespace lumodevice::posix

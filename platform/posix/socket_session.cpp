@@ -1,0 +1,226 @@
+#include "platform/posix/socket_session.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+namespace lumodevice::posix {
+
+namespace {
+
+constexpr std::uint32_t kLeastConnectTimeout = 2000;
+constexpr std::size_t kReceiveSize = std::size_t{64} << 10;
+/// What is discarded at most before a write: a peer that never stops sending must not hold it up.
+constexpr int kMostDiscards = 256;
+
+void switchOn(int socket, int level, int option) {
+  const int on = 1;
+  (void)::setsockopt(socket, level, option, &on, sizeof on);
+}
+
+/// 0 when connected, else the errno.
+int connectWithin(const FileDescriptor& socket, const addrinfo& target, const Deadline& deadline) {
+  if (::connect(socket.get(), target.ai_addr, target.ai_addrlen) == 0) return 0;
+  if (errno != EINPROGRESS && errno != EINTR) return errno;
+  if (!waitReady(socket.get(), POLLOUT, deadline)) return ETIMEDOUT;
+  int error = 0;
+  socklen_t size = sizeof error;
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
+  return error;
+}
+
+io::ViStatus openStatus(int error) {
+  if (error == ETIMEDOUT) return io::VI_ERROR_TMO;
+  if (error == EACCES || error == EPERM) return io::VI_ERROR_NPERMISSION;
+  return io::VI_ERROR_RSRC_NFOUND;
+}
+
+io::ViStatus transferStatus(int error) {
+  return error == ENOMEM || error == ENOBUFS ? io::VI_ERROR_ALLOC : io::VI_ERROR_CONN_LOST;
+}
+
+bool wouldBlock(int error) {
+  return error == EAGAIN || error == EWOULDBLOCK;
+}
+
+}  // namespace
+
+/// The wait of one read. The first is the kernel's own receive time-out, so that a plain exchange
+/// costs no call but the receive; the rest of an answer in pieces is waited for until the same
+/// deadline.
+class SocketSession::Wait {
+ public:
+  explicit Wait(std::uint32_t timeout) : deadline_(timeout), immediate_(timeout == 0) {}
+
+  [[nodiscard]] int receiveFlags() const { return blocking_ ? 0 : MSG_DONTWAIT; }
+  /// After a receive that brought nothing: true when it is worth another.
+  [[nodiscard]] bool again(int socket, bool interrupted) {
+    const bool waited = blocking_ && !interrupted;
+    blocking_ = false;
+    return !waited && !immediate_ && waitReady(socket, POLLIN, deadline_);
+  }
+  void received() { blocking_ = false; }
+
+ private:
+  Deadline deadline_;
+  bool immediate_;
+  bool blocking_ = !immediate_;
+};
+
+std::unique_ptr<SocketSession> SocketSession::connect(const SocketAddress& address,
+                                                      std::uint32_t openTimeout,
+                                                      io::ViStatus& status) {
+  const Deadline deadline(std::max(openTimeout, kLeastConnectTimeout));
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_STREAM;
+  hints.ai_flags = AI_NUMERICSERV;
+  addrinfo* found = nullptr;
+  status = io::VI_ERROR_RSRC_NFOUND;
+  if (::getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &found) !=
+      0) {
+    return nullptr;
+  }
+  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> targets(found, ::freeaddrinfo);
+  for (const addrinfo* target = found; target != nullptr; target = target->ai_next) {
+    FileDescriptor socket(::socket(target->ai_family,
+                                   target->ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK,
+                                   target->ai_protocol));
+    const int error = socket ? connectWithin(socket, *target, deadline) : errno;
+    if (error == 0) {
+      status = io::VI_SUCCESS;
+      return std::make_unique<SocketSession>(std::move(socket), address.board);
+    }
+    status = openStatus(error);
+  }
+  return nullptr;
+}
+
+/// The name holds "ZAN" because an address that the operator typed is the operator's own choice of
+/// an instrument, and only interfaces of that name are asked for their identity.
+SocketSession::SocketSession(FileDescriptor socket, int board)
+    : InstrumentSession("TCPIP" + std::to_string(board) + " (ZAN raw socket)"),
+      socket_(std::move(socket)),
+      received_(kReceiveSize) {
+  switchOn(socket_.get(), IPPROTO_TCP, TCP_NODELAY);
+  switchOn(socket_.get(), SOL_SOCKET, SO_KEEPALIVE);
+  (void)::fcntl(socket_.get(), F_SETFL, ::fcntl(socket_.get(), F_GETFL) & ~O_NONBLOCK);
+  (void)SocketSession::applySettings();
+}
+
+/// The kernel takes a time of zero for "for ever", which is what an infinite time-out means; an
+/// immediate one never gets that far.
+io::ViStatus SocketSession::applySettings() {
+  const std::uint32_t timeout = settings().timeout == io::VI_TMO_INFINITE ? 0 : settings().timeout;
+  const timeval wait{.tv_sec = static_cast<time_t>(timeout / 1000),
+                     .tv_usec = static_cast<suseconds_t>(timeout % 1000 * 1000)};
+  const int result = ::setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
+  return result == 0 ? io::VI_SUCCESS : io::VI_ERROR_NSUP_ATTR_STATE;
+}
+
+io::ViStatus SocketSession::read(std::span<char> buffer, std::uint32_t& count) {
+  count = 0;
+  io::ViStatus status = io::VI_SUCCESS;
+  Wait wait(settings().timeout);
+  while (!takeBuffered(buffer, count, status)) {
+    status = receive(wait);
+    if (status == io::VI_ERROR_TMO) answerMayBeLate_ = true;
+    if (status < 0) return status;
+  }
+  return status;
+}
+
+/// Moves what has been received into the rest of `buffer`; true when that completes the read.
+bool SocketSession::takeBuffered(std::span<char> buffer, std::uint32_t& count,
+                                 io::ViStatus& status) {
+  skipLineFeed();
+  std::string_view data(received_.data() + begin_, std::min(end_ - begin_, buffer.size() - count));
+  bool terminated = false;
+  if (settings().terminatorEnabled) {
+    const auto terminator = data.find(settings().terminator);
+    terminated = terminator != std::string_view::npos;
+    if (terminated) data = data.substr(0, terminator + 1);
+  }
+  const bool inBlock = message_.insideBlock();
+  const MessageEnd::Taken taken = message_.take(data);
+  terminated = terminated && taken.length == data.size();
+  std::copy_n(data.data(), taken.length, buffer.begin() + count);
+  begin_ += taken.length;
+  count += static_cast<std::uint32_t>(taken.length);
+  if (taken.ended) {
+    status = io::VI_SUCCESS;
+  } else if (terminated) {
+    status = io::VI_SUCCESS_TERM_CHAR;
+    if (!inBlock && !message_.insideBlock()) {
+      message_.restart();
+      lineFeedMayFollow_ = settings().terminator == '\r';
+      skipLineFeed();
+    }
+  } else if (count == buffer.size()) {
+    status = io::VI_SUCCESS_MAX_CNT;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+/// The line feed of a CR LF may come in a later packet than the CR.
+void SocketSession::skipLineFeed() {
+  if (!lineFeedMayFollow_ || begin_ == end_) return;
+  lineFeedMayFollow_ = false;
+  if (received_[begin_] == '\n') ++begin_;
+}
+
+/// One successful receive into the empty buffer.
+io::ViStatus SocketSession::receive(Wait& wait) {
+  begin_ = end_ = 0;
+  while (true) {
+    const ssize_t size =
+        ::recv(socket_.get(), received_.data(), received_.size(), wait.receiveFlags());
+    if (size > 0) {
+      end_ = static_cast<std::size_t>(size);
+      wait.received();
+      return io::VI_SUCCESS;
+    }
+    if (size == 0) return io::VI_ERROR_CONN_LOST;
+    const bool interrupted = errno == EINTR;
+    if (!interrupted && !wouldBlock(errno)) return transferStatus(errno);
+    if (!wait.again(socket_.get(), interrupted)) return io::VI_ERROR_TMO;
+  }
+}
+
+void SocketSession::discardUnread() {
+  message_.restart();
+  lineFeedMayFollow_ = false;
+  begin_ = end_ = 0;
+  for (int discarded = 0; discarded < kMostDiscards; ++discarded) {
+    if (::recv(socket_.get(), received_.data(), received_.size(), MSG_DONTWAIT) <= 0) return;
+  }
+}
+
+io::ViStatus SocketSession::write(std::string_view data, std::uint32_t& count) {
+  count = 0;
+  if (message_.insideMessage() || begin_ < end_ || answerMayBeLate_) discardUnread();
+  const Deadline deadline(settings().timeout);
+  while (count < data.size()) {
+    const ssize_t size = ::send(socket_.get(), data.data() + count, data.size() - count,
+                                MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (size >= 0) {
+      count += static_cast<std::uint32_t>(size);
+    } else if (errno == EINTR) {
+      continue;
+    } else if (!wouldBlock(errno)) {
+      return transferStatus(errno);
+    } else if (!waitReady(socket_.get(), POLLOUT, deadline)) {
+      return io::VI_ERROR_TMO;
+    }
+  }
+  return io::VI_SUCCESS;
+}
+
+}  // namespace lumodevice::posix

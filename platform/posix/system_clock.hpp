@@ -1,0 +1,25 @@
+#pragma once
+
+#include <chrono>
+
+#include "lumodevice/io/clock.hpp"
+
+namespace lumodevice::posix {
+
+/// The system's date and time in its local time zone.
+class SystemWallClock : public io::WallClock {
+ public:
+  [[nodiscard]] io::LocalTime now() const override;
+};
+
+/// The steady clock, counting from the construction of this object.
+class SystemClock : public io::Clock {
+ public:
+  [[nodiscard]] Duration now() const override;
+  void wait(Duration span) override;
+
+ private:
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace lumodevice::posix
