@@ -1,0 +1,339 @@
+#include "lumodevice/io/formatted_io.hpp"
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <random>
+
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "tests/io/scripted_visa.hpp"
+
+namespace lumodevice::io {
+namespace {
+
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Le;
+
+constexpr auto kTimedOut = static_cast<int>(E_VISA_TMO);
+constexpr auto kNoBlock = static_cast<int>(E_VISA_NSUP_FMT);
+constexpr auto kTooLong = static_cast<int>(0x8004003CU);
+
+int numberOf(const std::function<void()>& act) {
+  try {
+    act();
+  } catch (const VisaComFault& fault) {
+    return fault.number();
+  }
+  return 0;
+}
+
+struct FormattedIOTest : testing::Test {
+  FormattedIOTest() {
+    formatted->setIO(com.createResourceManager()->Open("USB0::1::INSTR", 0, 2000, ""));
+    visa.calls.clear();
+  }
+
+  std::string readBlock(bool seek = false, bool flush = true) {
+    const auto data = formatted->ReadIEEEBlock(seek, flush);
+    return {data.begin(), data.end()};
+  }
+  int blockFault(bool seek = false, bool flush = true) {
+    return numberOf([&] { (void)readBlock(seek, flush); });
+  }
+  int stringFault() {
+    return numberOf([&] { (void)formatted->ReadString(); });
+  }
+
+  ScriptedVisa visa;
+  VisaComOverVisa com{visa};
+  std::shared_ptr<FormattedIO488> formatted = com.createFormattedIO488();
+};
+
+TEST_F(FormattedIOTest, aStringIsOneWriteWithEndAndNoTerminatorOfItsOwn) {
+  formatted->WriteString("*IDN?\r", true);
+  EXPECT_EQ(visa.written, "*IDN?\r|");
+  EXPECT_THAT(visa.calls, ElementsAre("write 6"));
+}
+
+TEST_F(FormattedIOTest, stringsWithoutFlushAreKeptUntilTheFlush) {
+  formatted->WriteString(":CURR ", false);
+  formatted->WriteString("1.5", false);
+  EXPECT_THAT(visa.calls, IsEmpty());
+  formatted->WriteString("\n", true);
+  EXPECT_EQ(visa.written, ":CURR 1.5\n|");
+}
+
+TEST_F(FormattedIOTest, aFlushWithoutEndSwitchesEndOffAndTheNextOneOnAgain) {
+  formatted->WriteString("AB", false);
+  formatted->FlushWrite(false);
+  formatted->WriteString("CD", true);
+  EXPECT_EQ(visa.written, "ABCD|");
+  EXPECT_THAT(visa.calls, ElementsAre("set 3FFF0016 0", "write 2", "set 3FFF0016 1", "write 2"));
+}
+
+TEST_F(FormattedIOTest, anEmptyFlushTouchesNothing) {
+  formatted->FlushWrite(false);
+  formatted->FlushWrite(true);
+  EXPECT_THAT(visa.calls, IsEmpty());
+}
+
+TEST_F(FormattedIOTest, aBufferThatFillsGoesOutWithoutEnd) {
+  formatted->SetBufferSize(kOutputBuffer, 4);
+  formatted->WriteString("0123456789", true);
+  EXPECT_EQ(visa.written, "0123456789|");
+  EXPECT_THAT(visa.calls,
+              ElementsAre("set 3FFF0016 0", "write 4", "write 4", "set 3FFF0016 1", "write 2"));
+}
+
+TEST_F(FormattedIOTest, aLibraryThatTakesTheBytesInPiecesGetsTheRest) {
+  visa.mostPerWrite = 4;
+  formatted->WriteString("0123456789", true);
+  EXPECT_EQ(visa.written, "0123456789|");
+}
+
+TEST_F(FormattedIOTest, aLibraryThatTakesNothingIsAnErrorAndNoEndlessLoop) {
+  visa.mostPerWrite = 0;
+  EXPECT_NE(numberOf([&] { formatted->WriteString("A", true); }), 0);
+}
+
+TEST_F(FormattedIOTest, aFailedWriteIsNotGluedToTheNext) {
+  visa.writeStatus = VI_ERROR_TMO;
+  EXPECT_EQ(numberOf([&] { formatted->WriteString("OLD", true); }), kTimedOut);
+  visa.writeStatus = VI_SUCCESS;
+  formatted->WriteString("NEW", true);
+  EXPECT_EQ(visa.written, "NEW|");
+}
+
+TEST_F(FormattedIOTest, aBlockIsWrittenWithTheFewestLengthDigits) {
+  const std::vector<std::uint8_t> data{1, 0, '\n', 255};
+  formatted->WriteIEEEBlock(":MEM:FILE:PRES", data, true);
+  EXPECT_EQ(visa.written, std::string(":MEM:FILE:PRES#14\x01\0\n\xFF|", 22));
+}
+
+TEST_F(FormattedIOTest, anEnlargedBufferTakesTheWholeSettingsBlockInOneWrite) {
+  formatted->SetBufferSize(kInputBuffer | kOutputBuffer, 6000);
+  formatted->WriteIEEEBlock(":SYST:SET ", std::vector<std::uint8_t>(5580), true);
+  EXPECT_THAT(visa.calls, ElementsAre("write 5596"));
+  EXPECT_TRUE(visa.written.starts_with(":SYST:SET #45580"));
+}
+
+TEST_F(FormattedIOTest, anEmptyBlockHasLengthZero) {
+  formatted->WriteIEEEBlock("", {}, true);
+  EXPECT_EQ(visa.written, "#10|");
+}
+
+TEST_F(FormattedIOTest, sizesAndBuffersThatDoNotExistAreRefused) {
+  for (const int mask : {0, 1, 0x31, -1}) {
+    EXPECT_NE(numberOf([&] { formatted->SetBufferSize(mask, 6000); }), 0) << mask;
+  }
+  for (const std::int32_t size : {0, -1, 0x7FFFFFFF}) {
+    EXPECT_NE(numberOf([&] { formatted->SetBufferSize(kInputBuffer, size); }), 0) << size;
+  }
+}
+
+TEST_F(FormattedIOTest, aMessageKeepsItsTerminator) {
+  visa.answer("1.5\r\n");
+  EXPECT_EQ(formatted->ReadString(), "1.5\r\n");
+  EXPECT_THAT(visa.asked, ElementsAre(4096U));
+}
+
+TEST_F(FormattedIOTest, aTerminationCharacterEndsAMessageToo) {
+  visa.answers = {{"A\r", VI_SUCCESS_TERM_CHAR}, {"B\r", VI_SUCCESS_TERM_CHAR}};
+  EXPECT_EQ(formatted->ReadString(), "A\r");
+  EXPECT_EQ(formatted->ReadString(), "B\r");
+}
+
+TEST_F(FormattedIOTest, aLongMessageIsReadInGrowingPieces) {
+  const std::string message(100000, 'x');
+  visa.answer(message);
+  EXPECT_EQ(formatted->ReadString(), message);
+  EXPECT_THAT(visa.asked, ElementsAre(4096U, 8192U, 16384U, 32768U, 65536U));
+}
+
+TEST_F(FormattedIOTest, anAnswerInPiecesIsCompletedByASecondRead) {
+  visa.answers = {{"12", VI_ERROR_TMO}, {"34", VI_ERROR_TMO}, {"5\n", VI_SUCCESS}};
+  EXPECT_EQ(stringFault(), kTimedOut);
+  EXPECT_EQ(stringFault(), kTimedOut);
+  EXPECT_EQ(formatted->ReadString(), "12345\n");
+}
+
+TEST_F(FormattedIOTest, aNewMessageDropsWhatWasLeftUnread) {
+  visa.answers = {{"old", VI_ERROR_TMO}, {"new\n", VI_SUCCESS}};
+  EXPECT_EQ(stringFault(), kTimedOut);
+  formatted->WriteString("X?\n", true);
+  EXPECT_EQ(formatted->ReadString(), "new\n");
+}
+
+TEST_F(FormattedIOTest, anotherSessionDropsWhatIsBuffered) {
+  visa.answers = {{"old", VI_ERROR_TMO}, {"new\n", VI_SUCCESS}};
+  EXPECT_EQ(stringFault(), kTimedOut);
+  formatted->WriteString("unsent", false);
+  formatted->setIO(com.createResourceManager()->Open("B", 0, 0, ""));
+  formatted->FlushWrite(true);
+  EXPECT_EQ(visa.written, "");
+  EXPECT_EQ(formatted->ReadString(), "new\n");
+}
+
+TEST_F(FormattedIOTest, anEmptyMessageIsAnEmptyText) {
+  visa.answer("");
+  EXPECT_EQ(formatted->ReadString(), "");
+}
+
+TEST_F(FormattedIOTest, aMessageWithoutEndIsGivenUpAtSixteenMebibytes) {
+  visa.answer(std::string(FormattedIO::kLargestMessage + 1, 'x'));
+  EXPECT_EQ(stringFault(), kTooLong);
+  EXPECT_THAT(visa.asked, Each(Le(std::size_t{1} << 20)));
+}
+
+TEST_F(FormattedIOTest, aLibraryThatClaimsMoreThanItWasAskedForIsNotBelieved) {
+  visa.claimsTooMuch = true;
+  visa.answer("abc");
+  EXPECT_EQ(formatted->ReadString().size(), 4096U);
+  formatted->WriteString("xyz", true);
+  EXPECT_EQ(visa.written, "xyz|");
+}
+
+TEST_F(FormattedIOTest, aLibraryThatReadsNothingForEverIsAnError) {
+  visa.answers = {{"", VI_SUCCESS_MAX_CNT}};
+  EXPECT_NE(stringFault(), 0);
+}
+
+TEST_F(FormattedIOTest, aBlockComesWithoutHeaderAndTerminator) {
+  visa.answer(std::string("#15a\n#\0z\n", 9));
+  EXPECT_EQ(readBlock(), std::string("a\n#\0z", 5));
+  visa.answer("next\n");
+  EXPECT_EQ(formatted->ReadString(), "next\n");
+}
+
+TEST_F(FormattedIOTest, aBlockIsAskedForByteByByteOfItsHeaderAndThenWhole) {
+  visa.answer("#3892" + std::string(892, 'p') + "\n");
+  EXPECT_EQ(readBlock().size(), 892U);
+  EXPECT_THAT(visa.asked, ElementsAre(1U, 1U, 3U, 892U, 1U));
+}
+
+TEST_F(FormattedIOTest, anEmptyBlockIsNoData) {
+  visa.answer("#10\n");
+  EXPECT_EQ(readBlock(), "");
+}
+
+TEST_F(FormattedIOTest, aBlockThatEndsWithItsDataNeedsNoFlush) {
+  visa.answer("#12ab");
+  EXPECT_EQ(readBlock(), "ab");
+  EXPECT_EQ(visa.asked.back(), 2U);
+}
+
+TEST_F(FormattedIOTest, terminationCharactersInsideABlockEndNothing) {
+  visa.answers = {{"#15a\r", VI_SUCCESS_TERM_CHAR},
+                  {"b\r", VI_SUCCESS_TERM_CHAR},
+                  {"\r", VI_SUCCESS_TERM_CHAR},
+                  {"\n", VI_SUCCESS}};
+  EXPECT_EQ(readBlock(), "a\rb\r\r");
+  EXPECT_THAT(visa.answers, IsEmpty());
+}
+
+TEST_F(FormattedIOTest, theFlushGoesOnToTheMessagesEnd) {
+  visa.answers = {{"#12ab", VI_SUCCESS_MAX_CNT},
+                  {" and more", VI_SUCCESS_MAX_CNT},
+                  {std::string(5000, '.'), VI_SUCCESS},
+                  {"next\n", VI_SUCCESS}};
+  EXPECT_EQ(readBlock(), "ab");
+  EXPECT_EQ(formatted->ReadString(), "next\n");
+}
+
+TEST_F(FormattedIOTest, onALinkWithoutEndALoneLineFeedIsTakenAndItsAbsenceIsNoError) {
+  visa.answers = {
+      {"#12ab", VI_SUCCESS_MAX_CNT}, {"\n", VI_SUCCESS_MAX_CNT}, {"#12cd", VI_SUCCESS_MAX_CNT}};
+  EXPECT_EQ(readBlock(), "ab");
+  EXPECT_EQ(readBlock(), "cd");
+  EXPECT_THAT(visa.answers, IsEmpty());
+}
+
+TEST_F(FormattedIOTest, aFlushThatNeverEndsIsGivenUp) {
+  visa.answers = {{"#12ab", VI_SUCCESS_MAX_CNT},
+                  {std::string(2 * FormattedIO::kLargestMessage, 'x'), VI_SUCCESS}};
+  EXPECT_EQ(blockFault(), kTooLong);
+}
+
+TEST_F(FormattedIOTest, aLinkThatBreaksDuringTheFlushIsAnError) {
+  visa.answers = {{"#12ab", VI_SUCCESS_MAX_CNT}, {"", VI_ERROR_CONN_LOST}};
+  EXPECT_EQ(blockFault(), static_cast<int>(0x800400A6U));
+}
+
+TEST_F(FormattedIOTest, withoutTheFlushTheRestOfTheMessageStaysToBeRead) {
+  visa.answer("#12ab;tail\n");
+  EXPECT_EQ(readBlock(false, false), "ab");
+  EXPECT_EQ(formatted->ReadString(), ";tail\n");
+}
+
+TEST_F(FormattedIOTest, aBlockThatTimesOutKeepsWhatArrivedForAnotherTry) {
+  visa.answers = {{"#15ab", VI_ERROR_TMO}, {"cde", VI_SUCCESS_MAX_CNT}, {"\n", VI_SUCCESS}};
+  EXPECT_EQ(blockFault(), kTimedOut);
+  EXPECT_EQ(readBlock(), "abcde");
+}
+
+TEST_F(FormattedIOTest, seekingSkipsToTheBlockThroughWholeMessages) {
+  visa.answers = {{"junk\n", VI_SUCCESS}, {"more #12ab\n", VI_SUCCESS}};
+  EXPECT_EQ(readBlock(true), "ab");
+}
+
+TEST_F(FormattedIOTest, seekingWithoutABlockTimesOut) {
+  visa.answer("junk\n");
+  EXPECT_EQ(blockFault(true), kTimedOut);
+}
+
+TEST_F(FormattedIOTest, malformedHeadersAreRefused) {
+  for (const char* header :
+       {"x", " #12ab", "", "\n", "#", "#x", "#0", "#0abc\n", "# 12ab", "##12ab", "#2", "#21",
+        "#2x1ab", "#21x", "#2-1", "#3 12", "#1", "#9"}) {
+    visa.answers.clear();
+    visa.answer(header);
+    formatted->WriteString("?", true);
+    EXPECT_EQ(blockFault(), kNoBlock) << '"' << header << '"';
+  }
+}
+
+TEST_F(FormattedIOTest, aBlockCutAtAnyByteIsRefusedWhenItEndsAndTimesOutWhenItStalls) {
+  const std::string whole = "#3012abcdefghijkl";
+  for (std::size_t cut = 0; cut < whole.size(); ++cut) {
+    for (const auto& [status, fault] :
+         {std::pair{VI_SUCCESS, kNoBlock}, {VI_ERROR_TMO, kTimedOut}}) {
+      visa.answers = {{whole.substr(0, cut), status}};
+      formatted->WriteString("?", true);
+      EXPECT_EQ(blockFault(), fault) << cut;
+    }
+  }
+}
+
+TEST_F(FormattedIOTest, aClaimedLengthAloneSetsNoMemoryAside) {
+  visa.answers = {{"#9999999999ab", VI_ERROR_TMO}};
+  EXPECT_EQ(blockFault(), kTimedOut);
+  EXPECT_THAT(visa.asked, Each(Le(std::size_t{64} << 10)));
+}
+
+/// Random bytes that lean towards headers: whatever comes, the reader returns or throws its own
+/// fault and has never asked for more than its reserve.
+TEST_F(FormattedIOTest, randomAnswersNeverBreakTheBlockReader) {
+  std::mt19937 random(20240607);
+  const std::string alphabet = "#0123456789\r\nxyz";
+  const std::array statuses{VI_SUCCESS, VI_SUCCESS_MAX_CNT, VI_SUCCESS_TERM_CHAR, VI_ERROR_TMO,
+                            VI_ERROR_CONN_LOST};
+  int blocks = 0;
+  for (int round = 0; round < 3000; ++round) {
+    visa.answers.clear();
+    visa.asked.clear();
+    for (unsigned piece = random() % 4; piece > 0; --piece) {
+      std::string bytes(random() % 24, ' ');
+      for (char& c : bytes) c = alphabet[random() % alphabet.size()];
+      if (random() % 3 == 0) bytes.insert(0, "#1" + std::to_string(random() % 10));
+      visa.answers.push_back({bytes, statuses[random() % statuses.size()]});
+    }
+    formatted->WriteString("?", true);
+    if (blockFault(random() % 2 == 0, random() % 2 == 0) == 0) ++blocks;
+    EXPECT_THAT(visa.asked, Each(Le(std::size_t{1} << 20)));
+  }
+  EXPECT_GT(blocks, 100);
+}
+
+}  // namespace
+}  // namespace lumodevice::io

@@ -1,0 +1,183 @@
+#include "platform/posix/folder_drive.hpp"
+
+#include <csignal>
+#include <functional>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include "tests/platform/temporary_folder.hpp"
+
+namespace lumodevice::posix {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+int numberOf(const std::function<void()>& act) {
+  try {
+    act();
+  } catch (const io::DriveFault& fault) {
+    return fault.number();
+  }
+  return 0;
+}
+
+Bytes bytes(std::string_view text) {
+  return {text.begin(), text.end()};
+}
+
+struct FolderDriveTest : testing::Test {
+  TemporaryFolder folder;
+  FolderDrive drive{folder.path() / "drive_c"};
+};
+
+TEST_F(FolderDriveTest, aDriveThatNothingWasPutOnIsEmptyAndCreatesNothing) {
+  EXPECT_FALSE(drive.folderExists("C:\\temp"));
+  EXPECT_FALSE(drive.fileExists("C:\\temp\\x"));
+  EXPECT_EQ(numberOf([&] { drive.remove("C:\\temp\\x"); }), 53);
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "drive_c"));
+}
+
+TEST_F(FolderDriveTest, theFolderIsCreatedOnFirstNeed) {
+  drive.createFolder("C:\\temp");
+  EXPECT_TRUE(drive.folderExists("c:\\TEMP"));
+  EXPECT_TRUE(drive.folderExists("C:\\temp\\"));
+  EXPECT_FALSE(drive.fileExists("C:\\temp"));
+  EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "drive_c" / "temp"));
+}
+
+TEST_F(FolderDriveTest, namesOfOtherCaseAreTheSameAndNewOnesAreKeptAsWritten) {
+  folder.write("drive_c/Temp/ZANSeq.a", "old");
+  EXPECT_TRUE(drive.fileExists("c:\\temp\\zanseq.A"));
+  drive.open("C:/TEMP/ZANSEQ.A")->put(bytes("new"));
+  EXPECT_EQ(folder.read("drive_c/Temp/ZANSeq.a"), "new");
+  (void)drive.open("C:\\temp\\Fresh.Dat");
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "drive_c/Temp/Fresh.Dat"));
+  drive.remove("C:\\TEMP\\fresh.dat");
+  EXPECT_FALSE(drive.fileExists("C:\\Temp\\Fresh.Dat"));
+}
+
+TEST_F(FolderDriveTest, theExactNameIsPreferredToOneOfOtherCase) {
+  folder.write("drive_c/A", "upper");
+  folder.write("drive_c/a", "lower");
+  Bytes data(5);
+  drive.open("C:\\a")->get(data);
+  EXPECT_EQ(data, bytes("lower"));
+}
+
+TEST_F(FolderDriveTest, creatingFailsForNamesInUseAndMissingParents) {
+  drive.createFolder("C:\\temp");
+  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\TEMP"); }), 75);
+  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\"); }), 75);
+  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\a\\b"); }), 76);
+  folder.write("drive_c/file", "");
+  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\file"); }), 75);
+  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\file\\x"); }), 76);
+}
+
+TEST_F(FolderDriveTest, openingFailsWhereNoFileCanBe) {
+  drive.createFolder("C:\\temp");
+  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\temp"); }), 75);
+  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\none\\x"); }), 76);
+  folder.write("drive_c/file", "");
+  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\file\\x"); }), 76);
+  EXPECT_EQ(numberOf([&] { drive.remove("C:\\temp"); }), 53);
+}
+
+TEST_F(FolderDriveTest, aFileWhereTheDriveShouldBeIsAFault) {
+  folder.write("plain", "");
+  FolderDrive broken(folder.path() / "plain");
+  EXPECT_NE(numberOf([&] { broken.createFolder("C:\\temp"); }), 0);
+  EXPECT_FALSE(broken.folderExists("C:\\temp"));
+}
+
+TEST_F(FolderDriveTest, onlyDriveCIsThere) {
+  for (const std::string path :
+       {"D:\\x", "x", "", "\\x", "/etc/passwd", "C", "CC:\\x", "\\\\host\\c"}) {
+    EXPECT_FALSE(drive.fileExists(path)) << path;
+    EXPECT_EQ(numberOf([&] { (void)drive.open(path); }), 76) << path;
+  }
+  EXPECT_EQ(numberOf([&] { (void)drive.open(std::string("C:\\a\0b", 6)); }), 76);
+}
+
+TEST_F(FolderDriveTest, noPathLeadsOut) {
+  folder.write("secret", "outside");
+  drive.createFolder("C:\\temp");
+  for (const char* path :
+       {"C:\\..\\secret", "C:\\temp\\..\\..\\secret", "C:/../../secret", "C:..\\secret"}) {
+    EXPECT_FALSE(drive.fileExists(path)) << path;
+  }
+  drive.open("C:\\..\\inside")->put(bytes("x"));
+  EXPECT_EQ(folder.read("drive_c/inside"), "x");
+  EXPECT_TRUE(drive.fileExists("C:\\temp\\..\\.\\inside"));
+}
+
+TEST_F(FolderDriveTest, linksOfTheUserAreFollowed) {
+  folder.write("elsewhere/file", "linked");
+  drive.createFolder("C:\\temp");
+  std::filesystem::create_symlink(folder.path() / "elsewhere", folder.path() / "drive_c/temp/link");
+  EXPECT_TRUE(drive.fileExists("C:\\temp\\LINK\\file"));
+}
+
+TEST_F(FolderDriveTest, writingKeepsWhatLiesBehindAndReadingFillsUpWithZeros) {
+  folder.write("drive_c/file", "0123456789");
+  drive.open("C:\\file")->put(bytes("abc"));
+  EXPECT_EQ(folder.read("drive_c/file"), "abc3456789");
+  const auto file = drive.open("C:\\file");
+  Bytes data(8, 0xFF);
+  EXPECT_EQ(file->get(data), 8U);
+  EXPECT_EQ(data, bytes("abc34567"));
+  data.assign(8, 0xFF);
+  EXPECT_EQ(file->get(data), 2U);
+  EXPECT_EQ(data, (Bytes{'8', '9', 0, 0, 0, 0, 0, 0}));
+  data.assign(2, 0xFF);
+  EXPECT_EQ(file->get(data), 0U);
+  EXPECT_EQ(data, (Bytes{0, 0}));
+}
+
+TEST_F(FolderDriveTest, whatIsPutGoesOnWhereTheLastPutEnded) {
+  const auto file = drive.open("C:\\file");
+  file->put(bytes("ab"));
+  file->put(bytes("cd"));
+  EXPECT_EQ(folder.read("drive_c/file"), "abcd");
+}
+
+/// A process of its own, because the limit that stands for a full disk holds for all of it.
+TEST_F(FolderDriveTest, aFullDiskIsFault61AndKeepsWhatWentIn) {
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{.rlim_cur = 4096, .rlim_max = 4096};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::_exit(numberOf([&] { drive.open("C:\\big")->put(Bytes(10000, 'x')); }));
+  }
+  int result = 0;
+  ::waitpid(child, &result, 0);
+  EXPECT_TRUE(WIFEXITED(result));
+  EXPECT_EQ(WEXITSTATUS(result), 61);
+  EXPECT_EQ(folder.read("drive_c/big"), std::string(4096, 'x'));
+}
+
+TEST_F(FolderDriveTest, aFileThatMayOnlyBeReadIsReadAndNotWritten) {
+  if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind this user";
+  const auto path = folder.write("drive_c/upload", "data");
+  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+  const auto file = drive.open("C:\\upload");
+  Bytes data(4);
+  EXPECT_EQ(file->get(data), 4U);
+  EXPECT_NE(numberOf([&] { file->put(data); }), 0);
+}
+
+TEST_F(FolderDriveTest, aFolderThatMayNotBeWrittenIsPermissionDenied) {
+  if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind this user";
+  drive.createFolder("C:\\temp");
+  std::filesystem::permissions(folder.path() / "drive_c/temp", std::filesystem::perms(0500));
+  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\temp\\x"); }), 70);
+  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\temp\\x"); }), 70);
+}
+
+}  // namespace
+}  // namespace lumodevice::posix

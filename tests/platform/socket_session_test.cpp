@@ -1,0 +1,339 @@
+#include "platform/posix/socket_session.hpp"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+#include "tests/platform/scripted_peer.hpp"
+
+namespace lumodevice::posix {
+namespace {
+
+using io::VI_ERROR_CONN_LOST;
+using io::VI_ERROR_TMO;
+using io::VI_SUCCESS;
+using io::VI_SUCCESS_MAX_CNT;
+using io::VI_SUCCESS_TERM_CHAR;
+
+void pause(int milliseconds) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+/// A session against a scripted peer; ends before the peer is waited for.
+class Exchange {
+ public:
+  explicit Exchange(std::function<void(PeerConnection&)> script, std::uint32_t timeout = 3000)
+      : peer_(std::move(script)) {
+    io::ViStatus status = VI_SUCCESS;
+    session_ =
+        SocketSession::connect({.board = 0, .host = "127.0.0.1", .port = peer_.port()}, 0, status);
+    EXPECT_EQ(status, VI_SUCCESS);
+    set(io::VI_ATTR_TMO_VALUE, timeout);
+  }
+
+  void set(io::ViAttr attribute, std::uint32_t value) {
+    EXPECT_EQ(session_->setAttribute(attribute, value), VI_SUCCESS);
+  }
+  void endAtCarriageReturn() {
+    set(io::VI_ATTR_TERMCHAR, 13);
+    set(io::VI_ATTR_TERMCHAR_EN, 0xFFFFFFFF);
+  }
+  void write(std::string_view text) {
+    std::uint32_t count = 0;
+    EXPECT_EQ(session_->write(text, count), VI_SUCCESS);
+    EXPECT_EQ(count, text.size());
+  }
+  std::string read(std::size_t most, io::ViStatus expected) {
+    std::string buffer(most, '.');
+    std::uint32_t count = 0;
+    EXPECT_EQ(session_->read(buffer, count), expected);
+    return buffer.substr(0, count);
+  }
+  SocketSession& session() { return *session_; }
+
+ private:
+  ScriptedPeer peer_;
+  std::unique_ptr<SocketSession> session_;
+};
+
+TEST(SocketSession, aQueryIsAnsweredUpToItsLineFeed) {
+  Exchange link([](PeerConnection& peer) { peer.send("you said " + peer.line()); });
+  link.write("*IDN?\n");
+  EXPECT_EQ(link.read(72, VI_SUCCESS), "you said *IDN?\n");
+}
+
+TEST(SocketSession, aPeerThatDoesNotListenIsNotFound) {
+  std::uint16_t port = 0;
+  {
+    port = ScriptedPeer([](PeerConnection&) {}).port();
+  }
+  io::ViStatus status = VI_SUCCESS;
+  EXPECT_EQ(SocketSession::connect({.board = 0, .host = "127.0.0.1", .port = port}, 0, status),
+            nullptr);
+  EXPECT_EQ(status, io::VI_ERROR_RSRC_NFOUND);
+}
+
+TEST(SocketSession, oneAnswerCanBeReadInParts) {
+  Exchange link([](PeerConnection& peer) { peer.send("12345\n"); });
+  EXPECT_EQ(link.read(2, VI_SUCCESS_MAX_CNT), "12");
+  EXPECT_EQ(link.read(2, VI_SUCCESS_MAX_CNT), "34");
+  EXPECT_EQ(link.read(2, VI_SUCCESS), "5\n") << "the end beats the count";
+}
+
+TEST(SocketSession, twoAnswersInOnePacketStayApart) {
+  Exchange link([](PeerConnection& peer) { peer.send("one\ntwo\n"); });
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "one\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "two\n");
+}
+
+TEST(SocketSession, anAnswerInPiecesIsOneAnswer) {
+  Exchange link([](PeerConnection& peer) {
+    for (const char* piece : {"1", ".", "5\n"}) {
+      peer.send(piece);
+      pause(20);
+    }
+  });
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "1.5\n");
+}
+
+TEST(SocketSession, aDrippingAnswerEndsAtTheTotalTimeOut) {
+  Exchange link(
+      [](PeerConnection& peer) {
+        for (int i = 0; i < 40; ++i) {
+          peer.send("x");
+          pause(20);
+        }
+      },
+      200);
+  const std::string dripped = link.read(38, VI_ERROR_TMO);
+  EXPECT_FALSE(dripped.empty());
+  EXPECT_LT(dripped.size(), 38U);
+}
+
+TEST(SocketSession, anAnswerCutShortIsHandedOverWithTheTimeOutAndCompletedByTheNextRead) {
+  Exchange link(
+      [](PeerConnection& peer) {
+        peer.send("1.");
+        (void)peer.bytes(1);
+        peer.awaitClose();
+      },
+      100);
+  EXPECT_EQ(link.read(80, VI_ERROR_TMO), "1.");
+  EXPECT_EQ(link.read(80, VI_ERROR_TMO), "");
+}
+
+TEST(SocketSession, withoutATimeOutOnlyWhatIsThereIsRead) {
+  Exchange link([](PeerConnection& peer) { peer.awaitClose(); }, 0);
+  EXPECT_EQ(link.read(80, VI_ERROR_TMO), "");
+}
+
+TEST(SocketSession, anInfiniteTimeOutWaitsForTheAnswer) {
+  Exchange link(
+      [](PeerConnection& peer) {
+        pause(30);
+        peer.send("a");
+        pause(30);
+        peer.send("b\n");
+      },
+      io::VI_TMO_INFINITE);
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "ab\n");
+}
+
+TEST(SocketSession, aPeerThatClosesIsLostAndWhatItSaidIsKept) {
+  Exchange link([](PeerConnection& peer) { peer.send("half"); });
+  EXPECT_EQ(link.read(80, VI_ERROR_CONN_LOST), "half");
+  EXPECT_EQ(link.read(80, VI_ERROR_CONN_LOST), "");
+}
+
+TEST(SocketSession, writingToAPeerThatIsGoneIsAStatusAndNoSignal) {
+  Exchange link([](PeerConnection&) {});
+  EXPECT_EQ(link.read(80, VI_ERROR_CONN_LOST), "");
+  std::uint32_t count = 0;
+  io::ViStatus status = VI_SUCCESS;
+  for (int i = 0; i < 100 && status == VI_SUCCESS; ++i) {
+    status = link.session().write("x\n", count);
+    pause(1);
+  }
+  EXPECT_EQ(status, VI_ERROR_CONN_LOST);
+}
+
+TEST(SocketSession, theTerminationCharacterEndsReadsWhileItIsEnabled) {
+  Exchange link([](PeerConnection& peer) { peer.send("a;b;c\n"); });
+  link.set(io::VI_ATTR_TERMCHAR, ';');
+  link.set(io::VI_ATTR_TERMCHAR_EN, 1);
+  EXPECT_EQ(link.read(80, VI_SUCCESS_TERM_CHAR), "a;");
+  EXPECT_EQ(link.read(2, VI_SUCCESS_TERM_CHAR), "b;") << "the character beats the count";
+  link.set(io::VI_ATTR_TERMCHAR_EN, 0);
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "c\n");
+}
+
+TEST(SocketSession, whereTheLineFeedIsTheTerminationCharacterTheEndBeatsIt) {
+  Exchange link([](PeerConnection& peer) { peer.send("a\n"); });
+  link.set(io::VI_ATTR_TERMCHAR_EN, 1);
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "a\n");
+}
+
+TEST(SocketSession, theLineFeedAfterACarriageReturnBelongsToTheTerminator) {
+  Exchange link([](PeerConnection& peer) {
+    peer.send("one\r\ntwo\r");
+    (void)peer.line();
+    peer.send("\nthree\r\n");
+    peer.awaitClose();
+  });
+  link.endAtCarriageReturn();
+  EXPECT_EQ(link.read(80, VI_SUCCESS_TERM_CHAR), "one\r");
+  EXPECT_EQ(link.read(80, VI_SUCCESS_TERM_CHAR), "two\r");
+  link.write("?\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS_TERM_CHAR), "three\r");
+}
+
+TEST(SocketSession, lineFeedsInsideABlockEndNothing) {
+  const std::string block = std::string("#216\n\n\r\0#1\n", 11) + std::string(9, '\n');
+  ASSERT_EQ(block.size(), 20U);
+  Exchange link([&](PeerConnection& peer) {
+    for (const char c : block) peer.send(std::string(1, c));
+    peer.send("\nnext\n");
+    peer.awaitClose();
+  });
+  EXPECT_EQ(link.read(7, VI_SUCCESS_MAX_CNT), block.substr(0, 7));
+  EXPECT_EQ(link.read(100, VI_SUCCESS), block.substr(7) + "\n");
+  EXPECT_EQ(link.read(100, VI_SUCCESS), "next\n");
+}
+
+TEST(SocketSession, aCarriageReturnInsideABlockDoesNotSwallowALineFeedOfTheData) {
+  Exchange link([](PeerConnection& peer) {
+    peer.send("#14a\r\nb\n");
+    peer.awaitClose();
+  });
+  link.endAtCarriageReturn();
+  EXPECT_EQ(link.read(80, VI_SUCCESS_TERM_CHAR), "#14a\r");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "\nb\n");
+}
+
+TEST(SocketSession, anUnreadRestIsDiscardedByTheNextWrite) {
+  Exchange link([](PeerConnection& peer) {
+    peer.send("an answer longer than asked\n");
+    (void)peer.line();
+    peer.send("second\n");
+    peer.awaitClose();
+  });
+  EXPECT_EQ(link.read(5, VI_SUCCESS_MAX_CNT), "an an");
+  link.write("2?\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "second\n");
+}
+
+TEST(SocketSession, aLateAnswerIsDiscardedByTheNextWrite) {
+  Exchange link(
+      [](PeerConnection& peer) {
+        (void)peer.line();
+        pause(150);
+        peer.send("late\n");
+        (void)peer.line();
+        peer.send("second\n");
+        peer.awaitClose();
+      },
+      50);
+  link.write("1?\n");
+  EXPECT_EQ(link.read(80, VI_ERROR_TMO), "");
+  pause(400);
+  link.set(io::VI_ATTR_TMO_VALUE, 3000);
+  link.write("2?\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "second\n");
+}
+
+TEST(SocketSession, answersThatHaveFallenOneBehindAreCaughtUpWith) {
+  Exchange link(
+      [](PeerConnection& peer) {
+        (void)peer.line();
+        (void)peer.line();
+        peer.send("first\n");
+        pause(20);
+        peer.send("second\n");
+        (void)peer.line();
+        peer.send("third\n");
+        peer.awaitClose();
+      },
+      50);
+  link.write("1?\n");
+  EXPECT_EQ(link.read(80, VI_ERROR_TMO), "");
+  link.set(io::VI_ATTR_TMO_VALUE, 3000);
+  link.write("2?\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "first\n")
+      << "it came after the write: nothing tells it apart";
+  pause(300);
+  link.write("3?\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "third\n");
+}
+
+TEST(SocketSession, hugeAnswersComeWhole) {
+  const std::string data(3 << 20, '\n');
+  const std::string answer = "#7" + std::to_string(data.size()) + data + "\n";
+  Exchange link([&](PeerConnection& peer) { peer.send(answer); });
+  EXPECT_EQ(link.read(answer.size() + 100, VI_SUCCESS), answer);
+}
+
+TEST(SocketSession, hugeWritesGoOutWhole) {
+  const std::string data(3 << 20, 'w');
+  std::string heard;
+  {
+    Exchange link([&](PeerConnection& peer) {
+      pause(50);
+      heard = peer.bytes(data.size());
+    });
+    link.write(data);
+  }
+  EXPECT_EQ(heard.size(), data.size());
+}
+
+TEST(SocketSession, aWriteThatThePeerDoesNotTakeTimesOutAndTellsWhatWentOut) {
+  Exchange link([](PeerConnection& peer) { (void)waitReady(peer.handle(), 0, Deadline(2000)); },
+                100);
+  const std::string data(64 << 20, 'w');
+  std::uint32_t count = 0;
+  EXPECT_EQ(link.session().write(data, count), VI_ERROR_TMO);
+  EXPECT_GT(count, 0U);
+  EXPECT_LT(count, data.size());
+}
+
+TEST(SocketSession, anEmptyReadReturnsAtOnce) {
+  Exchange link([](PeerConnection& peer) { peer.awaitClose(); });
+  EXPECT_EQ(link.read(0, VI_SUCCESS_MAX_CNT), "");
+}
+
+TEST(SocketSession, attributesKeepToTheirWidths) {
+  Exchange link([](PeerConnection& peer) {
+    peer.send("a\rb\rc\n");
+    peer.awaitClose();
+  });
+  link.set(io::VI_ATTR_TERMCHAR, 0xABCD0D);
+  link.set(io::VI_ATTR_TERMCHAR_EN, 0xFFFFFFFF);
+  EXPECT_EQ(link.read(80, VI_SUCCESS_TERM_CHAR), "a\r");
+  link.set(io::VI_ATTR_TERMCHAR_EN, 0x10000);
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "b\rc\n") << "16 bits of it are zero: false";
+  link.set(io::VI_ATTR_SEND_END_EN, 0);
+  EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_ASRL_END_IN, 2), io::VI_ERROR_NSUP_ATTR);
+  EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_ASRL_END_OUT, 0), io::VI_ERROR_NSUP_ATTR);
+  EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_INTF_INST_NAME, 0), io::VI_ERROR_ATTR_READONLY);
+}
+
+TEST(SocketAddress, takesWhatNamesARawSocketAndNothingElse) {
+  const auto full = parseSocketAddress("TCPIP2::zan.bench.lan::5025::SOCKET");
+  ASSERT_TRUE(full);
+  EXPECT_EQ(full->board, 2);
+  EXPECT_EQ(full->host, "zan.bench.lan");
+  EXPECT_EQ(full->port, 5025);
+  EXPECT_EQ(parseSocketAddress("tcpip::h::1::socket")->host, "h");
+  EXPECT_EQ(parseSocketAddress("TCPIP0::[::1]::65535::SOCKET")->host, "::1");
+  for (const char* other :
+       {"", "SOCKET", "TCPIP0::SOCKET", "TCPIP0::1::SOCKET", "TCPIP0::::1::SOCKET",
+        "TCPIP0::h::0::SOCKET", "TCPIP0::h::65536::SOCKET", "TCPIP0::h::-1::SOCKET",
+        "TCPIP0::h::1x::SOCKET", "TCPIP0::h::1::INSTR", "TCPIPx::h::1::SOCKET",
+        "TCPIP-1::h::1::SOCKET", "USB0::h::1::SOCKET", "TCPIP0::a::b::1::SOCKET",
+        "TCPIP0::?*::1::SOCKET", "TCPIP0::a b::1::SOCKET", "?*SOCKET"}) {
+    EXPECT_FALSE(parseSocketAddress(other)) << other;
+  }
+}
+
+}  // namespace
+}  // namespace lumodevice::posix
