@@ -209,7 +209,8 @@ std::vector<std::uint8_t> FormattedIO::ReadIEEEBlock(bool seekToBlock, bool flus
 /// error.
 void FormattedIO::flushMessage() {
   bool ended = ending_ == Ending::End;
-  for (std::size_t piece = 1; !ended && unread() != "\n"; piece = inputSize_) {
+  std::size_t piece = 1;
+  while (!ended && unread() != "\n") {
     skipped_ += unread().size();
     dropUnread();
     try {
@@ -220,6 +221,7 @@ void FormattedIO::flushMessage() {
       throw;
     }
     ended = ending_ != Ending::Open;
+    piece = std::clamp(piece * 2, inputSize_, std::max(kLargestReserve, inputSize_));
   }
   dropUnread();
 }

@@ -38,7 +38,7 @@ class FormattedIO : public FormattedIO488 {
   void append(std::string_view data);
   void fetch(std::size_t most);
   void dropUnread();
-  std::string_view unread() const { return std::string_view(input_).substr(taken_); }
+  [[nodiscard]] std::string_view unread() const { return std::string_view(input_).substr(taken_); }
   void fetchUntilUnread(std::size_t wanted);
   std::size_t blockLengthAt(std::size_t& header);
   void seekBlock();

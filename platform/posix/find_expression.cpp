@@ -32,7 +32,7 @@ class FindExpressionParser {
   }
   void link(int from, int next) { result_.states_[static_cast<std::size_t>(from)].next = next; }
 
-  bool at(char c) const { return position_ < text_.size() && text_[position_] == c; }
+  [[nodiscard]] bool at(char c) const { return position_ < text_.size() && text_[position_] == c; }
   bool accept(char c) {
     if (!at(c)) return false;
     ++position_;

@@ -64,20 +64,19 @@ class TermiosLine : public io::SerialLine {
     }
   }
 
-  /// Nothing to read is EAGAIN; an end of file is what a hung-up terminal reads as.
+  /// Nothing to read is EAGAIN; an end of file is what a hung-up terminal reads as. What came
+  /// before the end is handed over first, and the next call tells of it.
   void receive(std::string& queue) override {
     std::array<char, 4096> piece;
     for (int pieces = 0; pieces < kPiecesPerReceive; ++pieces) {
       const ssize_t size = ::read(device_.get(), piece.data(), piece.size());
       if (size > 0) {
         queue.append(piece.data(), static_cast<std::size_t>(size));
-      } else if (size < 0 && (errno == EAGAIN || errno == EINTR)) {
-        return;
-      } else if (pieces > 0) {
-        return;  // what came before the end is handed over first; the next call tells of it
-      } else {
-        throw io::SerialFault(io::kSerialReadError, "the serial device is gone");
+        continue;
       }
+      const bool waits = size < 0 && (errno == EAGAIN || errno == EINTR);
+      if (waits || pieces > 0) return;
+      throw io::SerialFault(io::kSerialReadError, "the serial device is gone");
     }
   }
 

@@ -119,7 +119,8 @@ io::ViStatus UsbtmcSession::read(std::span<char> buffer, std::uint32_t& count) {
     size = ::read(device_.get(), buffer.data(), buffer.size());
   } while (size < 0 && errno == EINTR);
   if (size < 0) return transferStatus(errno);
-  // The driver may bring an empty message; from anything else no byte at all is the end of the line.
+  // The driver may bring an empty message; from anything else no byte at all is the end of the
+  // line.
   if (size == 0 && !kernelTimesOut_) return io::VI_ERROR_CONN_LOST;
   count = static_cast<std::uint32_t>(size);
   const bool isShort = count < buffer.size();

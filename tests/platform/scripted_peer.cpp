@@ -68,8 +68,16 @@ ScriptedPeer::ScriptedPeer(std::function<void(PeerConnection&)> script)
   });
 }
 
+/// Where nobody connected, a connection of its own lets the script run to its end.
 ScriptedPeer::~ScriptedPeer() {
-  ::shutdown(listener_.get(), SHUT_RDWR);
+  {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    auto* plain = reinterpret_cast<sockaddr*>(&address);
+    ::getsockname(listener_.get(), plain, &size);
+    const FileDescriptor last(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    (void)::connect(last.get(), plain, size);
+  }
   thread_.join();
 }
 

@@ -20,7 +20,6 @@ class PeerConnection {
   [[nodiscard]] std::string bytes(std::size_t size);
   /// Returns when the other side has closed (or five seconds have passed).
   void awaitClose();
-  [[nodiscard]] int handle() const { return socket_.get(); }
 
  private:
   [[nodiscard]] bool receive();
