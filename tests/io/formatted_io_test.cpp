@@ -1,11 +1,11 @@
 #include "lumodevice/io/formatted_io.hpp"
 
-#include <functional>
 #include <gmock/gmock.h>
 #include <random>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "tests/io/scripted_visa.hpp"
+#include "tests/io/answering_visa.hpp"
+#include "tests/io/fault_number.hpp"
 
 namespace lumodevice::io {
 namespace {
@@ -19,15 +19,6 @@ constexpr auto kTimedOut = static_cast<int>(E_VISA_TMO);
 constexpr auto kNoBlock = static_cast<int>(E_VISA_NSUP_FMT);
 constexpr auto kTooLong = static_cast<int>(0x8004003CU);
 
-int numberOf(const std::function<void()>& act) {
-  try {
-    act();
-  } catch (const VisaComFault& fault) {
-    return fault.number();
-  }
-  return 0;
-}
-
 struct FormattedIOTest : testing::Test {
   FormattedIOTest() {
     formatted->setIO(com.createResourceManager()->Open("USB0::1::INSTR", 0, 2000, ""));
@@ -39,13 +30,13 @@ struct FormattedIOTest : testing::Test {
     return {data.begin(), data.end()};
   }
   int blockFault(bool seek = false, bool flush = true) {
-    return numberOf([&] { (void)readBlock(seek, flush); });
+    return faultNumber<VisaComFault>([&] { (void)readBlock(seek, flush); });
   }
   int stringFault() {
-    return numberOf([&] { (void)formatted->ReadString(); });
+    return faultNumber<VisaComFault>([&] { (void)formatted->ReadString(); });
   }
 
-  ScriptedVisa visa;
+  AnsweringVisa visa;
   VisaComOverVisa com{visa};
   std::shared_ptr<FormattedIO488> formatted = com.createFormattedIO488();
 };
@@ -94,12 +85,12 @@ TEST_F(FormattedIOTest, aLibraryThatTakesTheBytesInPiecesGetsTheRest) {
 
 TEST_F(FormattedIOTest, aLibraryThatTakesNothingIsAnErrorAndNoEndlessLoop) {
   visa.mostPerWrite = 0;
-  EXPECT_NE(numberOf([&] { formatted->WriteString("A", true); }), 0);
+  EXPECT_NE(faultNumber<VisaComFault>([&] { formatted->WriteString("A", true); }), 0);
 }
 
 TEST_F(FormattedIOTest, aFailedWriteIsNotGluedToTheNext) {
   visa.writeStatus = VI_ERROR_TMO;
-  EXPECT_EQ(numberOf([&] { formatted->WriteString("OLD", true); }), kTimedOut);
+  EXPECT_EQ(faultNumber<VisaComFault>([&] { formatted->WriteString("OLD", true); }), kTimedOut);
   visa.writeStatus = VI_SUCCESS;
   formatted->WriteString("NEW", true);
   EXPECT_EQ(visa.written, "NEW|");
@@ -125,10 +116,11 @@ TEST_F(FormattedIOTest, anEmptyBlockHasLengthZero) {
 
 TEST_F(FormattedIOTest, sizesAndBuffersThatDoNotExistAreRefused) {
   for (const int mask : {0, 1, 0x31, -1}) {
-    EXPECT_NE(numberOf([&] { formatted->SetBufferSize(mask, 6000); }), 0) << mask;
+    EXPECT_NE(faultNumber<VisaComFault>([&] { formatted->SetBufferSize(mask, 6000); }), 0) << mask;
   }
   for (const std::int32_t size : {0, -1, 0x7FFFFFFF}) {
-    EXPECT_NE(numberOf([&] { formatted->SetBufferSize(kInputBuffer, size); }), 0) << size;
+    EXPECT_NE(faultNumber<VisaComFault>([&] { formatted->SetBufferSize(kInputBuffer, size); }), 0)
+        << size;
   }
 }
 

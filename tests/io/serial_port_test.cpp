@@ -1,21 +1,13 @@
 #include "lumodevice/io/serial_port.hpp"
 
-#include <functional>
 #include <gmock/gmock.h>
+
+#include "tests/io/fault_number.hpp"
 
 namespace lumodevice::io {
 namespace {
 
 using testing::ElementsAre;
-
-int numberOf(const std::function<void()>& act) {
-  try {
-    act();
-  } catch (const SerialFault& fault) {
-    return fault.number();
-  }
-  return 0;
-}
 
 std::string textOf(const SerialSettings& settings) {
   return std::to_string(settings.baud) + settings.parity + std::to_string(settings.dataBits) +
@@ -72,7 +64,7 @@ TEST_F(SerialPortTest, startsAsTheFirstPortClosedWithTheUsualSettings) {
 
 TEST_F(SerialPortTest, portNumbersOutsideTheSixteenAreRefusedAtOnce) {
   for (const int number : {0, -1, 17, 100000}) {
-    EXPECT_EQ(numberOf([&] { port.setCommPort(number); }), kSerialInvalidPort);
+    EXPECT_EQ(faultNumber<SerialFault>([&] { port.setCommPort(number); }), kSerialInvalidPort);
   }
   port.setCommPort(16);
   EXPECT_EQ(port.CommPort(), 16);
@@ -80,7 +72,7 @@ TEST_F(SerialPortTest, portNumbersOutsideTheSixteenAreRefusedAtOnce) {
 
 TEST_F(SerialPortTest, thePortNumberIsFixedWhileThePortIsOpen) {
   port.setPortOpen(true);
-  EXPECT_EQ(numberOf([&] { port.setCommPort(2); }), kSerialInvalidWhileOpen);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.setCommPort(2); }), kSerialInvalidWhileOpen);
   port.setPortOpen(false);
   port.setCommPort(2);
   port.setPortOpen(true);
@@ -105,7 +97,8 @@ TEST_F(SerialPortTest, badSettingsAreRefusedWhenThePortIsOpenedAndNotBefore) {
                           "9600,n,9", "9600,n,8,3", "9600,n,8,1,1", "99999999999", "96 00"}) {
     port.setSettings(bad);
     EXPECT_EQ(port.Settings(), bad);
-    EXPECT_EQ(numberOf([&] { port.setPortOpen(true); }), kSerialInvalidValue) << bad;
+    EXPECT_EQ(faultNumber<SerialFault>([&] { port.setPortOpen(true); }), kSerialInvalidValue)
+        << bad;
     EXPECT_FALSE(port.PortOpen());
   }
   port.setSettings("4800");
@@ -117,15 +110,15 @@ TEST_F(SerialPortTest, settingsOfAnOpenPortTakeEffectOrThrowAtOnce) {
   port.setPortOpen(true);
   port.setSettings("115200");
   EXPECT_THAT(devices.log, ElementsAre("open 1 9600n81", "configure 115200n81"));
-  EXPECT_EQ(numberOf([&] { port.setSettings("9600,?"); }), kSerialInvalidValue);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.setSettings("9600,?"); }), kSerialInvalidValue);
   devices.refusedBaud = 123;
-  EXPECT_EQ(numberOf([&] { port.setSettings("123"); }), kSerialInvalidValue);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.setSettings("123"); }), kSerialInvalidValue);
   EXPECT_EQ(port.Settings(), "115200,n,8,1");
 }
 
 TEST_F(SerialPortTest, openingTwiceThrowsAndClosingTwiceDoesNot) {
   port.setPortOpen(true);
-  EXPECT_EQ(numberOf([&] { port.setPortOpen(true); }), kSerialAlreadyOpen);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.setPortOpen(true); }), kSerialAlreadyOpen);
   EXPECT_TRUE(port.PortOpen());
   port.setPortOpen(false);
   port.setPortOpen(false);
@@ -134,13 +127,13 @@ TEST_F(SerialPortTest, openingTwiceThrowsAndClosingTwiceDoesNot) {
 
 TEST_F(SerialPortTest, aPortThatCannotBeOpenedStaysClosed) {
   devices.openFault = kSerialUnavailable;
-  EXPECT_EQ(numberOf([&] { port.setPortOpen(true); }), kSerialUnavailable);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.setPortOpen(true); }), kSerialUnavailable);
   EXPECT_FALSE(port.PortOpen());
 }
 
 TEST_F(SerialPortTest, aClosedPortNeitherTakesNorGivesBytes) {
-  EXPECT_EQ(numberOf([&] { port.Output("x"); }), kSerialNotOpen);
-  EXPECT_EQ(numberOf([&] { (void)port.Input(); }), kSerialNotOpen);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.Output("x"); }), kSerialNotOpen);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { (void)port.Input(); }), kSerialNotOpen);
 }
 
 TEST_F(SerialPortTest, inputTakesAllThatWaitsInTheQueue) {
@@ -180,9 +173,9 @@ TEST_F(SerialPortTest, outputWritesBytesAsTheyAreAndNothingForAnEmptyText) {
 TEST_F(SerialPortTest, aDeviceThatVanishesThrowsButStaysOpenUntilItIsClosed) {
   port.setPortOpen(true);
   devices.gone = true;
-  EXPECT_EQ(numberOf([&] { (void)port.Input(); }), kSerialReadError);
-  EXPECT_EQ(numberOf([&] { (void)port.InBufferCount(); }), kSerialReadError);
-  EXPECT_EQ(numberOf([&] { port.Output("x"); }), kSerialUnavailable);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { (void)port.Input(); }), kSerialReadError);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { (void)port.InBufferCount(); }), kSerialReadError);
+  EXPECT_EQ(faultNumber<SerialFault>([&] { port.Output("x"); }), kSerialUnavailable);
   EXPECT_TRUE(port.PortOpen());
   EXPECT_NO_THROW(port.setPortOpen(false));
   EXPECT_FALSE(port.PortOpen());

@@ -1,7 +1,8 @@
 #include <gmock/gmock.h>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "tests/io/scripted_visa.hpp"
+#include "tests/io/answering_visa.hpp"
+#include "tests/io/fault_number.hpp"
 
 namespace lumodevice::io {
 namespace {
@@ -9,20 +10,11 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-int numberOf(const std::function<void()>& act) {
-  try {
-    act();
-  } catch (const VisaComFault& fault) {
-    return fault.number();
-  }
-  return 0;
-}
-
 struct VisaComSession : testing::Test {
   std::shared_ptr<MessageSession> open() {
     return com.createResourceManager()->Open("USB0::1::INSTR", 0, 2000, "");
   }
-  ScriptedVisa visa;
+  AnsweringVisa visa;
   VisaComOverVisa com{visa};
 };
 
@@ -39,12 +31,14 @@ TEST_F(VisaComSession, closesTheInstrumentAndThenItsResourceManagerWithItsLastHo
 
 TEST_F(VisaComSession, anInstrumentThatCannotBeOpenedClosesItsResourceManager) {
   visa.openStatus = VI_ERROR_RSRC_LOCKED;
-  EXPECT_EQ(numberOf([this] { open(); }), -2147221489);
+  EXPECT_EQ(faultNumber<VisaComFault>([this] { open(); }), -2147221489);
   EXPECT_EQ(visa.calls.back(), "close 7");
 }
 
 TEST_F(VisaComSession, refusesOptionStringsBeforeAnythingIsOpened) {
-  EXPECT_NE(numberOf([this] { com.createResourceManager()->Open("A", 0, 0, "Timeout = 5"); }), 0);
+  EXPECT_NE(faultNumber<VisaComFault>(
+                [this] { com.createResourceManager()->Open("A", 0, 0, "Timeout = 5"); }),
+            0);
   EXPECT_THAT(visa.calls, IsEmpty());
 }
 
@@ -65,15 +59,16 @@ TEST_F(VisaComSession, propertiesAreVisaAttributes) {
 TEST_F(VisaComSession, anEndModeThatTheResourceDoesNotHaveThrows) {
   const auto session = open();
   visa.attributeStatus = VI_ERROR_NSUP_ATTR;
-  EXPECT_EQ(numberOf([&] { session->setSerialEndIn(0); }), static_cast<int>(0x8004001DU));
+  EXPECT_EQ(faultNumber<VisaComFault>([&] { session->setSerialEndIn(0); }),
+            static_cast<int>(0x8004001DU));
 }
 
 TEST_F(VisaComSession, theFormattedObjectHasNoSessionAtFirstAndRefusesToWorkWithoutOne) {
   const auto formatted = com.createFormattedIO488();
   EXPECT_EQ(formatted->IO(), nullptr);
-  EXPECT_NE(numberOf([&] { formatted->WriteString("a", true); }), 0);
-  EXPECT_NE(numberOf([&] { (void)formatted->ReadString(); }), 0);
-  EXPECT_NE(numberOf([&] { (void)formatted->ReadIEEEBlock(false, true); }), 0);
+  EXPECT_NE(faultNumber<VisaComFault>([&] { formatted->WriteString("a", true); }), 0);
+  EXPECT_NE(faultNumber<VisaComFault>([&] { (void)formatted->ReadString(); }), 0);
+  EXPECT_NE(faultNumber<VisaComFault>([&] { (void)formatted->ReadIEEEBlock(false, true); }), 0);
   EXPECT_NO_THROW(formatted->FlushWrite(true));
 }
 
@@ -84,7 +79,8 @@ TEST_F(VisaComSession, theFormattedObjectRefusesASessionOfAnotherMake) {
     void setSerialEndIn(int) override {}
     void setSerialEndOut(int) override {}
   };
-  EXPECT_EQ(numberOf([this] { com.createFormattedIO488()->setIO(std::make_shared<Foreign>()); }),
+  EXPECT_EQ(faultNumber<VisaComFault>(
+                [this] { com.createFormattedIO488()->setIO(std::make_shared<Foreign>()); }),
             static_cast<int>(0x80004002U));
 }
 

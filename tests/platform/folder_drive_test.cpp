@@ -1,28 +1,19 @@
 #include "platform/posix/folder_drive.hpp"
 
 #include <csignal>
-#include <functional>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
+#include "tests/io/fault_number.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
 namespace lumodevice::posix {
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-int numberOf(const std::function<void()>& act) {
-  try {
-    act();
-  } catch (const io::DriveFault& fault) {
-    return fault.number();
-  }
-  return 0;
-}
 
 Bytes bytes(std::string_view text) {
   return {text.begin(), text.end()};
@@ -36,7 +27,7 @@ struct FolderDriveTest : testing::Test {
 TEST_F(FolderDriveTest, aDriveThatNothingWasPutOnIsEmptyAndCreatesNothing) {
   EXPECT_FALSE(drive.folderExists("C:\\temp"));
   EXPECT_FALSE(drive.fileExists("C:\\temp\\x"));
-  EXPECT_EQ(numberOf([&] { drive.remove("C:\\temp\\x"); }), 53);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.remove("C:\\temp\\x"); }), 53);
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "drive_c"));
 }
 
@@ -69,27 +60,27 @@ TEST_F(FolderDriveTest, theExactNameIsPreferredToOneOfOtherCase) {
 
 TEST_F(FolderDriveTest, creatingFailsForNamesInUseAndMissingParents) {
   drive.createFolder("C:\\temp");
-  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\TEMP"); }), 75);
-  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\"); }), 75);
-  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\a\\b"); }), 76);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\TEMP"); }), 75);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\"); }), 75);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\a\\b"); }), 76);
   folder.write("drive_c/file", "");
-  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\file"); }), 75);
-  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\file\\x"); }), 76);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\file"); }), 75);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\file\\x"); }), 76);
 }
 
 TEST_F(FolderDriveTest, openingFailsWhereNoFileCanBe) {
   drive.createFolder("C:\\temp");
-  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\temp"); }), 75);
-  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\none\\x"); }), 76);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open("C:\\temp"); }), 75);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open("C:\\none\\x"); }), 76);
   folder.write("drive_c/file", "");
-  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\file\\x"); }), 76);
-  EXPECT_EQ(numberOf([&] { drive.remove("C:\\temp"); }), 53);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open("C:\\file\\x"); }), 76);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.remove("C:\\temp"); }), 53);
 }
 
 TEST_F(FolderDriveTest, aFileWhereTheDriveShouldBeIsAFault) {
   folder.write("plain", "");
   FolderDrive broken(folder.path() / "plain");
-  EXPECT_NE(numberOf([&] { broken.createFolder("C:\\temp"); }), 0);
+  EXPECT_NE(faultNumber<io::DriveFault>([&] { broken.createFolder("C:\\temp"); }), 0);
   EXPECT_FALSE(broken.folderExists("C:\\temp"));
 }
 
@@ -97,9 +88,9 @@ TEST_F(FolderDriveTest, onlyDriveCIsThere) {
   for (const std::string path :
        {"D:\\x", "x", "", "\\x", "/etc/passwd", "C", "CC:\\x", "\\\\host\\c"}) {
     EXPECT_FALSE(drive.fileExists(path)) << path;
-    EXPECT_EQ(numberOf([&] { (void)drive.open(path); }), 76) << path;
+    EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open(path); }), 76) << path;
   }
-  EXPECT_EQ(numberOf([&] { (void)drive.open(std::string("C:\\a\0b", 6)); }), 76);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open(std::string("C:\\a\0b", 6)); }), 76);
 }
 
 TEST_F(FolderDriveTest, noPathLeadsOut) {
@@ -152,7 +143,7 @@ TEST_F(FolderDriveTest, aFullDiskIsFault61AndKeepsWhatWentIn) {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{.rlim_cur = 4096, .rlim_max = 4096};
     ::setrlimit(RLIMIT_FSIZE, &limit);
-    ::_exit(numberOf([&] { drive.open("C:\\big")->put(Bytes(10000, 'x')); }));
+    ::_exit(faultNumber<io::DriveFault>([&] { drive.open("C:\\big")->put(Bytes(10000, 'x')); }));
   }
   int result = 0;
   ::waitpid(child, &result, 0);
@@ -168,15 +159,15 @@ TEST_F(FolderDriveTest, aFileThatMayOnlyBeReadIsReadAndNotWritten) {
   const auto file = drive.open("C:\\upload");
   Bytes data(4);
   EXPECT_EQ(file->get(data), 4U);
-  EXPECT_NE(numberOf([&] { file->put(data); }), 0);
+  EXPECT_NE(faultNumber<io::DriveFault>([&] { file->put(data); }), 0);
 }
 
 TEST_F(FolderDriveTest, aFolderThatMayNotBeWrittenIsPermissionDenied) {
   if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind this user";
   drive.createFolder("C:\\temp");
   std::filesystem::permissions(folder.path() / "drive_c/temp", std::filesystem::perms(0500));
-  EXPECT_EQ(numberOf([&] { (void)drive.open("C:\\temp\\x"); }), 70);
-  EXPECT_EQ(numberOf([&] { drive.createFolder("C:\\temp\\x"); }), 70);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open("C:\\temp\\x"); }), 70);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\temp\\x"); }), 70);
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include "platform/posix/serial_devices.hpp"
 
-#include <functional>
 #include <gmock/gmock.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include "tests/io/fault_number.hpp"
 #include "tests/platform/pseudo_terminal.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
@@ -14,16 +14,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-int numberOf(const std::function<void()>& act, std::string* what = nullptr) {
-  try {
-    act();
-  } catch (const io::SerialFault& fault) {
-    if (what != nullptr) *what = fault.what();
-    return fault.number();
-  }
-  return 0;
-}
 
 struct SerialDevicesTest : testing::Test {
   std::unique_ptr<io::SerialLine> open(const io::SerialSettings& settings = {}) {
@@ -50,15 +40,19 @@ struct SerialDevicesTest : testing::Test {
 };
 
 TEST_F(SerialDevicesTest, portsThatWereNotGivenDoNotExist) {
-  EXPECT_EQ(numberOf([&] { (void)devices.open(1, {}); }), io::kSerialInvalidPort);
-  EXPECT_EQ(numberOf([&] { (void)devices.open(17, {}); }), io::kSerialInvalidPort);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { (void)devices.open(1, {}); }),
+            io::kSerialInvalidPort);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { (void)devices.open(17, {}); }),
+            io::kSerialInvalidPort);
 }
 
 TEST_F(SerialDevicesTest, whatIsNoSerialDeviceCannotBeOpened) {
   std::string what;
-  EXPECT_EQ(numberOf([&] { (void)devices.open(4, {}); }, &what), io::kSerialUnavailable);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { (void)devices.open(4, {}); }, &what),
+            io::kSerialUnavailable);
   EXPECT_THAT(what, HasSubstr("/nowhere/tty"));
-  EXPECT_EQ(numberOf([&] { (void)devices.open(5, {}); }), io::kSerialUnavailable);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { (void)devices.open(5, {}); }),
+            io::kSerialUnavailable);
 }
 
 TEST_F(SerialDevicesTest, allByteValuesPassUnchangedBothWays) {
@@ -96,7 +90,7 @@ TEST_F(SerialDevicesTest, bytesFromBeforeTheOpeningAreDropped) {
 
 TEST_F(SerialDevicesTest, aPortInUseIsAlreadyOpenUntilItIsClosed) {
   auto first = open();
-  EXPECT_EQ(numberOf([&] { (void)open(); }), io::kSerialAlreadyOpen);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { (void)open(); }), io::kSerialAlreadyOpen);
   first.reset();
   EXPECT_NE(open(), nullptr);
 }
@@ -105,14 +99,15 @@ TEST_F(SerialDevicesTest, aPulledCableEndsReadsAndWrites) {
   const auto open_ = open();
   terminal.hangUp();
   std::string queue;
-  EXPECT_EQ(numberOf([&] { open_->receive(queue); }), io::kSerialReadError);
-  EXPECT_EQ(numberOf([&] { open_->write("x"); }), io::kSerialUnavailable);
-  EXPECT_EQ(numberOf([&] { open_->configure({}); }), io::kSerialUnavailable);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { open_->receive(queue); }), io::kSerialReadError);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { open_->write("x"); }), io::kSerialUnavailable);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { open_->configure({}); }), io::kSerialUnavailable);
 }
 
 TEST_F(SerialDevicesTest, aDeviceThatTakesNothingIsBusyAfterTheTotalTimeOut) {
   const auto open_ = open();
-  EXPECT_EQ(numberOf([&] { open_->write(std::string(1 << 20, 'w')); }), io::kSerialDeviceBusy);
+  EXPECT_EQ(faultNumber<io::SerialFault>([&] { open_->write(std::string(1 << 20, 'w')); }),
+            io::kSerialDeviceBusy);
 }
 
 TEST_F(SerialDevicesTest, settingsThatNoDeviceHasAreRefused) {
@@ -123,15 +118,16 @@ TEST_F(SerialDevicesTest, settingsThatNoDeviceHasAreRefused) {
            io::SerialSettings{.baud = 9600, .parity = 'n', .dataBits = 8, .stopBits = "1.5"},
            io::SerialSettings{.baud = 9600, .parity = 'x', .dataBits = 8, .stopBits = "1"},
        }) {
-    EXPECT_EQ(numberOf([&] { open_->configure(settings); }), io::kSerialInvalidValue);
+    EXPECT_EQ(faultNumber<io::SerialFault>([&] { open_->configure(settings); }),
+              io::kSerialInvalidValue);
   }
 }
 
 /// A pseudo-terminal knows no parity: the settings come back other than they were asked for.
 TEST_F(SerialDevicesTest, settingsThatThisDeviceQuietlyIgnoresAreRefused) {
-  EXPECT_EQ(
-      numberOf([&] { (void)open({.baud = 9600, .parity = 'e', .dataBits = 8, .stopBits = "1"}); }),
-      io::kSerialInvalidValue);
+  EXPECT_EQ(faultNumber<io::SerialFault>(
+                [&] { (void)open({.baud = 9600, .parity = 'e', .dataBits = 8, .stopBits = "1"}); }),
+            io::kSerialInvalidValue);
   EXPECT_NE(open(), nullptr) << "the failed opening left nothing locked";
 }
 

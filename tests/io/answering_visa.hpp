@@ -10,7 +10,7 @@ namespace lumodevice::io {
 
 /// A VISA library with one instrument. Answers are given as messages, each of pieces that a read
 /// gets one by one; a read takes no more than it asked for and leaves the rest of its piece.
-class ScriptedVisa : public Visa {
+class AnsweringVisa : public Visa {
  public:
   struct Piece {
     Piece(std::string data, ViStatus end) : bytes(std::move(data)), status(end) {}

@@ -1,44 +1,44 @@
-#include "tests/io/scripted_visa.hpp"
+#include "tests/io/answering_visa.hpp"
 
 #include <algorithm>
 #include <cstdio>
 
 namespace lumodevice::io {
 
-ViStatus ScriptedVisa::viOpenDefaultRM(ViSession& resourceManager) {
+ViStatus AnsweringVisa::viOpenDefaultRM(ViSession& resourceManager) {
   calls.emplace_back("openRM");
   resourceManager = 7;
   return VI_SUCCESS;
 }
 
-ViStatus ScriptedVisa::viFindRsrc(ViSession, const std::string&, ViFindList&, std::uint32_t&,
-                                  std::string&) {
+ViStatus AnsweringVisa::viFindRsrc(ViSession, const std::string&, ViFindList&, std::uint32_t&,
+                                   std::string&) {
   return VI_ERROR_RSRC_NFOUND;
 }
 
-ViStatus ScriptedVisa::viFindNext(ViFindList, std::string&) {
+ViStatus AnsweringVisa::viFindNext(ViFindList, std::string&) {
   return VI_ERROR_RSRC_NFOUND;
 }
 
-ViStatus ScriptedVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
-                              std::uint32_t accessMode, std::uint32_t openTimeout,
-                              ViSession& instrument) {
+ViStatus AnsweringVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
+                               std::uint32_t accessMode, std::uint32_t openTimeout,
+                               ViSession& instrument) {
   calls.push_back("open " + std::to_string(resourceManager) + " " + descriptor + " " +
                   std::to_string(accessMode) + " " + std::to_string(openTimeout));
   instrument = openStatus < 0 ? 0 : 9;
   return openStatus;
 }
 
-ViStatus ScriptedVisa::viClose(ViObject object) {
+ViStatus AnsweringVisa::viClose(ViObject object) {
   calls.push_back("close " + std::to_string(object));
   return VI_SUCCESS;
 }
 
-ViStatus ScriptedVisa::viGetAttribute(ViObject, ViAttr, std::string&) {
+ViStatus AnsweringVisa::viGetAttribute(ViObject, ViAttr, std::string&) {
   return VI_ERROR_NSUP_ATTR;
 }
 
-ViStatus ScriptedVisa::viSetAttribute(ViObject, ViAttr attribute, std::uint32_t value) {
+ViStatus AnsweringVisa::viSetAttribute(ViObject, ViAttr attribute, std::uint32_t value) {
   char text[48];
   (void)std::snprintf(text, sizeof text, "set %08X %u", attribute, value);
   calls.emplace_back(text);
@@ -46,7 +46,7 @@ ViStatus ScriptedVisa::viSetAttribute(ViObject, ViAttr attribute, std::uint32_t 
   return attributeStatus;
 }
 
-ViStatus ScriptedVisa::viRead(ViSession, std::span<char> buffer, std::uint32_t& count) {
+ViStatus AnsweringVisa::viRead(ViSession, std::span<char> buffer, std::uint32_t& count) {
   asked.push_back(buffer.size());
   count = 0;
   if (answers.empty()) return VI_ERROR_TMO;
@@ -61,7 +61,7 @@ ViStatus ScriptedVisa::viRead(ViSession, std::span<char> buffer, std::uint32_t& 
   return status;
 }
 
-ViStatus ScriptedVisa::viWrite(ViSession, std::string_view data, std::uint32_t& count) {
+ViStatus AnsweringVisa::viWrite(ViSession, std::string_view data, std::uint32_t& count) {
   if (writeStatus < 0) {
     count = 0;
     return writeStatus;
