@@ -1,0 +1,136 @@
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/real_clock.hpp"
+#include "simulator/server.hpp"
+
+namespace {
+
+constexpr int kWrongUse = 2;
+
+volatile std::sig_atomic_t stopAsked = 0;
+
+void askToStop(int /*signal*/) {
+  stopAsked = 1;
+}
+
+struct Options {
+  std::string link;
+  int port = -1;
+  std::vector<std::string> faults;
+  std::int32_t baud = 0;
+  std::string slots;
+  bool verbose = false;
+};
+
+void declare(CLI::App& app, Options& options) {
+  app.set_version_flag("--version", "zansim " ZANSIM_VERSION);
+  app.add_option("--pty", options.link, "Answer on a pseudo-terminal that LINK leads to")
+      ->type_name("LINK");
+  app.add_option("--tcp", options.port, "Answer on 127.0.0.1:PORT; 0 is any free port")
+      ->type_name("PORT")
+      ->check(CLI::Range(0, 65535));
+  app.add_option("--fault", options.faults,
+                 "A fault of the links, for example \"late=500 every=3\"; may be repeated")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
+  app.add_option("--baud", options.baud, "The only speed that the pseudo-terminal understands")
+      ->type_name("N");
+  app.add_option("--slots", options.slots, "The modules, for example 2021L,2021R,0,2040,2040")
+      ->type_name("LIST");
+  app.add_flag("--verbose", options.verbose, "Show each message and its answer on standard error");
+  app.footer(
+      "Faults: silent, late=MS, pieces=N, garble, identity=TEXT, long=N, unterminated, vanish=N;\n"
+      "each followed by every=K, after=N and, for pieces, gap=MS as wanted.");
+}
+
+/// Control characters and bytes above 0x7E as \xHH.
+std::string printable(std::string_view text) {
+  std::string shown;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 && byte <= 0x7E && c != '\\') {
+      shown += c;
+    } else {
+      char code[5];
+      std::snprintf(code, sizeof code, "\\x%02X", byte);
+      shown += code;
+    }
+  }
+  return shown;
+}
+
+void show(std::string_view message, std::string_view answer) {
+  std::fprintf(stderr, "%s%s%s\n", printable(message).c_str(), answer.empty() ? "" : " -> ",
+               printable(answer).c_str());
+}
+
+int serve(const Options& options) {
+  zansim::Configuration configuration;
+  if (!options.slots.empty()) {
+    configuration.setSlots(options.slots);
+  }
+  zansim::Instrument instrument{zansim::Mainframe(configuration), {}, {}};
+  for (const std::string& fault : options.faults) {
+    instrument.faults.add(fault);
+  }
+  if (options.verbose) {
+    instrument.onMessage = show;
+  }
+  zansim::RealClock clock;
+  zansim::Server server(instrument, clock);
+  if (options.port >= 0) {
+    const unsigned port = server.listenTcp(static_cast<std::uint16_t>(options.port));
+    std::printf("listening on 127.0.0.1:%u\n", port);
+  }
+  if (!options.link.empty()) {
+    const std::string device = server.openTerminal(options.link, options.baud);
+    std::printf("listening on %s -> %s\n", options.link.c_str(), device.c_str());
+  }
+  std::fflush(stdout);
+  while (stopAsked == 0) {
+    server.step(std::chrono::milliseconds(250));
+  }
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("A simulated ZAN DC electronic load on a pseudo-terminal or a loopback socket.",
+               "zansim");
+  Options options;
+  declare(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+      return app.exit(error);
+    }
+    std::fprintf(stderr, "zansim: %s (zansim --help tells what there is)\n", error.what());
+    return kWrongUse;
+  }
+  if (options.link.empty() && options.port < 0) {
+    std::fputs("zansim: nowhere to listen; give --pty LINK, --tcp PORT or both\n", stderr);
+    return kWrongUse;
+  }
+  std::signal(SIGINT, askToStop);
+  std::signal(SIGTERM, askToStop);
+  try {
+    return serve(options);
+  } catch (const std::invalid_argument& wrong) {
+    std::fprintf(stderr, "zansim: %s\n", wrong.what());
+    return kWrongUse;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "zansim: %s\n", error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/command.hpp"
+#include "simulator/configuration.hpp"
+#include "simulator/status.hpp"
+
+namespace zansim {
+
+/// The instrument itself: what all of its links share.
+class Mainframe {
+ public:
+  /// Throws std::invalid_argument for slots that cannot be (see Configuration).
+  explicit Mainframe(Configuration configuration = {});
+
+  [[nodiscard]] const Configuration& configuration() const { return configuration_; }
+  [[nodiscard]] Status& status() { return status_; }
+
+  /// Channels are numbered from 1 over the occupied slots.
+  [[nodiscard]] std::size_t channelCount() const { return modules_.size(); }
+  [[nodiscard]] const Module& module(std::size_t channel) const { return *modules_[channel - 1]; }
+  [[nodiscard]] std::size_t selectedChannel() const { return selected_; }
+  void selectChannel(std::size_t channel) { selected_ = channel; }
+
+  /// As after power-on, but for the error queue and the event register.
+  void reset();
+
+ private:
+  Configuration configuration_;
+  std::vector<const Module*> modules_;
+  std::size_t selected_ = 1;
+  Status status_;
+};
+
+}  // namespace zansim

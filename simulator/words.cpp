@@ -1,0 +1,104 @@
+#include <algorithm>
+#include <charconv>
+
+#include "simulator/command.hpp"
+
+namespace zansim {
+namespace {
+
+bool isLower(char c) {
+  return c >= 'a' && c <= 'z';
+}
+char upper(char c) {
+  return isLower(c) ? static_cast<char>(c - 'a' + 'A') : c;
+}
+bool isLetter(char c) {
+  return upper(c) >= 'A' && upper(c) <= 'Z';
+}
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool isSame(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return upper(a) == upper(b); });
+}
+
+/// What is wrong with a text that should have been a number and goes on at `rest`.
+Error numberError(std::string_view text, std::string_view rest) {
+  if (text.front() == '"' || text.front() == '\'' || text.front() == '#') {
+    return Error::DataType;
+  }
+  if (isLetter(text.front())) {
+    return Error::IllegalParameter;
+  }
+  return isLetter(rest.empty() ? '\0' : rest.front()) ? Error::InvalidSuffix : Error::InvalidNumber;
+}
+
+std::optional<double> limitNamed(std::string_view word, Range range) {
+  if (isWord(word, "MINimum")) {
+    return range.least;
+  }
+  if (isWord(word, "MAXimum")) {
+    return range.most;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+bool isWord(std::string_view word, std::string_view pattern) {
+  const auto shortEnd = std::find_if(pattern.begin(), pattern.end(), isLower);
+  const auto shortLength = static_cast<std::size_t>(shortEnd - pattern.begin());
+  return isSame(word, pattern) || isSame(word, pattern.substr(0, shortLength));
+}
+
+void Call::fail(Error why) {
+  if (error == Error::None) {
+    error = why;
+  }
+}
+
+std::optional<double> Call::number(std::size_t index, Range range) {
+  const std::string_view text = arguments.items[index];
+  if (const std::optional<double> named = limitNamed(text, range)) {
+    return named;
+  }
+  const std::string_view digits = text.starts_with('+') ? text.substr(1) : text;
+  const bool startsNumber =
+      !digits.empty() && (isDigit(digits.front()) || digits.front() == '.' ||
+                          (digits.front() == '-' && digits.size() == text.size()));
+  double value = 0;
+  const char* const last = digits.data() + digits.size();
+  const auto [stop, code] = std::from_chars(digits.data(), last, value);
+  if (!startsNumber || code == std::errc::invalid_argument || stop != last) {
+    fail(numberError(text, std::string_view(stop, static_cast<std::size_t>(last - stop))));
+    return std::nullopt;
+  }
+  if (code == std::errc::result_out_of_range || !(value >= range.least && value <= range.most)) {
+    fail(Error::OutOfRange);
+    return std::nullopt;
+  }
+  return value;
+}
+
+std::optional<double> Call::limit(std::size_t index, Range range) {
+  const std::optional<double> named = limitNamed(arguments.items[index], range);
+  if (!named) {
+    fail(Error::IllegalParameter);
+  }
+  return named;
+}
+
+void Call::reply(double value) {
+  std::array<char, 32> text{};
+  const auto result =
+      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6);
+  answer.append(text.data(), result.ptr);
+}
+
+void Call::reply(std::string_view text) {
+  answer.append(text);
+}
+
+}  // namespace zansim

@@ -1,0 +1,183 @@
+#include <arpa/inet.h>
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <string>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include "simulator/descriptor.hpp"
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+using zansim::Descriptor;
+
+namespace {
+
+constexpr int kPatience = 10'000;
+
+std::string readLine(int descriptor) {
+  std::string line;
+  pollfd poll{descriptor, POLLIN, 0};
+  char byte = 0;
+  while (::poll(&poll, 1, kPatience) > 0 && ::read(descriptor, &byte, 1) == 1 && byte != '\n') {
+    line += byte;
+  }
+  return line;
+}
+
+/// The simulator as a process of its own.
+class Program {
+ public:
+  explicit Program(const std::vector<std::string>& arguments) {
+    std::array<int, 2> output{};
+    std::array<int, 2> errors{};
+    EXPECT_EQ(::pipe(output.data()), 0);
+    EXPECT_EQ(::pipe(errors.data()), 0);
+    process_ = ::fork();
+    if (process_ == 0) {
+      run(arguments, output[1], errors[1]);
+    }
+    ::close(output[1]);
+    ::close(errors[1]);
+    output_ = Descriptor(output[0]);
+    errors_ = Descriptor(errors[0]);
+  }
+  ~Program() {
+    if (process_ > 0) {
+      ::kill(process_, SIGKILL);
+      ::waitpid(process_, nullptr, 0);
+    }
+  }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  std::string line() { return readLine(output_.get()); }
+  std::string errorLine() { return readLine(errors_.get()); }
+
+  /// The exit status, after `signal` when it is not 0; -1 when a signal killed the program.
+  int end(int signal = 0) {
+    if (signal != 0) {
+      ::kill(process_, signal);
+    }
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    process_ = 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  [[noreturn]] static void run(const std::vector<std::string>& arguments, int output, int errors) {
+    ::dup2(output, STDOUT_FILENO);
+    ::dup2(errors, STDERR_FILENO);
+    std::vector<char*> argv{const_cast<char*>(ZANSIM_PROGRAM)};
+    for (const std::string& argument : arguments) {
+      argv.push_back(const_cast<char*>(argument.c_str()));
+    }
+    argv.push_back(nullptr);
+    ::execv(ZANSIM_PROGRAM, argv.data());
+    ::_exit(127);
+  }
+
+  pid_t process_ = 0;
+  Descriptor output_;
+  Descriptor errors_;
+};
+
+class Zansim : public testing::Test {
+ protected:
+  Zansim() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "zansimXXXXXX").string();
+    folder_ = ::mkdtemp(pattern.data());
+  }
+  ~Zansim() override { std::filesystem::remove_all(folder_); }
+  [[nodiscard]] std::string link() const { return folder_ + "/zan"; }
+
+  std::string folder_;
+};
+
+std::string ask(int descriptor, const std::string& query) {
+  EXPECT_EQ(::write(descriptor, query.data(), query.size()), static_cast<ssize_t>(query.size()));
+  return readLine(descriptor);
+}
+
+Descriptor connectTo(const std::string& place) {
+  Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port =
+      htons(static_cast<std::uint16_t>(std::stoi(place.substr(place.rfind(':') + 1))));
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  EXPECT_EQ(::connect(socket.get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  return socket;
+}
+
+}  // namespace
+
+TEST_F(Zansim, listensOnBothPlacesSaysWhereAndEndsCleanly) {
+  for (const int signal : {SIGTERM, SIGINT}) {
+    Program program({"--pty", link(), "--tcp", "0"});
+    const std::string place = program.line();
+    EXPECT_THAT(place, MatchesRegex("listening on 127\\.0\\.0\\.1:[0-9]+"));
+    EXPECT_THAT(program.line(), StartsWith("listening on " + link() + " -> /dev/pts/"));
+    const Descriptor socket = connectTo(place);
+    EXPECT_EQ(ask(socket.get(), ":CHAN 5;:CHAN?\n"), "5");
+    const Descriptor terminal(::open(link().c_str(), O_RDWR | O_NOCTTY));
+    EXPECT_EQ(ask(terminal.get(), ":CHAN?\r"), "5");
+    EXPECT_EQ(program.end(signal), 0);
+    EXPECT_FALSE(std::filesystem::is_symlink(link()));
+  }
+}
+
+TEST_F(Zansim, faultsSlotsAndTheShownExchange) {
+  Program program({"--tcp", "0", "--fault", "identity=Somebody", "--fault", "long=12 after=1",
+                   "--slots", "2030,0", "--verbose"});
+  const Descriptor socket = connectTo(program.line());
+  EXPECT_EQ(ask(socket.get(), "*IDN?\n"), "Somebody");
+  EXPECT_EQ(ask(socket.get(), "*RDT?\n"), "2030,0XXXXX");
+  EXPECT_THAT(program.errorLine(), StartsWith("*IDN? -> Ostbrook Instruments,ZAN63200"));
+  EXPECT_EQ(program.errorLine(), "*RDT? -> 2030,0");
+  EXPECT_EQ(ask(socket.get(), "\x01\xFF\\;\n:CHAN?\n"), "1XXXXXXXXXX");
+  EXPECT_EQ(program.errorLine(), "\\xFF\\x5C;");
+}
+
+TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
+  struct Case {
+    std::vector<std::string> arguments;
+    std::string why;
+  };
+  for (const Case& c :
+       {Case{{}, "--pty LINK, --tcp PORT"}, Case{{"--tcp", "70000"}, "--tcp"},
+        Case{{"--tcp", "0", "--fault", "sulky"}, "faults are silent"},
+        Case{{"--tcp", "0", "--slots", "1,2"}, "modules are"},
+        Case{{"--pty", link(), "--baud", "7"}, "9600"}, Case{{"--nonsense"}, "--nonsense"}}) {
+    Program program(c.arguments);
+    EXPECT_THAT(program.errorLine(), HasSubstr(c.why));
+    EXPECT_EQ(program.end(), 2) << c.why;
+  }
+}
+
+TEST_F(Zansim, aPortInUseIsAFailure) {
+  Program first({"--tcp", "0"});
+  const std::string place = first.line();
+  Program second({"--tcp", place.substr(place.rfind(':') + 1)});
+  EXPECT_THAT(second.errorLine(), HasSubstr("cannot listen on 127.0.0.1"));
+  EXPECT_EQ(second.end(), 1);
+}
+
+TEST_F(Zansim, helpAndVersion) {
+  Program help({"--help"});
+  EXPECT_THAT(help.line(), HasSubstr("simulated ZAN"));
+  EXPECT_EQ(help.end(), 0);
+  Program version({"--version"});
+  EXPECT_THAT(version.line(), MatchesRegex("zansim [0-9]+\\.[0-9]+\\.[0-9]+"));
+  EXPECT_EQ(version.end(), 0);
+}
