@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 #include "lumodevice/toolkit/properties.hpp"
-#include "lumodevice/toolkit/timer.hpp"
 
 namespace lumodevice::support {
 
@@ -171,7 +170,7 @@ void Bench::requireConnected(std::string_view how) {
   if (!zan().isConnected()) {
     throw std::logic_error("the bench did not connect " + std::string(how));
   }
-  (void)journal();
+  journal();
 }
 
 }  // namespace lumodevice::support

@@ -11,6 +11,7 @@
 #include "lumodevice/toolkit/event_loop.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/surface.hpp"
+#include "lumodevice/toolkit/timer.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 #include "tests/support/instrument.hpp"
 #include "tests/support/memory_drive.hpp"
@@ -90,7 +91,8 @@ class Bench : private toolkit::View {
 
   /// From now on the journal shows what these controls' properties become: "Combo1.ListIndex 2".
   void watch(std::initializer_list<std::string_view> names);
-  [[nodiscard]] std::string journal() { return script.take(); }
+  /// The lines since the last time; a test that is done with them just leaves them.
+  std::string journal() { return script.take(); }
   [[nodiscard]] std::string journal(std::initializer_list<std::string_view> beginnings) {
     return script.take(beginnings);
   }

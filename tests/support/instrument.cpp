@@ -38,9 +38,12 @@ Reply Instrument::hear(std::string_view sent) {
 
 Instrument zanInstrument() {
   Instrument instrument;
-  instrument.on("*IDN?", "LUMO,ZAN-6400,A0001,1.20\n");
+  instrument.on("*IDN?", std::string(kIdentity) + '\n');
   instrument.on("*RDT?", "ZAN2040,0,ZAN6310,0\n");
   instrument.on(":CHAN?", "2\n");
+  instrument.otherwise = [](std::string_view sent) {
+    return sent.find('?') == std::string_view::npos ? silence() : answer("0\n");
+  };
   return instrument;
 }
 
@@ -48,6 +51,12 @@ void Inbox::put(const Reply& reply, toolkit::EventLoop::Duration now) {
   for (const Piece& piece : reply.pieces) {
     pieces_.push_back({now + piece.after, piece.bytes});
   }
+  further_.insert(further_.end(), reply.further.begin(), reply.further.end());
+}
+
+void Inbox::drop() {
+  pieces_.clear();
+  further_.clear();
 }
 
 toolkit::EventLoop::Duration Inbox::complete() const {
@@ -59,6 +68,10 @@ toolkit::EventLoop::Duration Inbox::complete() const {
 }
 
 std::string Inbox::take(toolkit::EventLoop::Duration now, std::size_t most) {
+  if (pieces_.empty() && !further_.empty()) {
+    pieces_.push_back({now, further_.front()});
+    further_.erase(further_.begin());
+  }
   std::string bytes;
   while (!pieces_.empty() && pieces_.front().at <= now && bytes.size() < most) {
     std::string& piece = pieces_.front().bytes;

@@ -22,6 +22,8 @@ struct Piece {
 /// What a command brings.
 struct Reply {
   std::vector<Piece> pieces;
+  /// Messages that follow, one for each further read.
+  std::vector<std::string> further = {};
   /// What viRead returns along with the bytes, where it is to be something out of the ordinary.
   std::optional<io::ViStatus> readStatus = {};
 };
@@ -47,19 +49,21 @@ class Instrument {
   std::map<std::string, std::vector<Reply>, std::less<>> replies_;
 };
 
-/// Identity "LUMO,ZAN-6400,A0001,1.20", two modules in four slots, channel 2 chosen; every answer
-/// ends in a line feed.
+inline constexpr const char* kIdentity = "LUMO,ZAN-6400,A0001,1.20";
+
+/// Identity kIdentity, two modules in four slots, channel 2 chosen, "0" to every other query; every
+/// answer ends in a line feed.
 [[nodiscard]] Instrument zanInstrument();
 
 /// The bytes on their way from an instrument, by the clock of the loop.
 class Inbox {
  public:
   void put(const Reply& reply, toolkit::EventLoop::Duration now);
-  void drop() { pieces_.clear(); }
-  [[nodiscard]] bool empty() const { return pieces_.empty(); }
-  /// When the last of them is there.
+  void drop();
+  [[nodiscard]] bool empty() const { return pieces_.empty() && further_.empty(); }
+  /// When the last of the present message is there.
   [[nodiscard]] toolkit::EventLoop::Duration complete() const;
-  /// Takes at most `most` bytes of those that are there.
+  /// Takes at most `most` bytes of those of the present message that are there.
   std::string take(toolkit::EventLoop::Duration now, std::size_t most = std::string::npos);
 
  private:
@@ -68,6 +72,7 @@ class Inbox {
     std::string bytes;
   };
   std::vector<Arrival> pieces_;
+  std::vector<std::string> further_;
 };
 
 }  // namespace lumodevice::support

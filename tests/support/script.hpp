@@ -36,7 +36,7 @@ class Script {
   void heal(std::string_view beginning);
 
   /// The lines since the last time.
-  [[nodiscard]] std::string take();
+  std::string take();
 
   /// Of the lines since the last time those that begin with one of the texts.
   [[nodiscard]] std::string take(std::initializer_list<std::string_view> beginnings);

@@ -1,0 +1,122 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/bench.hpp"
+
+namespace lumodevice {
+namespace {
+
+using support::Bench;
+using support::Instrument;
+using support::lines;
+
+TEST(Destruction, throughTheVisaLibraryClosesSessionFindListAndResourceManager) {
+  Bench bench;
+  bench.connectVisa();
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), lines({"viClose 4", "viClose 2", "viClose 1"}));
+  EXPECT_EQ(bench.visa.openHandles(), "");
+}
+
+TEST(Destruction, ignoresFailedCloses) {
+  Bench bench;
+  bench.connectVisa();
+  bench.script.fail("viClose", io::VI_ERROR_SYSTEM_ERROR);
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), lines({"viClose 4", "viClose 2", "viClose 1"}));
+}
+
+TEST(Destruction, throughVisaComClosesNoLibraryHandleAndLetsTheSessionGo) {
+  Bench bench;
+  bench.connectVisaCom();
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), lines({"released GPIB0::7::INSTR"}));
+}
+
+TEST(Destruction, onTheSerialLinkClosesHandlesThatWereNeverOpenedAndThenThePort) {
+  Bench bench;
+  bench.connectSerial();
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), lines({"viClose 0", "viClose 0", "viClose 0", "COM3 close"}));
+}
+
+TEST(Destruction, onTheSerialLinkWithVisaComChosenClosesThePortAlone) {
+  Bench bench;
+  bench.click("optVisa2");
+  bench.connectSerial();
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), lines({"COM3 close"}));
+}
+
+TEST(Destruction, withoutALinkClosesNothing) {
+  Bench bench;
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), "");
+}
+
+TEST(Destruction, ofAComponentWhoseConnectFoundNothingClosesNothing) {
+  Bench bench;
+  bench.click("cmdAutoConnVISA");
+  bench.journal();
+  bench.destroy();
+  EXPECT_EQ(bench.journal(), "");
+}
+
+TEST(Destruction, leavesTheHostsLoopUsable) {
+  Bench bench;
+  bench.connectSerial();
+  bench.type("Text2", ":Q?");
+  bench.click("cmdSendCmd");
+  bench.destroy();
+  bench.journal();
+  bench.run(std::chrono::milliseconds(100));
+  EXPECT_EQ(bench.journal(), lines({"pass", "pass"}));
+}
+
+/// Two components on the loop of one host.
+class SideBySide : public testing::Test {
+ protected:
+  toolkit::VirtualLoop loop;
+  Bench left{{.loop = &loop}};
+  Bench right{{.loop = &loop}};
+};
+
+TEST_F(SideBySide, eachTalksToItsOwnInstrument) {
+  left.connectSerial();
+  right.connectSerial();
+  left.instrument.on(":Q?", "left\n");
+  right.instrument.on(":Q?", "right\n");
+  EXPECT_EQ(left.ask(":Q?"), "left");
+  EXPECT_EQ(right.ask(":Q?"), "right");
+  EXPECT_EQ(left.zan().ResultStr(), "left");
+}
+
+TEST_F(SideBySide, eachHasItsOwnKindOfLink) {
+  left.connectVisa();
+  right.connectSerial();
+  EXPECT_EQ(left.zan().ConnStyle(), LinkKind::Visa);
+  EXPECT_EQ(right.zan().ConnStyle(), LinkKind::Serial);
+  right.click("optVISA");
+  EXPECT_TRUE(left.zan().isConnected());
+  EXPECT_FALSE(right.zan().isConnected());
+}
+
+TEST_F(SideBySide, theAnswerToOneArrivesWhileTheOtherWaits) {
+  left.connectSerial();
+  right.connectSerial();
+  left.instrument.on(":SLOW?", support::answer("slow\n", std::chrono::milliseconds(100)));
+  left.type("Text2", ":SLOW?");
+  left.click("cmdSendCmd");
+  EXPECT_EQ(right.ask(":CHAN?"), "2");
+  right.zan().SendCmd(":LOAD 0");
+  EXPECT_EQ(left.zan().ResultStr(), "slow");
+}
+
+TEST_F(SideBySide, oneGoesOnWhenTheOtherIsGone) {
+  left.connectSerial();
+  right.connectVisa();
+  left.destroy();
+  EXPECT_EQ(right.ask(":CHAN?"), "2");
+}
+
+}  // namespace
+}  // namespace lumodevice

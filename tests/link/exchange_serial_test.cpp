@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include "tests/link/link_parts.hpp"
+
+namespace lumodevice {
+namespace {
+
+using support::answer;
+using support::Bench;
+using support::lines;
+
+std::string send(Bench& bench, std::string_view command) {
+  bench.type("Text2", command);
+  bench.click("cmdSendCmd");
+  return bench.text("txtReturn");
+}
+
+TEST(SerialExchange, aQueryWaitsFiftyMillisecondsAndItsAnswerComesFromTheReceivePoll) {
+  Bench bench;
+  bench.connectSerial();
+  bench.instrument.on(":MEAS?", "1.5\n");
+  EXPECT_EQ(bench.ask(":MEAS?"), "1.5");
+  EXPECT_EQ(bench.journal(), lines({"pass", "COM3 write :MEAS?\\n", "pass", "sleep 50", "pass",
+                                    "COM3 read 1.5\\n", "pass", "sleep 200"}));
+}
+
+TEST(SerialExchange, aCommandWithoutQuestionMarkIsNeitherWaitedForNorRead) {
+  Bench bench;
+  bench.connectSerial();
+  EXPECT_EQ(send(bench, " :CHAN 1 "), "");
+  EXPECT_EQ(bench.journal(), lines({"pass", "COM3 write :CHAN 1\\n"}));
+  EXPECT_EQ(bench.read("Timer2", "Enabled"), "False");
+}
+
+TEST(SerialExchange, theTwoLongQueriesLeaveWithACarriageReturn) {
+  Bench bench;
+  bench.connectSerial();
+  send(bench, "*RDT?");
+  send(bench, ":CHAN? LIST");
+  send(bench, ":CHAN?");
+  EXPECT_EQ(bench.journal({"COM3 write"}),
+            lines({"COM3 write *RDT?\\r", "COM3 write :CHAN? LIST\\r", "COM3 write :CHAN?\\n"}));
+}
+
+TEST(SerialExchange, aCommandIsLoggedWithDateAndTime) {
+  Bench bench;
+  bench.connectSerial();
+  bench.log.str("");
+  send(bench, ":CHAN 1");
+  send(bench, " :LOAD 1");
+  EXPECT_EQ(bench.log.str(), "20310307 115955 :CHAN 1 \n20310307 115955  :LOAD 1 \n");
+}
+
+TEST(SerialExchange, aQueryIsNotLogged) {
+  Bench bench;
+  bench.connectSerial();
+  bench.log.str("");
+  send(bench, ":CHAN?");
+  EXPECT_EQ(bench.log.str(), "");
+}
+
+TEST(SerialExchange, withoutALogStreamACommandGoesOutAllTheSame) {
+  Bench bench({.logging = false});
+  bench.connectSerial();
+  send(bench, ":CHAN 1");
+  EXPECT_EQ(bench.journal({"COM3 write"}), lines({"COM3 write :CHAN 1\\n"}));
+  EXPECT_EQ(bench.log.str(), "");
+}
+
+TEST(SerialExchange, aDeviceThatIsGoneTakesNothingAndThrowsNothing) {
+  Bench bench;
+  bench.connectSerial();
+  bench.script.fail("COM3 write", io::kSerialUnavailable);
+  bench.script.fail("COM3 read", io::kSerialReadError);
+  EXPECT_EQ(bench.ask(":MEAS?"), "");
+  EXPECT_EQ(bench.journal({"sleep", "box"}),
+            lines({"sleep 50", "sleep 200", "sleep 400", "sleep 800",
+                   "box Error:Device has not sent back some data yet!"}));
+  EXPECT_TRUE(bench.zan().isConnected());
+}
+
+TEST(SerialExchange, aDeviceThatComesBackGoesOnAnswering) {
+  Bench bench;
+  bench.connectSerial();
+  bench.instrument.on(":MEAS?", "1.5\n");
+  bench.script.fail("COM3 read", io::kSerialReadError);
+  EXPECT_EQ(bench.ask(":MEAS?"), "");
+  bench.script.heal("COM3 read");
+  bench.run(std::chrono::milliseconds(100));
+  EXPECT_EQ(bench.zan().ResultStr(), "1.5");
+  EXPECT_EQ(bench.ask(":MEAS?"), "1.5");
+}
+
+TEST(SerialExchange, writingALineEndsTheWaitForAnAnswer) {
+  link::LinkParts parts;
+  parts.bench.serial.ports[1];
+  parts.link.MSComm1.setPortOpen(true);
+  parts.link.answerPending = true;
+  parts.exchange.SerialWriteLine("abc");
+  EXPECT_FALSE(parts.link.answerPending);
+  EXPECT_EQ(parts.bench.journal({"COM1 write"}), lines({"COM1 write abc\\n"}));
+}
+
+TEST(SerialExchange, readingGivesAllThatWaitsOrNothing) {
+  link::LinkParts parts;
+  parts.bench.serial.ports[1];
+  parts.link.MSComm1.setPortOpen(true);
+  EXPECT_EQ(parts.exchange.SerialReadInput(), "");
+  parts.bench.serial.say(1, answer("12"));
+  EXPECT_EQ(parts.exchange.SerialReadInput(), "12");
+  EXPECT_EQ(parts.exchange.SerialReadInput(), "");
+}
+
+TEST(SerialExchange, overTheLinkNamedGpibNothingIsWrittenAndAQueryEndsInTheBox) {
+  link::LinkParts parts;
+  parts.link.linkName = link::kGpib;
+  parts.form.cmdSendCmd.setEnabled(true);
+  parts.exchange.runCommand(":MEAS?");
+  EXPECT_EQ(parts.bench.journal(),
+            lines({"pass", "pass", "sleep 200", "pass", "sleep 400", "pass", "sleep 800",
+                   "box Error:Device has not sent back some data yet!"}));
+}
+
+TEST(SerialExchange, overALinkOfNoNameNothingIsWritten) {
+  link::LinkParts parts;
+  parts.exchange.Send();
+  EXPECT_EQ(parts.bench.journal(), lines({"pass"}));
+}
+
+}  // namespace
+}  // namespace lumodevice
