@@ -1,0 +1,41 @@
+#include "hosts/zanctl/control_table.hpp"
+
+#include "hosts/zanctl/escape.hpp"
+#include "hosts/zanctl/table.hpp"
+#include "lumodevice/toolkit/properties.hpp"
+
+namespace zanctl {
+
+namespace {
+
+namespace toolkit = lumodevice::toolkit;
+
+Row rowOf(const toolkit::Control& control) {
+  const auto shown = toolkit::shownText(control);
+  return {control.fullName(),
+          std::string(toolkit::kindName(control.kind())),
+          escapedCaption(shown.value_or("")),
+          control.enabled() ? "True" : "False",
+          control.visible() ? "True" : "False",
+          escaped(control.tag())};
+}
+
+}  // namespace
+
+ExitStatus runControls(Station& station, const Options& options) {
+  std::vector<Row> rows = {{"Name", "Kind", "Caption or text", "Enabled", "Visible", "Tag"}};
+  for (const auto& control : station.component().surface().controls()) {
+    const bool wanted = options.arguments.empty() || options.arguments[0] == control->name() ||
+                        options.arguments[0] == control->fullName();
+    if (wanted) {
+      rows.push_back(rowOf(*control));
+    }
+  }
+  if (rows.size() == 1) {
+    throw WrongCommandLine("unknown control " + escaped(options.arguments[0]));
+  }
+  station.output().write(alignedTable(rows));
+  return kDone;
+}
+
+}  // namespace zanctl

@@ -1,0 +1,38 @@
+#include "hosts/zanctl/help.hpp"
+
+#include "hosts/zanctl/members.hpp"
+#include "hosts/zanctl/script.hpp"
+#include "hosts/zanctl/table.hpp"
+
+namespace zanctl {
+
+std::string environmentHelp() {
+  return "Environment:\n" +
+         alignedTable({{"LUMODEVICE_VISA_LIBRARY", "stands in for --visa-library"},
+                       {"LUMODEVICE_DRIVE_C", "stands in for --drive-c"},
+                       {"XDG_DATA_HOME",
+                        "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"}},
+                      "  ") +
+         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong command\n"
+         "line or not available yet.";
+}
+
+std::string scriptHelp() {
+  std::vector<Row> rows;
+  for (const Instruction& instruction : instructions()) {
+    rows.push_back({std::string(instruction.name) + " " + std::string(instruction.arguments),
+                    std::string(instruction.help) +
+                        (instruction.run == nullptr ? " (not available yet)" : "")});
+  }
+  std::string text = "Instructions, one a line:\n" + alignedTable(rows, "  ");
+  rows.clear();
+  for (const Member& member : members()) {
+    rows.push_back({std::string(member.name), std::string(member.use),
+                    std::string(member.help) + (member.available() ? "" : " (not available yet)")});
+  }
+  return text + "\nMembers of the component:\n" + alignedTable(rows, "  ") +
+         "\nWords are separated by blanks; a word in double quotes may hold blanks and the escapes\n"
+         "\\n \\r \\t \\\" \\\\ \\xHH. A control is Name, or Name(i) for an element of a control array.";
+}
+
+}  // namespace zanctl

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hosts/zanctl/options.hpp"
+#include "lumodevice/io/clock.hpp"
+#include "lumodevice/io/serial_port.hpp"
+#include "lumodevice/io/visa.hpp"
+
+namespace zanctl {
+
+/// What the component reaches instruments through: the simulated ones, or the machine's own.
+class Links {
+ public:
+  Links() = default;
+  virtual ~Links() = default;
+  Links(const Links&) = delete;
+  Links& operator=(const Links&) = delete;
+
+  [[nodiscard]] virtual lumodevice::io::Visa& visa() = 0;
+  [[nodiscard]] virtual lumodevice::io::SerialDevices& serialDevices() = 0;
+
+  /// Where the link leads: "simulated", the path of a VISA library, a device, ...; `port` is looked at
+  /// for a serial link alone.
+  [[nodiscard]] virtual std::string origin(Link link, int port) const = 0;
+
+  /// One line on why a search over that link may have found nothing, and what to try.
+  [[nodiscard]] virtual std::string advice(Link link) const = 0;
+
+  /// False when something was asked of the links that they cannot do; it was reported then.
+  [[nodiscard]] virtual bool usedRightly() const { return true; }
+};
+
+/// A simulated instrument behind each of the links. The clock must outlive them.
+[[nodiscard]] std::unique_ptr<Links> simulatedLinks(lumodevice::io::Clock& clock);
+
+/// What the machine has. Throws WrongCommandLine when the VISA library that was named cannot be loaded.
+/// `errors` must outlive them.
+[[nodiscard]] std::unique_ptr<Links> realLinks(const Options& options, Output& errors);
+
+}  // namespace zanctl

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <stdexcept>
+
+namespace zanctl {
+
+/// How the program ends.
+enum ExitStatus : int {
+  kDone = 0,
+  kFailed = 1,
+  kWrongCommandLine = 2,
+  kNotAvailable = 2,
+  /// The reader of the output is gone: what a shell reports for a program that a closed pipe ended.
+  kOutputClosed = 141,
+};
+
+/// Something that is wrong in a host script; the text says what, without the place.
+class ScriptMistake : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A member that the component does not have yet.
+class NotAvailable : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A command line, or a setting that goes with it, with which the program cannot start.
+class WrongCommandLine : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+}  // namespace zanctl

@@ -1,0 +1,186 @@
+#include "hosts/zanctl/options.hpp"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <sstream>
+
+#include "hosts/zanctl/commands.hpp"
+#include "hosts/zanctl/help.hpp"
+#include "hosts/zanctl/mistake.hpp"
+#include "hosts/zanctl/numbers.hpp"
+
+namespace zanctl {
+
+namespace {
+
+constexpr int kLastPort = 16;
+
+struct NamedLink {
+  std::string_view name;
+  Link link;
+};
+constexpr std::array kLinks = {NamedLink{"visa", Link::Visa}, NamedLink{"visacom", Link::VisaCom},
+                               NamedLink{"serial", Link::Serial}};
+
+Link parseLink(const std::string& name) {
+  const auto* const found = std::ranges::find(kLinks, name, &NamedLink::name);
+  if (found == kLinks.end()) {
+    throw WrongCommandLine("--link takes visa, visacom or serial, not " + name);
+  }
+  return found->link;
+}
+
+/// "COM3=/dev/ttyUSB0"
+std::pair<int, std::string> parsePort(const std::string& text) {
+  constexpr std::string_view kPrefix = "COM";
+  const std::size_t equals = text.find('=');
+  const bool named = text.starts_with(kPrefix) && equals != std::string::npos;
+  const auto number =
+      named ? parseWhole(std::string_view(text).substr(kPrefix.size(), equals - kPrefix.size()))
+            : std::nullopt;
+  if (!number || *number < 1 || *number > kLastPort || equals + 1 == text.size()) {
+    throw WrongCommandLine("--port takes COM1=DEVICE to COM16=DEVICE, not " + text);
+  }
+  return {*number, text.substr(equals + 1)};
+}
+
+std::map<int, std::string> parsePorts(const std::vector<std::string>& texts) {
+  std::map<int, std::string> ports;
+  for (const std::string& text : texts) {
+    const auto port = parsePort(text);
+    if (!ports.insert(port).second) {
+      throw WrongCommandLine("--port names COM" + std::to_string(port.first) + " twice");
+    }
+  }
+  return ports;
+}
+
+/// Where data of the user's programs lies when no option and no variable of ours says otherwise. The
+/// variables of the desktop count only when they hold absolute paths.
+std::optional<std::string> defaultDriveC(const Environment& environment) {
+  const auto absolute = [&](const char* name) {
+    const auto value = environment(name);
+    return value && value->starts_with('/') ? value : std::nullopt;
+  };
+  const auto home = absolute("HOME");
+  const auto data = absolute("XDG_DATA_HOME");
+  if (!data && !home) {
+    return std::nullopt;
+  }
+  return data.value_or(home.value_or("") + "/.local/share") + "/lumodevice/drive_c";
+}
+
+void fillFromEnvironment(Options& options, const Environment& environment) {
+  if (!options.visaLibrary && !options.simulate) {
+    options.visaLibrary = environment("LUMODEVICE_VISA_LIBRARY");
+  }
+  if (!options.driveC) {
+    options.driveC = environment("LUMODEVICE_DRIVE_C");
+  }
+  if (!options.driveC) {
+    options.driveC = defaultDriveC(environment);
+  }
+}
+
+void check(const Options& options) {
+  const Command& command = *options.command;
+  if (options.simulate && (options.visaLibrary || !options.ports.empty())) {
+    throw WrongCommandLine(std::string(options.visaLibrary ? "--visa-library" : "--port") +
+                           " names something real; the simulated instrument touches none of it");
+  }
+  const bool realSerial = !options.ports.empty() || options.link == Link::Serial;
+  if (options.virtualTime && !options.simulate && realSerial) {
+    throw WrongCommandLine("--virtual-time cannot run a real serial device: it answers in real time");
+  }
+  const std::size_t count = options.arguments.size();
+  if (command.run != nullptr && (count < command.least() || count > command.most())) {
+    throw WrongCommandLine(std::string(count < command.least() ? "too few" : "too many") +
+                           " words; write zanctl " + std::string(command.name) + " " +
+                           std::string(command.arguments));
+  }
+}
+
+/// The command line as the parser library sees it.
+class Parser {
+ public:
+  Parser() {
+    app_.set_version_flag("--version", "zanctl " ZANCTL_VERSION, "Print the version and exit");
+    app_.add_flag("--simulate", options_.simulate,
+                  "Use the built-in simulated instrument; nothing real is touched");
+    app_.add_option("--visa-library", options_.visaLibrary, "VISA shared library to load")
+        ->type_name("PATH");
+    app_.add_option("--port", ports_, "Device that stands for COMn (repeatable)")
+        ->type_name("COMn=DEVICE")
+        ->allow_extra_args(false);
+    app_.add_option("--drive-c", options_.driveC, "Folder that stands for drive C:")
+        ->type_name("DIR");
+    app_.add_option("--link", link_, "Link to choose before the command runs: visa, visacom, serial")
+        ->type_name("LINK");
+    app_.add_flag("--virtual-time", options_.virtualTime,
+                  "Let waits and timers run on a clock that jumps instead of sleeping");
+    app_.add_option("--trace", options_.trace, "Write the wire trace to FILE (- is standard error)")
+        ->type_name("FILE");
+    app_.footer(environmentHelp);
+    for (const Command& command : commands()) {
+      addCommand(command);
+    }
+  }
+
+  /// None when help was asked for.
+  std::optional<Options> parse(std::vector<std::string> words, Output& output) {
+    std::ranges::reverse(words);  // the library takes them from the end
+    try {
+      app_.parse(std::move(words));
+    } catch (const CLI::Success& asked) {
+      std::ostringstream text;
+      app_.exit(asked, text, text);
+      output.write(text.str());
+      return std::nullopt;
+    } catch (const CLI::ParseError& wrong) {
+      throw WrongCommandLine(wrong.what());
+    }
+    if (options_.command == nullptr) {
+      throw WrongCommandLine("a command is missing");
+    }
+    options_.ports = parsePorts(ports_);
+    options_.link = parseLink(link_);
+    options_.simulate = options_.simulate || options_.command->alwaysSimulated;
+    return std::move(options_);
+  }
+
+ private:
+  void addCommand(const Command& command) {
+    CLI::App* const sub =
+        app_.add_subcommand(std::string(command.name), std::string(command.help));
+    sub->fallthrough();
+    sub->callback([this, &command] { options_.command = &command; });
+    if (command.run == nullptr) {
+      sub->allow_extras();
+    } else if (command.most() > 0) {
+      sub->add_option(std::string(command.arguments), options_.arguments)->type_name("");
+    }
+    if (command.name == "run") {
+      sub->footer(scriptHelp);
+    }
+  }
+
+  CLI::App app_{"Drives the instrument control ZANCtrl in a terminal", "zanctl"};
+  Options options_;
+  std::vector<std::string> ports_;
+  std::string link_ = "visa";
+};
+
+}  // namespace
+
+std::optional<Options> parseOptions(const std::vector<std::string>& words,
+                                    const Environment& environment, Output& output) {
+  auto options = Parser().parse(words, output);
+  if (options) {
+    check(*options);
+    fillFromEnvironment(*options, environment);
+  }
+  return options;
+}
+
+}  // namespace zanctl

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hosts/zanctl/output.hpp"
+
+namespace zanctl {
+
+struct Command;
+
+/// Looks a variable of the environment up; an empty one counts as none.
+using Environment = std::function<std::optional<std::string>(const char* name)>;
+
+/// The link options that are clicked before the command runs.
+enum class Link { Visa, VisaCom, Serial };
+
+/// What the command line asks for.
+struct Options {
+  bool simulate = false;
+  bool virtualTime = false;
+  /// None: the platform's usual names, then the built-in layer.
+  std::optional<std::string> visaLibrary;
+  /// Port number to device; empty: the machine's own serial devices.
+  std::map<int, std::string> ports;
+  /// None when it is not named and there is no home folder either.
+  std::optional<std::string> driveC;
+  Link link = Link::Visa;
+  /// A file, or "-" for standard error.
+  std::optional<std::string> trace;
+
+  const Command* command = nullptr;
+  /// The words behind the command.
+  std::vector<std::string> arguments;
+};
+
+/// Reads a command line (without the program's name) and the variables that stand in for options. None
+/// when only help or the version was asked for, which is then printed on `output`. Throws
+/// WrongCommandLine.
+[[nodiscard]] std::optional<Options> parseOptions(const std::vector<std::string>& words,
+                                                  const Environment& environment, Output& output);
+
+}  // namespace zanctl

@@ -1,0 +1,38 @@
+#include "hosts/zanctl/output.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "hosts/zanctl/mistake.hpp"
+
+namespace zanctl {
+
+FileOutput::FileOutput(const std::string& path)
+    : descriptor_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
+      owned_(true) {
+  if (descriptor_ < 0) {
+    throw WrongCommandLine("cannot write " + path + ": " + std::generic_category().message(errno));
+  }
+}
+
+FileOutput::~FileOutput() {
+  if (owned_) {
+    ::close(descriptor_);
+  }
+}
+
+void FileOutput::write(std::string_view text) {
+  while (!text.empty() && !closed_) {
+    const ssize_t written = ::write(descriptor_, text.data(), text.size());
+    if (written >= 0) {
+      text.remove_prefix(static_cast<std::size_t>(written));
+    } else {
+      closed_ = errno != EINTR;
+    }
+  }
+}
+
+}  // namespace zanctl

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zanctl {
+
+/// Where lines go. Each call hands over whole lines at once, so that whoever watches sees them as they
+/// come. No call throws: once the reader is gone (or the disk full) the rest is dropped and closed() says
+/// so, because a line may come up in the middle of an operation of the component.
+class Output {
+ public:
+  Output() = default;
+  virtual ~Output() = default;
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  void line(std::string_view text) { write(std::string(text) + '\n'); }
+  virtual void write(std::string_view text) = 0;
+  [[nodiscard]] virtual bool closed() const { return false; }
+};
+
+/// An open file descriptor, unbuffered. SIGPIPE must be ignored.
+class FileOutput : public Output {
+ public:
+  /// Does not close the descriptor.
+  explicit FileOutput(int descriptor) : descriptor_(descriptor) {}
+  /// Creates the file, or empties it. Throws WrongCommandLine when it cannot.
+  explicit FileOutput(const std::string& path);
+  ~FileOutput() override;
+  void write(std::string_view text) override;
+  [[nodiscard]] bool closed() const override { return closed_; }
+
+ private:
+  int descriptor_;
+  bool owned_ = false;
+  bool closed_ = false;
+};
+
+}  // namespace zanctl

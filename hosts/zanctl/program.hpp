@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "hosts/zanctl/mistake.hpp"
+#include "hosts/zanctl/options.hpp"
+#include "hosts/zanctl/station.hpp"
+
+namespace zanctl {
+
+/// The whole program: reads the command line (without the program's name) and runs its command.
+[[nodiscard]] ExitStatus runProgram(const std::vector<std::string>& words,
+                                    const Environment& environment, const Streams& streams);
+
+}  // namespace zanctl

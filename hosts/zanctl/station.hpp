@@ -1,0 +1,58 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+
+#include "hosts/zanctl/links.hpp"
+#include "hosts/zanctl/options.hpp"
+#include "hosts/zanctl/output.hpp"
+#include "hosts/zanctl/tracing_links.hpp"
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/zan_ctrl.hpp"
+
+namespace zanctl {
+
+/// Where this program reads and writes.
+struct Streams {
+  std::istream& input;
+  Output& output;
+  Output& errors;
+};
+
+/// One component with all that it needs, as the options say.
+class Station {
+ public:
+  /// Chooses the link by the operator's clicks. Throws WrongCommandLine. The streams must outlive it.
+  Station(const Options& options, const Streams& streams);
+  ~Station();
+  Station(const Station&) = delete;
+  Station& operator=(const Station&) = delete;
+
+  [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
+  [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
+  [[nodiscard]] Links& links() { return *links_; }
+  [[nodiscard]] const Streams& streams() const { return streams_; }
+  [[nodiscard]] Output& output() { return streams_.output; }
+  [[nodiscard]] Output& errors() { return streams_.errors; }
+
+ private:
+  void startTrace(const std::string& file);
+  void showBox(std::string_view text);
+  void choose(Link link);
+
+  Streams streams_;
+  std::unique_ptr<lumodevice::toolkit::EventLoop> loop_;
+  std::unique_ptr<lumodevice::io::Clock> clock_;
+  std::unique_ptr<Links> links_;
+  std::unique_ptr<Output> traceFile_;
+  std::optional<WireTrace> trace_;
+  std::optional<TracingVisa> tracingVisa_;
+  std::optional<TracingSerialDevices> tracingSerialDevices_;
+  std::optional<lumodevice::io::VisaComOverVisa> visaCom_;
+  std::unique_ptr<lumodevice::io::Drive> drive_;
+  std::unique_ptr<lumodevice::io::WallClock> wallClock_;
+  std::unique_ptr<lumodevice::ZANCtrl> component_;
+};
+
+}  // namespace zanctl
