@@ -11,10 +11,10 @@ namespace {
 namespace toolkit = lumodevice::toolkit;
 
 Row rowOf(const toolkit::Control& control) {
-  const auto shown = toolkit::shownText(control);
+  const std::string_view shown = toolkit::shownProperty(control);
   return {control.fullName(),
           std::string(toolkit::kindName(control.kind())),
-          escapedCaption(shown.value_or("")),
+          shown.empty() ? "" : escapedCaption(toolkit::readProperty(control, shown)),
           control.enabled() ? "True" : "False",
           control.visible() ? "True" : "False",
           escaped(control.tag())};
