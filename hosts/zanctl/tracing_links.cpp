@@ -7,25 +7,11 @@ namespace zanctl {
 
 using namespace lumodevice::io;
 
-ViStatus TracingVisa::viOpenDefaultRM(ViSession& resourceManager) {
-  return visa_.viOpenDefaultRM(resourceManager);
-}
-
-ViStatus TracingVisa::viFindRsrc(ViSession resourceManager, const std::string& expression,
-                                 ViFindList& findList, std::uint32_t& count,
-                                 std::string& descriptor) {
-  return visa_.viFindRsrc(resourceManager, expression, findList, count, descriptor);
-}
-
-ViStatus TracingVisa::viFindNext(ViFindList findList, std::string& descriptor) {
-  return visa_.viFindNext(findList, descriptor);
-}
-
-ViStatus TracingVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
+TracingVisa::ViStatus TracingVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
                              std::uint32_t accessMode, std::uint32_t openTimeout,
                              ViSession& instrument) {
   const ViStatus status =
-      visa_.viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
+      target().viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
   if (status >= VI_SUCCESS) {
     opened_.insert_or_assign(instrument, Opened{descriptor, resourceManager});
     trace_.opened(descriptor);
@@ -33,8 +19,8 @@ ViStatus TracingVisa::viOpen(ViSession resourceManager, const std::string& descr
   return status;
 }
 
-ViStatus TracingVisa::viClose(ViObject object) {
-  const ViStatus status = visa_.viClose(object);
+TracingVisa::ViStatus TracingVisa::viClose(ViObject object) {
+  const ViStatus status = target().viClose(object);
   if (status >= VI_SUCCESS) {
     // A resource manager takes the sessions that it opened with it.
     std::erase_if(opened_, [&](const auto& entry) {
@@ -48,23 +34,15 @@ ViStatus TracingVisa::viClose(ViObject object) {
   return status;
 }
 
-ViStatus TracingVisa::viGetAttribute(ViObject object, ViAttr attribute, std::string& value) {
-  return visa_.viGetAttribute(object, attribute, value);
-}
-
-ViStatus TracingVisa::viSetAttribute(ViObject object, ViAttr attribute, std::uint32_t value) {
-  return visa_.viSetAttribute(object, attribute, value);
-}
-
-ViStatus TracingVisa::viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) {
-  const ViStatus status = visa_.viRead(instrument, buffer, count);
+TracingVisa::ViStatus TracingVisa::viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) {
+  const ViStatus status = target().viRead(instrument, buffer, count);
   trace_.received({buffer.data(), std::min<std::size_t>(count, buffer.size())});
   return status;
 }
 
-ViStatus TracingVisa::viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) {
+TracingVisa::ViStatus TracingVisa::viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) {
   trace_.sent(data);
-  return visa_.viWrite(instrument, data, count);
+  return target().viWrite(instrument, data, count);
 }
 
 namespace {

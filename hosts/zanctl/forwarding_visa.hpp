@@ -1,0 +1,51 @@
+#pragma once
+
+#include "lumodevice/io/visa.hpp"
+
+namespace zanctl {
+
+/// A VISA layer that hands every call on to another one; what is made of it looks at some of them.
+class ForwardingVisa : public lumodevice::io::Visa {
+ public:
+  using ViStatus = lumodevice::io::ViStatus;
+  using ViObject = lumodevice::io::ViObject;
+  using ViSession = lumodevice::io::ViSession;
+  using ViFindList = lumodevice::io::ViFindList;
+  using ViAttr = lumodevice::io::ViAttr;
+
+  ViStatus viOpenDefaultRM(ViSession& resourceManager) override {
+    return target().viOpenDefaultRM(resourceManager);
+  }
+  ViStatus viFindRsrc(ViSession resourceManager, const std::string& expression,
+                      ViFindList& findList, std::uint32_t& count,
+                      std::string& descriptor) override {
+    return target().viFindRsrc(resourceManager, expression, findList, count, descriptor);
+  }
+  ViStatus viFindNext(ViFindList findList, std::string& descriptor) override {
+    return target().viFindNext(findList, descriptor);
+  }
+  ViStatus viOpen(ViSession resourceManager, const std::string& descriptor,
+                  std::uint32_t accessMode, std::uint32_t openTimeout,
+                  ViSession& instrument) override {
+    return target().viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
+  }
+  ViStatus viClose(ViObject object) override { return target().viClose(object); }
+  ViStatus viGetAttribute(ViObject object, ViAttr attribute, std::string& value) override {
+    return target().viGetAttribute(object, attribute, value);
+  }
+  ViStatus viSetAttribute(ViObject object, ViAttr attribute, std::uint32_t value) override {
+    return target().viSetAttribute(object, attribute, value);
+  }
+  ViStatus viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) override {
+    return target().viRead(instrument, buffer, count);
+  }
+  ViStatus viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) override {
+    return target().viWrite(instrument, data, count);
+  }
+
+ protected:
+  /// Where the calls go.
+  [[nodiscard]] virtual lumodevice::io::Visa& target() = 0;
+};
+
+}  // namespace zanctl

@@ -1,0 +1,56 @@
+#include "hosts/zanctl/machine_serial.hpp"
+
+namespace zanctl {
+
+using namespace lumodevice::io;
+
+namespace {
+
+constexpr std::string_view kNameADevice = "name the device with --port COMn=DEVICE";
+
+std::string portName(int port) {
+  return "COM" + std::to_string(port);
+}
+
+}  // namespace
+
+std::unique_ptr<SerialLine> WitnessedSerialDevices::open(int port, const SerialSettings& settings) {
+  try {
+    auto line = devices_->open(port, settings);
+    opened_.insert(port);
+    refused_.erase(port);
+    return line;
+  } catch (const SerialFault& fault) {
+    if (fault.number() != kSerialInvalidPort) {
+      refused_.insert_or_assign(port, fault.what());
+    }
+    throw;
+  }
+}
+
+std::string WitnessedSerialDevices::advice() const {
+  std::string text;
+  for (const auto& [port, reason] : refused_) {
+    text += portName(port) + " cannot be opened (" + reason + "); ";
+  }
+  std::string answerless;
+  for (const int port : opened_) {
+    answerless += (answerless.empty() ? "" : ", ") + portName(port);
+  }
+  if (!answerless.empty()) {
+    return text + "no ZAN answered on " + answerless + "; check its power, cable and baud rate, or " +
+           std::string(kNameADevice);
+  }
+  return text + (refused_.empty() ? "there is no COM port; " : "") + std::string(kNameADevice);
+}
+
+std::unique_ptr<SerialLine> RefusingSerialDevices::open(int port, const SerialSettings&) {
+  if (!asked_) {
+    errors_.line(
+        "zanctl: --virtual-time cannot run a real serial device: it answers in real time");
+  }
+  asked_ = true;
+  throw SerialFault(kSerialUnavailable, portName(port) + " is not used in virtual time");
+}
+
+}  // namespace zanctl

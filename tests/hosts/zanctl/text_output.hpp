@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "hosts/zanctl/output.hpp"
+
+namespace zanctl {
+
+/// Keeps what was written.
+class TextOutput : public Output {
+ public:
+  void write(std::string_view text) override { text_ += text; }
+  [[nodiscard]] const std::string& text() const { return text_; }
+
+ private:
+  std::string text_;
+};
+
+}  // namespace zanctl
