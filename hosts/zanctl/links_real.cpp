@@ -10,10 +10,10 @@ namespace {
 class RealLinks : public Links {
  public:
   RealLinks(const Options& options, Output& errors)
-      : ports_(options.ports),
-        virtualTime_(options.virtualTime),
+      : virtualTime_(options.virtualTime),
         visa_(options.visaLibrary),
-        serialDevices_(std::make_unique<lumodevice::posix::PosixSerialDevices>(options.ports)),
+        devices_(options.ports),
+        witnessed_(devices_),
         refusing_(errors) {}
 
   lumodevice::io::Visa& visa() override { return visa_; }
@@ -21,28 +21,24 @@ class RealLinks : public Links {
     if (virtualTime_) {
       return refusing_;
     }
-    return serialDevices_;
+    return witnessed_;
   }
 
   std::string origin(Link link, int port) const override {
-    if (link != Link::Serial) {
-      return visa_.name();
-    }
-    const auto named = ports_.find(port);
-    return named == ports_.end() ? "this machine" : named->second;
+    return link == Link::Serial ? devices_.deviceOf(port) : visa_.name();
   }
 
   std::string advice(Link link) const override {
-    return link == Link::Serial ? serialDevices_.advice() : visa_.advice();
+    return link == Link::Serial ? witnessed_.advice() : visa_.advice();
   }
 
   bool usedRightly() const override { return !refusing_.asked(); }
 
  private:
-  std::map<int, std::string> ports_;
   bool virtualTime_;
   MachineVisa visa_;
-  WitnessedSerialDevices serialDevices_;
+  lumodevice::posix::TermiosDevices devices_;
+  WitnessedSerialDevices witnessed_;
   RefusingSerialDevices refusing_;
 };
 

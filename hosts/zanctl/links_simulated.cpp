@@ -8,8 +8,10 @@ namespace {
 
 class SimulatedLinks : public Links {
  public:
-  explicit SimulatedLinks(lumodevice::io::Clock& clock) : bench_(clock), visa_(bench_) {
+  explicit SimulatedLinks(lumodevice::io::Clock& clock)
+      : bench_(clock), visa_(bench_), serialDevices_(clock) {
     bench_.addUsual(instrument_);
+    serialDevices_.plug(kPort, instrument_, kBaud);
   }
 
   lumodevice::io::Visa& visa() override { return visa_; }
@@ -18,6 +20,10 @@ class SimulatedLinks : public Links {
   std::string advice(Link) const override { return "the simulated instrument does not answer"; }
 
  private:
+  /// Not the first that the search tries, so that it has something to search.
+  static constexpr int kPort = 3;
+  static constexpr int kBaud = 9600;
+
   zansim::Instrument instrument_;
   zansim::VisaBench bench_;
   zansim::SimulatedVisa visa_;

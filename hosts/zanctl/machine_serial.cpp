@@ -16,7 +16,7 @@ std::string portName(int port) {
 
 std::unique_ptr<SerialLine> WitnessedSerialDevices::open(int port, const SerialSettings& settings) {
   try {
-    auto line = devices_->open(port, settings);
+    auto line = devices_.open(port, settings);
     opened_.insert(port);
     refused_.erase(port);
     return line;
@@ -31,7 +31,7 @@ std::unique_ptr<SerialLine> WitnessedSerialDevices::open(int port, const SerialS
 std::string WitnessedSerialDevices::advice() const {
   std::string text;
   for (const auto& [port, reason] : refused_) {
-    text += portName(port) + " cannot be opened (" + reason + "); ";
+    text += portName(port) + ": " + reason + "; ";
   }
   std::string answerless;
   for (const int port : opened_) {

@@ -13,8 +13,8 @@ namespace zanctl {
 /// Remembers which ports could be opened and why the others could not.
 class WitnessedSerialDevices : public lumodevice::io::SerialDevices {
  public:
-  explicit WitnessedSerialDevices(std::unique_ptr<SerialDevices> devices)
-      : devices_(std::move(devices)) {}
+  /// `devices` must outlive this object.
+  explicit WitnessedSerialDevices(SerialDevices& devices) : devices_(devices) {}
   [[nodiscard]] std::unique_ptr<lumodevice::io::SerialLine> open(
       int port, const lumodevice::io::SerialSettings& settings) override;
 
@@ -22,7 +22,7 @@ class WitnessedSerialDevices : public lumodevice::io::SerialDevices {
   [[nodiscard]] std::string advice() const;
 
  private:
-  std::unique_ptr<SerialDevices> devices_;
+  SerialDevices& devices_;
   std::set<int> opened_;
   /// Without the ports that do not exist.
   std::map<int, std::string> refused_;
