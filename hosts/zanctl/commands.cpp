@@ -1,10 +1,8 @@
 #include "hosts/zanctl/commands.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fstream>
-#include <limits>
 #include <system_error>
 
 #include "hosts/zanctl/connection.hpp"
@@ -32,22 +30,28 @@ ExitStatus runScript(Station& station, const Options& options) {
 
 constexpr std::array kCommands = {
     Command{.name = "run",
-            .arguments = "[FILE]",
-            .help = "Run a host script (standard input when FILE is absent or -)",
+            .help = "Run a host script",
+            .argument = "FILE",
+            .argumentHelp = "The script; standard input when it is absent or -",
+            .count = Count::AtMostOne,
             .run = runScript},
     Command{.name = "connect",
             .help = "Search for an instrument; print link, identity and channels",
             .run = runConnect},
     Command{.name = "send",
-            .arguments = "COMMAND...",
-            .help = "Connect, send each command and print the answer of each query",
+            .help = "Connect, send commands and print the answer of each query",
+            .argument = "COMMAND",
+            .argumentHelp = "A command of the instrument; quote it for the shell",
+            .count = Count::OneOrMore,
             .run = runSend},
     Command{.name = "readings", .help = "Print the readings of each channel (not available yet)"},
     Command{.name = "capture", .help = "Save the instrument's screen (not available yet)"},
     Command{.name = "files", .help = "Save and restore memory files (not available yet)"},
     Command{.name = "controls",
-            .arguments = "[NAME]",
             .help = "Print a table of every control of the panel, or of one",
+            .argument = "NAME",
+            .argumentHelp = "A control, an element of a control array, or a whole array",
+            .count = Count::AtMostOne,
             .run = runControls},
     Command{.name = "demo",
             .help = "Take a guided tour of the simulated instrument",
@@ -55,22 +59,7 @@ constexpr std::array kCommands = {
             .alwaysSimulated = true},
 };
 
-bool isRepeated(std::string_view arguments) {
-  return arguments.ends_with("...");
-}
-
 }  // namespace
-
-std::size_t Command::most() const {
-  if (isRepeated(arguments)) {
-    return std::numeric_limits<std::size_t>::max();
-  }
-  return arguments.empty() ? 0 : 1;
-}
-
-std::size_t Command::least() const {
-  return arguments.empty() || arguments.starts_with('[') ? 0 : 1;
-}
 
 std::span<const Command> commands() {
   return kCommands;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -11,19 +10,21 @@ namespace zanctl {
 class Station;
 struct Options;
 
-/// One command. `arguments` tells which words stand behind its name: none, "WORD", "[WORD]" for one that
-/// may be left out, "WORD..." for one or more.
+/// How many words stand behind a command.
+enum class Count { None, AtMostOne, OneOrMore };
+
+/// One command of the command line.
 struct Command {
   std::string_view name;
-  std::string_view arguments = "";
-  std::string_view help = "";
+  std::string_view help;
+  /// What the words behind it are.
+  std::string_view argument = "";
+  std::string_view argumentHelp = "";
+  Count count = Count::None;
   /// Null for a command that is not available yet.
   ExitStatus (*run)(Station& station, const Options& options) = nullptr;
   /// Runs on the simulated instrument whatever the options say.
   bool alwaysSimulated = false;
-
-  [[nodiscard]] std::size_t most() const;
-  [[nodiscard]] std::size_t least() const;
 };
 
 [[nodiscard]] std::span<const Command> commands();

@@ -35,7 +35,8 @@ std::string linkText(Station& station, Link link) {
   return "VISA (" + origin + ") " + resource;
 }
 
-/// The identity with a blank behind each comma. The serial search does not keep it, so it is asked for.
+/// The identity with a blank behind each comma. The serial search does not keep it, so it is asked
+/// for.
 std::string identityText(Station& station) {
   lumodevice::ZANCtrl& component = station.component();
   if (component.IDN().empty()) {

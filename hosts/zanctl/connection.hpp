@@ -5,8 +5,8 @@
 
 namespace zanctl {
 
-/// Connects on the chosen link. When nothing is found, says so in one line on `errors` together with what
-/// to try, and returns false.
+/// Connects on the chosen link. When nothing is found, says so in one line on `errors` together
+/// with what to try, and returns false.
 [[nodiscard]] bool connectOrExplain(Station& station, const Options& options);
 
 /// Prints link, identity and channels of the connected instrument.

@@ -16,7 +16,8 @@ struct Step {
 };
 
 constexpr std::array kSteps = {
-    Step{"A command without a question mark is sent and nothing is read. This one selects channel 2:",
+    Step{"A command without a question mark is sent and nothing is read. This one selects channel "
+         "2:",
          ":CHAN 2"},
     Step{"A question is sent the same way, and its answer stands in ResultStr:", ":CHAN?"},
     Step{"Long and short forms, upper and lower case mean the same:", "chan?"},

@@ -5,8 +5,8 @@
 
 namespace zanctl {
 
-/// A guided tour: connects to the simulated instrument, shows what it is, sends it a few commands and
-/// tells what happens.
+/// A guided tour: connects to the simulated instrument, shows what it is, sends it a few commands
+/// and tells what happens.
 [[nodiscard]] ExitStatus runDemo(Station& station, const Options& options);
 
 }  // namespace zanctl

@@ -37,8 +37,8 @@ void appendEscaped(std::string& out, char byte) {
   }
 }
 
-/// The length of the UTF-8 character of more than one byte at the start of `text`; 0 when there stands
-/// none that is well-formed (a shortest form, no surrogate) and printable.
+/// The length of the UTF-8 character of more than one byte at the start of `text`; 0 when there
+/// stands none that is well-formed (a shortest form, no surrogate) and printable.
 std::size_t utf8Length(std::string_view text) {
   const std::uint8_t lead = code(text[0]);
   const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
@@ -102,8 +102,7 @@ char takeEscape(std::string_view& text) {
   }
   const std::string_view digits = text.substr(1, 2);
   unsigned byte = 0;
-  const auto [end, error] =
-      std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
   if (error != std::errc() || end != digits.data() + 2) {
     throw ScriptMistake("\\x needs two hexadecimal digits");
   }

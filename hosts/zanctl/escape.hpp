@@ -9,7 +9,8 @@ namespace zanctl {
 /// Control characters, bytes above 0x7E and the backslash as \n, \r, \t, \\ or \xHH.
 [[nodiscard]] std::string escaped(std::string_view bytes);
 
-/// The same for a text of the panel's own making, in which a well-formed UTF-8 character stands as it is.
+/// The same for a text of the panel's own making, in which a well-formed UTF-8 character stands as
+/// it is.
 [[nodiscard]] std::string escapedCaption(std::string_view text);
 
 /// How many columns a printed caption takes: one for each UTF-8 character.

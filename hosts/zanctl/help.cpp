@@ -13,7 +13,8 @@ std::string environmentHelp() {
                        {"XDG_DATA_HOME",
                         "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"}},
                       "  ") +
-         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong command\n"
+         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong "
+         "command\n"
          "line or not available yet.";
 }
 
@@ -31,8 +32,10 @@ std::string scriptHelp() {
                     std::string(member.help) + (member.available() ? "" : " (not available yet)")});
   }
   return text + "\nMembers of the component:\n" + alignedTable(rows, "  ") +
-         "\nWords are separated by blanks; a word in double quotes may hold blanks and the escapes\n"
-         "\\n \\r \\t \\\" \\\\ \\xHH. A control is Name, or Name(i) for an element of a control array.";
+         "\nWords are separated by blanks; a word in double quotes may hold blanks and the "
+         "escapes\n"
+         "\\n \\r \\t \\\" \\\\ \\xHH. A control is Name, or Name(i) for an element of a control "
+         "array.";
 }
 
 }  // namespace zanctl

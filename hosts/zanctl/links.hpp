@@ -21,8 +21,8 @@ class Links {
   [[nodiscard]] virtual lumodevice::io::Visa& visa() = 0;
   [[nodiscard]] virtual lumodevice::io::SerialDevices& serialDevices() = 0;
 
-  /// Where the link leads: "simulated", the path of a VISA library, a device, ...; `port` is looked at
-  /// for a serial link alone.
+  /// Where the link leads: "simulated", the path of a VISA library, a device, ...; `port` is looked
+  /// at for a serial link alone.
   [[nodiscard]] virtual std::string origin(Link link, int port) const = 0;
 
   /// One line on why a search over that link may have found nothing, and what to try.
@@ -35,8 +35,8 @@ class Links {
 /// A simulated instrument behind each of the links. The clock must outlive them.
 [[nodiscard]] std::unique_ptr<Links> simulatedLinks(lumodevice::io::Clock& clock);
 
-/// What the machine has. Throws WrongCommandLine when the VISA library that was named cannot be loaded.
-/// `errors` must outlive them.
+/// What the machine has. Throws WrongCommandLine when the VISA library that was named cannot be
+/// loaded. `errors` must outlive them.
 [[nodiscard]] std::unique_ptr<Links> realLinks(const Options& options, Output& errors);
 
 }  // namespace zanctl

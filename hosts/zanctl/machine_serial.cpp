@@ -38,16 +38,15 @@ std::string WitnessedSerialDevices::advice() const {
     answerless += (answerless.empty() ? "" : ", ") + portName(port);
   }
   if (!answerless.empty()) {
-    return text + "no ZAN answered on " + answerless + "; check its power, cable and baud rate, or " +
-           std::string(kNameADevice);
+    return text + "no ZAN answered on " + answerless +
+           "; check its power, cable and baud rate, or " + std::string(kNameADevice);
   }
   return text + (refused_.empty() ? "there is no COM port; " : "") + std::string(kNameADevice);
 }
 
 std::unique_ptr<SerialLine> RefusingSerialDevices::open(int port, const SerialSettings&) {
   if (!asked_) {
-    errors_.line(
-        "zanctl: --virtual-time cannot run a real serial device: it answers in real time");
+    errors_.line("zanctl: --virtual-time cannot run a real serial device: it answers in real time");
   }
   asked_ = true;
   throw SerialFault(kSerialUnavailable, portName(port) + " is not used in virtual time");

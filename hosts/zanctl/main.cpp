@@ -1,9 +1,8 @@
-#include <unistd.h>
-
 #include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <unistd.h>
 
 #include "hosts/zanctl/output.hpp"
 #include "hosts/zanctl/program.hpp"
@@ -18,7 +17,8 @@ std::optional<std::string> variable(const char* name) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader that goes away is seen by the writes that fail, so that the link is still closed in order.
+  // A reader that goes away is seen by the writes that fail, so that the link is still closed in
+  // order.
   std::signal(SIGPIPE, SIG_IGN);
   zanctl::FileOutput output(STDOUT_FILENO);
   zanctl::FileOutput errors(STDERR_FILENO);

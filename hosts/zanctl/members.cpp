@@ -46,7 +46,12 @@ constexpr std::array kMembers = {
            .help = "the identity answer of the connected instrument",
            .get = [](ZANCtrl& zan) { return zan.IDN(); },
            .put = [](ZANCtrl& zan, const std::string& value) { zan.IDN(value); }},
-    Member{.name = "AutoQuery", .use = "get put", .help = "whether readings are polled"},
+    Member{
+        .name = "AutoQuery",
+        .use = "get put",
+        .help = "whether readings are polled",
+        .get = [](ZANCtrl& zan) { return booleanText(zan.AutoQuery()); },
+        .put = [](ZANCtrl& zan, const std::string& value) { zan.AutoQuery(parseBoolean(value)); }},
     Member{.name = "isConnected",
            .use = "get",
            .help = "whether a link is open",
@@ -77,11 +82,11 @@ constexpr std::array kMembers = {
            .use = "get",
            .help = "the last answer",
            .get = [](ZANCtrl& zan) { return zan.ResultStr(); }},
-    Member{.name = "DisplayCmd",
-           .use = "put",
-           .help = "shows or hides the command box and the file buttons",
-           .put = [](ZANCtrl& zan,
-                     const std::string& value) { zan.DisplayCmd(parseBoolean(value)); }},
+    Member{
+        .name = "DisplayCmd",
+        .use = "put",
+        .help = "shows or hides the command box and the file buttons",
+        .put = [](ZANCtrl& zan, const std::string& value) { zan.DisplayCmd(parseBoolean(value)); }},
     Member{.name = "nextCmd",
            .use = "call",
            .help = "the next entry of the command history",
@@ -100,13 +105,12 @@ constexpr std::array kMembers = {
              zan.ShowConnect();
              return kNoResult;
            }},
-    Member{.name = "AutoConnect",
-           .use = "call",
-           .help = "searches for an instrument; whether one was found",
-           .call =
-               [](ZANCtrl& zan, const std::string&) {
-                 return std::optional(booleanText(zan.AutoConnect()));
-               }},
+    Member{
+        .name = "AutoConnect",
+        .use = "call",
+        .help = "searches for an instrument; whether one was found",
+        .call = [](ZANCtrl& zan,
+                   const std::string&) { return std::optional(booleanText(zan.AutoConnect())); }},
     Member{.name = "NotConnect",
            .use = "call",
            .help = "puts the panel into its unconnected look",

@@ -34,7 +34,8 @@ struct Member {
 /// All members, in the order of the interface.
 [[nodiscard]] std::span<const Member> members();
 
-/// The member of that name; throws ScriptMistake when there is none, NotAvailable when it is to come.
+/// The member of that name; throws ScriptMistake when there is none, NotAvailable when it is to
+/// come.
 [[nodiscard]] const Member& findMember(std::string_view name);
 
 /// "True" or "False" (or an automation Boolean's -1 or 0); throws ScriptMistake for anything else.

@@ -56,8 +56,8 @@ std::map<int, std::string> parsePorts(const std::vector<std::string>& texts) {
   return ports;
 }
 
-/// Where data of the user's programs lies when no option and no variable of ours says otherwise. The
-/// variables of the desktop count only when they hold absolute paths.
+/// Where data of the user's programs lies when no option and no variable of ours says otherwise.
+/// The variables of the desktop count only when they hold absolute paths.
 std::optional<std::string> defaultDriveC(const Environment& environment) {
   const auto absolute = [&](const char* name) {
     const auto value = environment(name);
@@ -84,20 +84,14 @@ void fillFromEnvironment(Options& options, const Environment& environment) {
 }
 
 void check(const Options& options) {
-  const Command& command = *options.command;
   if (options.simulate && (options.visaLibrary || !options.ports.empty())) {
     throw WrongCommandLine(std::string(options.visaLibrary ? "--visa-library" : "--port") +
                            " names something real; the simulated instrument touches none of it");
   }
   const bool realSerial = !options.ports.empty() || options.link == Link::Serial;
   if (options.virtualTime && !options.simulate && realSerial) {
-    throw WrongCommandLine("--virtual-time cannot run a real serial device: it answers in real time");
-  }
-  const std::size_t count = options.arguments.size();
-  if (command.run != nullptr && (count < command.least() || count > command.most())) {
-    throw WrongCommandLine(std::string(count < command.least() ? "too few" : "too many") +
-                           " words; write zanctl " + std::string(command.name) + " " +
-                           std::string(command.arguments));
+    throw WrongCommandLine(
+        "--virtual-time cannot run a real serial device: it answers in real time");
   }
 }
 
@@ -115,13 +109,15 @@ class Parser {
         ->allow_extra_args(false);
     app_.add_option("--drive-c", options_.driveC, "Folder that stands for drive C:")
         ->type_name("DIR");
-    app_.add_option("--link", link_, "Link to choose before the command runs: visa, visacom, serial")
+    app_.add_option("--link", link_,
+                    "Link to choose before the command runs: visa, visacom, serial")
         ->type_name("LINK");
     app_.add_flag("--virtual-time", options_.virtualTime,
                   "Let waits and timers run on a clock that jumps instead of sleeping");
     app_.add_option("--trace", options_.trace, "Write the wire trace to FILE (- is standard error)")
         ->type_name("FILE");
     app_.footer(environmentHelp);
+    app_.require_subcommand(0, 1);
     for (const Command& command : commands()) {
       addCommand(command);
     }
@@ -151,14 +147,20 @@ class Parser {
 
  private:
   void addCommand(const Command& command) {
-    CLI::App* const sub =
-        app_.add_subcommand(std::string(command.name), std::string(command.help));
-    sub->fallthrough();
+    CLI::App* const sub = app_.add_subcommand(std::string(command.name), std::string(command.help));
     sub->callback([this, &command] { options_.command = &command; });
     if (command.run == nullptr) {
       sub->allow_extras();
-    } else if (command.most() > 0) {
-      sub->add_option(std::string(command.arguments), options_.arguments)->type_name("");
+      return;
+    }
+    sub->fallthrough();
+    if (command.count != Count::None) {
+      sub->add_option(std::string(command.argument), options_.arguments,
+                      std::string(command.argumentHelp))
+          ->type_name(" ")
+          ->required(command.count == Count::OneOrMore)
+          ->expected(1,
+                     command.count == Count::OneOrMore ? CLI::detail::expected_max_vector_size : 1);
     }
     if (command.name == "run") {
       sub->footer(scriptHelp);

@@ -37,8 +37,8 @@ struct Options {
   std::vector<std::string> arguments;
 };
 
-/// Reads a command line (without the program's name) and the variables that stand in for options. None
-/// when only help or the version was asked for, which is then printed on `output`. Throws
+/// Reads a command line (without the program's name) and the variables that stand in for options.
+/// None when only help or the version was asked for, which is then printed on `output`. Throws
 /// WrongCommandLine.
 [[nodiscard]] std::optional<Options> parseOptions(const std::vector<std::string>& words,
                                                   const Environment& environment, Output& output);

@@ -1,10 +1,9 @@
 #include "hosts/zanctl/output.hpp"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
+#include <fcntl.h>
 #include <system_error>
+#include <unistd.h>
 
 #include "hosts/zanctl/mistake.hpp"
 
@@ -25,12 +24,12 @@ FileOutput::~FileOutput() {
 }
 
 void FileOutput::write(std::string_view text) {
-  while (!text.empty() && !closed_) {
+  while (!text.empty() && error_ == 0) {
     const ssize_t written = ::write(descriptor_, text.data(), text.size());
     if (written >= 0) {
       text.remove_prefix(static_cast<std::size_t>(written));
-    } else {
-      closed_ = errno != EINTR;
+    } else if (errno != EINTR) {
+      error_ = errno;
     }
   }
 }

@@ -5,9 +5,9 @@
 
 namespace zanctl {
 
-/// Where lines go. Each call hands over whole lines at once, so that whoever watches sees them as they
-/// come. No call throws: once the reader is gone (or the disk full) the rest is dropped and closed() says
-/// so, because a line may come up in the middle of an operation of the component.
+/// Where lines go. Each call hands over whole lines at once, so that whoever watches sees them as
+/// they come. No call throws: once the reader is gone (or the disk full) the rest is dropped and
+/// closed() says so, because a line may come up in the middle of an operation of the component.
 class Output {
  public:
   Output() = default;
@@ -17,7 +17,10 @@ class Output {
 
   void line(std::string_view text) { write(std::string(text) + '\n'); }
   virtual void write(std::string_view text) = 0;
-  [[nodiscard]] virtual bool closed() const { return false; }
+  /// The system's number for what ended the writing (EPIPE when the reader is gone); 0 while it
+  /// goes.
+  [[nodiscard]] virtual int error() const { return 0; }
+  [[nodiscard]] bool closed() const { return error() != 0; }
 };
 
 /// An open file descriptor, unbuffered. SIGPIPE must be ignored.
@@ -29,12 +32,12 @@ class FileOutput : public Output {
   explicit FileOutput(const std::string& path);
   ~FileOutput() override;
   void write(std::string_view text) override;
-  [[nodiscard]] bool closed() const override { return closed_; }
+  [[nodiscard]] int error() const override { return error_; }
 
  private:
   int descriptor_;
   bool owned_ = false;
-  bool closed_ = false;
+  int error_ = 0;
 };
 
 }  // namespace zanctl

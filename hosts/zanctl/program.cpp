@@ -1,5 +1,8 @@
 #include "hosts/zanctl/program.hpp"
 
+#include <cerrno>
+#include <system_error>
+
 #include "hosts/zanctl/commands.hpp"
 
 namespace zanctl {
@@ -13,6 +16,16 @@ ExitStatus runCommand(const Options& options, const Streams& streams) {
   Station station(options, streams);
   const ExitStatus status = options.command->run(station, options);
   return status == kDone && !station.links().usedRightly() ? kFailed : status;
+}
+
+/// A reader that has seen enough is nothing to speak of; anything else is.
+ExitStatus outputClosed(const Streams& streams) {
+  if (streams.output.error() == EPIPE) {
+    return kOutputClosed;
+  }
+  streams.errors.line("zanctl: cannot write the output: " +
+                      std::generic_category().message(streams.output.error()));
+  return kFailed;
 }
 
 }  // namespace
@@ -32,7 +45,7 @@ ExitStatus runProgram(const std::vector<std::string>& words, const Environment& 
     streams.errors.line("zanctl: " + std::string(missing.what()));
     status = kNotAvailable;
   }
-  return status == kDone && streams.output.closed() ? kOutputClosed : status;
+  return streams.output.closed() ? outputClosed(streams) : status;
 }
 
 }  // namespace zanctl

@@ -37,8 +37,7 @@ std::optional<int> takeIndex(std::string& name) {
   if (open == std::string::npos || !name.ends_with(')')) {
     return std::nullopt;
   }
-  const auto index =
-      parseWhole(std::string_view(name).substr(open + 1, name.size() - open - 2));
+  const auto index = parseWhole(std::string_view(name).substr(open + 1, name.size() - open - 2));
   if (index) {
     name.resize(open);
   }
@@ -48,8 +47,7 @@ std::optional<int> takeIndex(std::string& name) {
 }  // namespace
 
 std::size_t Instruction::most() const {
-  return arguments.empty() ? 0
-                           : static_cast<std::size_t>(std::ranges::count(arguments, ' ')) + 1;
+  return arguments.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(arguments, ' ')) + 1;
 }
 
 std::size_t Instruction::least() const {

@@ -24,8 +24,8 @@ class Script {
   /// Runs one line. Throws ScriptMistake for what is wrong in it, NotAvailable for what is to come.
   void perform(std::string_view line);
 
-  /// Runs all lines and reports the first mistake as "FILE:LINE: what is wrong". Each line is run before
-  /// the next one is read.
+  /// Runs all lines and reports the first mistake as "FILE:LINE: what is wrong". Each line is run
+  /// before the next one is read.
   ExitStatus run(std::istream& lines, const std::string& file, Output& mistakes);
 
   /// What instructions work on.
@@ -41,8 +41,8 @@ class Script {
   Output& output_;
 };
 
-/// One instruction: the number of words behind it is that of the blank-separated words of `arguments`,
-/// less those in brackets.
+/// One instruction: the number of words behind it is that of the blank-separated words of
+/// `arguments`, less those in brackets.
 struct Instruction {
   std::string_view name;
   std::string_view arguments;

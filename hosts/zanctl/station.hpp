@@ -23,7 +23,8 @@ struct Streams {
 /// One component with all that it needs, as the options say.
 class Station {
  public:
-  /// Chooses the link by the operator's clicks. Throws WrongCommandLine. The streams must outlive it.
+  /// Chooses the link by the operator's clicks. Throws WrongCommandLine. The streams must outlive
+  /// it.
   Station(const Options& options, const Streams& streams);
   ~Station();
   Station(const Station&) = delete;

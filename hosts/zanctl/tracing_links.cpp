@@ -8,8 +8,8 @@ namespace zanctl {
 using namespace lumodevice::io;
 
 TracingVisa::ViStatus TracingVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
-                             std::uint32_t accessMode, std::uint32_t openTimeout,
-                             ViSession& instrument) {
+                                          std::uint32_t accessMode, std::uint32_t openTimeout,
+                                          ViSession& instrument) {
   const ViStatus status =
       target().viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
   if (status >= VI_SUCCESS) {
@@ -34,13 +34,15 @@ TracingVisa::ViStatus TracingVisa::viClose(ViObject object) {
   return status;
 }
 
-TracingVisa::ViStatus TracingVisa::viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) {
+TracingVisa::ViStatus TracingVisa::viRead(ViSession instrument, std::span<char> buffer,
+                                          std::uint32_t& count) {
   const ViStatus status = target().viRead(instrument, buffer, count);
   trace_.received({buffer.data(), std::min<std::size_t>(count, buffer.size())});
   return status;
 }
 
-TracingVisa::ViStatus TracingVisa::viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) {
+TracingVisa::ViStatus TracingVisa::viWrite(ViSession instrument, std::string_view data,
+                                           std::uint32_t& count) {
   trace_.sent(data);
   return target().viWrite(instrument, data, count);
 }

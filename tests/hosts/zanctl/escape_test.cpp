@@ -41,14 +41,14 @@ TEST(Escape, aByteAboveAsciiIsEscapedInAnAnswerButACaptionKeepsItsUtf8) {
 }
 
 TEST(Escape, whatIsNoUtf8IsEscapedInACaptionToo) {
-  EXPECT_EQ(escapedCaption("\xCE"), "\\xCE");                            // cut off
-  EXPECT_EQ(escapedCaption("\xCE("), "\\xCE(");                          // no continuation
-  EXPECT_EQ(escapedCaption("\xA9"), "\\xA9");                            // no lead
-  EXPECT_EQ(escapedCaption("\xC0\xAF"), "\\xC0\\xAF");                   // not the shortest form
-  EXPECT_EQ(escapedCaption("\xE0\x80\xAF"), "\\xE0\\x80\\xAF");          // not the shortest form
-  EXPECT_EQ(escapedCaption("\xED\xA0\x80"), "\\xED\\xA0\\x80");          // a surrogate
+  EXPECT_EQ(escapedCaption("\xCE"), "\\xCE");                             // cut off
+  EXPECT_EQ(escapedCaption("\xCE("), "\\xCE(");                           // no continuation
+  EXPECT_EQ(escapedCaption("\xA9"), "\\xA9");                             // no lead
+  EXPECT_EQ(escapedCaption("\xC0\xAF"), "\\xC0\\xAF");                    // not the shortest form
+  EXPECT_EQ(escapedCaption("\xE0\x80\xAF"), "\\xE0\\x80\\xAF");           // not the shortest form
+  EXPECT_EQ(escapedCaption("\xED\xA0\x80"), "\\xED\\xA0\\x80");           // a surrogate
   EXPECT_EQ(escapedCaption("\xF4\x90\x80\x80"), "\\xF4\\x90\\x80\\x80");  // beyond the last
-  EXPECT_EQ(escapedCaption("\xC2\x85\n\\"), "\\xC2\\x85\\n\\\\");        // a control character
+  EXPECT_EQ(escapedCaption("\xC2\x85\n\\"), "\\xC2\\x85\\n\\\\");         // a control character
 }
 
 TEST(Escape, aUtf8CharacterTakesOneColumn) {

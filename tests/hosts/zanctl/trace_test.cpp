@@ -1,9 +1,8 @@
 #include "hosts/zanctl/trace.hpp"
 
+#include <deque>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <deque>
 
 #include "hosts/zanctl/tracing_links.hpp"
 #include "tests/hosts/zanctl/text_output.hpp"
