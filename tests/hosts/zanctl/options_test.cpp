@@ -145,8 +145,8 @@ TEST_F(OptionsTest, wrongCommandLinesAreExplained) {
   EXPECT_EQ(mistake({"connect", "--link", "gpib"}),
             "--link takes visa, visacom or serial, not gpib");
   EXPECT_THAT(mistake({"send"}), HasSubstr("COMMAND is required"));
-  EXPECT_THAT(mistake({"run", "a", "b"}), HasSubstr("not expected: b"));
-  EXPECT_THAT(mistake({"controls", "a", "b"}), HasSubstr("not expected: b"));
+  EXPECT_THAT(mistake({"run", "a", "b"}), HasSubstr("At Most 1"));
+  EXPECT_THAT(mistake({"controls", "a", "b"}), HasSubstr("At Most 1"));
   EXPECT_THAT(mistake({"connect", "now"}), HasSubstr("now"));
 }
 

@@ -1,0 +1,240 @@
+#include "hosts/zanctl/program.hpp"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "tests/hosts/zanctl/program_fixture.hpp"
+
+namespace zanctl {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class Program : public ProgramTest {
+ protected:
+  const std::filesystem::path folder =
+      std::filesystem::path(testing::TempDir()) / ("zanctl." + std::to_string(::getpid()));
+  Program() { std::filesystem::create_directory(folder); }
+  ~Program() override { std::filesystem::remove_all(folder); }
+
+  std::string file(const std::string& name) const { return (folder / name).string(); }
+  std::string content(const std::string& name) const {
+    std::ifstream stream(file(name));
+    return {std::istreambuf_iterator<char>(stream), {}};
+  }
+};
+
+constexpr const char* kConnection =
+    "Identity:  Ostbrook Instruments, ZAN63200, SIM00001, 1.02.3\n"
+    "Channels:  > CH1-2021L\n"
+    "             CH2-2021R\n"
+    "             CH3-2040\n"
+    "             CH4-2040\n"
+    "             CH5-2041\n"
+    "             CH6-2050\n"
+    "             CH7-2030\n";
+
+TEST_F(Program, connectPrintsLinkIdentityAndChannels) {
+  const Ended visa = simulate({"connect"});
+  EXPECT_EQ(visa.status, kDone);
+  EXPECT_EQ(visa.errors, "");
+  EXPECT_THAT(visa.output, HasSubstr("Link:      VISA (simulated) USB0::"));
+  EXPECT_THAT(visa.output, EndsWith(kConnection));
+}
+
+TEST_F(Program, connectGoesOverEachLink) {
+  const Ended com = simulate({"connect", "--link", "visacom"});
+  EXPECT_EQ(com.status, kDone);
+  EXPECT_THAT(com.output, HasSubstr("Link:      VISA COM (simulated) USB0::"));
+  EXPECT_THAT(com.output, EndsWith(kConnection));
+  const Ended serial = simulate({"connect", "--link", "serial"});
+  EXPECT_EQ(serial.status, kDone);
+  EXPECT_THAT(serial.output, HasSubstr("Link:      serial (simulated) COM3 at 9600 baud\n"));
+  EXPECT_THAT(serial.output, EndsWith(kConnection));
+}
+
+TEST_F(Program, sendPrintsTheAnswerOfEachQuery) {
+  const Ended ended = simulate({"send", "*IDN?", ":CHAN 2", ":CHAN?"});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_THAT(ended.output, EndsWith("Ostbrook Instruments,ZAN63200,SIM00001,1.02.3\n2\n"));
+}
+
+TEST_F(Program, sendOfAnUnansweredQueryShowsTheBoxGoesOnAndFails) {
+  const Ended ended = simulate({"send", ":NOPE?", ":CHAN?"});
+  EXPECT_EQ(ended.status, kFailed);
+  EXPECT_THAT(ended.output,
+              EndsWith("[information] Error:Device has not sent back some data yet!\n1\n"));
+}
+
+TEST_F(Program, theTourRunsToItsEnd) {
+  const Ended ended = run({"demo", "--virtual-time"});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(ended.errors, "");
+  EXPECT_THAT(ended.output, StartsWith("A tour of the simulated instrument."));
+  EXPECT_THAT(ended.output, HasSubstr(kConnection));
+  EXPECT_THAT(ended.output, HasSubstr("  :SYST:ERR?\n-113,\"Undefined header\"\n"));
+  EXPECT_THAT(ended.output, HasSubstr("zanctl run --help"));
+}
+
+TEST_F(Program, controlsPrintsAnAlignedTable) {
+  const Ended all = simulate({"controls"});
+  EXPECT_EQ(all.status, kDone);
+  EXPECT_THAT(all.output, StartsWith("Name               Kind           Caption or text"));
+  EXPECT_THAT(all.output, HasSubstr("\nZANCtrl            Form"));
+  EXPECT_EQ(simulate({"controls", "cmdSendCmd"}).output,
+            "Name        Kind           Caption or text  Enabled  Visible  Tag\n"
+            "cmdSendCmd  CommandButton  Send Command     False    True\n");
+}
+
+TEST_F(Program, controlsTakesAnArrayOrOneOfItsElements) {
+  const std::string array = simulate({"controls", "cmdSet"}).output;
+  EXPECT_EQ(std::ranges::count(array, '\n'), 30);
+  EXPECT_EQ(simulate({"controls", "cmdSet(3)"}).output,
+            "Name       Kind           Caption or text  Enabled  Visible  Tag\n"
+            "cmdSet(3)  CommandButton  Set              True     True     14\n");
+}
+
+TEST_F(Program, controlsOfAnUnknownNameIsAWrongCommandLine) {
+  const Ended ended = simulate({"controls", "cmdNothing"});
+  EXPECT_EQ(ended.status, kWrongCommandLine);
+  EXPECT_EQ(ended.errors, "zanctl: unknown control cmdNothing (see zanctl --help)\n");
+}
+
+TEST_F(Program, aScriptComesFromAFile) {
+  std::ofstream(file("a.zan")) << "print 1\nget Nothing\n";
+  const Ended ended = simulate({"run", file("a.zan")});
+  EXPECT_EQ(ended.status, kFailed);
+  EXPECT_EQ(ended.output, "1\n");
+  EXPECT_EQ(ended.errors, file("a.zan") + ":2: unknown member Nothing\n");
+}
+
+TEST_F(Program, aScriptThatCannotBeReadIsReported) {
+  const Ended missing = simulate({"run", file("none.zan")});
+  EXPECT_EQ(missing.status, kWrongCommandLine);
+  EXPECT_EQ(missing.errors, "zanctl: cannot read " + file("none.zan") +
+                                ": No such file or directory (see zanctl --help)\n");
+  const Ended directory = simulate({"run", folder.string()});
+  EXPECT_EQ(directory.status, kFailed);
+  EXPECT_EQ(directory.errors, folder.string() + ":1: cannot be read\n");
+}
+
+TEST_F(Program, theTraceGoesToAFileOrToStandardError) {
+  const Ended ended = simulate({"connect", "--trace", file("wire.trace")});
+  EXPECT_EQ(ended.errors, "");
+  EXPECT_THAT(content("wire.trace"), StartsWith("0.000 open "));
+  EXPECT_EQ(simulate({"connect", "--trace", "-"}).errors, content("wire.trace"));
+}
+
+TEST_F(Program, theTraceOfASerialSearchIsThatOfItsWaits) {
+  const Ended ended = simulate({"run", "--link", "serial", "--trace", "-"}, "click cmdAuto\n");
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_THAT(ended.errors, HasSubstr("0.000 open COM3\n"
+                                      "0.000 send \"*IDN?\\r\"\n"
+                                      "0.000 sleep 1500\n"
+                                      "1500.000 sleep 300\n"
+                                      "1800.000 send \"*IDN?\\r\"\n"
+                                      "1800.000 sleep 1500\n"
+                                      "3300.000 close COM3\n"
+                                      "3300.000 open COM3\n"));
+  EXPECT_THAT(ended.errors, HasSubstr("recv \"Ostbrook Instruments,ZAN63200,SIM00001,1.02.3\\n\""));
+  EXPECT_THAT(ended.errors, EndsWith("close COM3\n"));
+}
+
+TEST_F(Program, aTraceThatCannotBeWrittenEndsItBeforeItStarts) {
+  const Ended ended = simulate({"connect", "--trace", file("none/wire.trace")});
+  EXPECT_EQ(ended.status, kWrongCommandLine);
+  EXPECT_EQ(ended.output, "");
+  EXPECT_THAT(ended.errors, StartsWith("zanctl: cannot write " + file("none/wire.trace")));
+}
+
+TEST_F(Program, commandsToComeSaySo) {
+  for (const char* command : {"readings", "capture", "files"}) {
+    const Ended ended = run({command, "--any", "words"});
+    EXPECT_EQ(ended.status, 2);
+    EXPECT_EQ(ended.output, "");
+    EXPECT_EQ(ended.errors, "zanctl: " + std::string(command) + " is not available yet\n");
+  }
+}
+
+TEST_F(Program, aWrongCommandLineEndsWithStatusTwo) {
+  const Ended ended = run({"connect", "--link", "gpib"});
+  EXPECT_EQ(ended.status, 2);
+  EXPECT_EQ(ended.output, "");
+  EXPECT_EQ(ended.errors,
+            "zanctl: --link takes visa, visacom or serial, not gpib (see zanctl --help)\n");
+}
+
+TEST_F(Program, aVisaLibraryThatCannotBeLoadedEndsItBeforeItStarts) {
+  const Ended option = run({"connect", "--visa-library", file("none.so")});
+  EXPECT_EQ(option.status, kWrongCommandLine);
+  EXPECT_EQ(option.output, "");
+  EXPECT_THAT(option.errors, StartsWith("zanctl: cannot load the VISA library: " + file("none.so")));
+  variables["LUMODEVICE_VISA_LIBRARY"] = file("none.so");
+  EXPECT_EQ(run({"controls"}).errors, option.errors);
+}
+
+TEST_F(Program, aSerialDeviceThatCannotBeOpenedIsNamedWithTheReason) {
+  const Ended ended = run({"connect", "--link", "serial", "--port", "COM5=" + file("none")});
+  EXPECT_EQ(ended.status, kFailed);
+  EXPECT_EQ(ended.output, "");
+  EXPECT_EQ(ended.errors, "zanctl: no ZAN instrument found: COM5: cannot open " + file("none") +
+                              ": No such file or directory; name the device with --port "
+                              "COMn=DEVICE\n");
+}
+
+TEST_F(Program, aScriptThatReachesForARealSerialDeviceInVirtualTimeFails) {
+  const Ended ended = run({"run", "--virtual-time"}, "click optConnRS232\nget Combo1.ListCount\n");
+  EXPECT_EQ(ended.status, kFailed);
+  EXPECT_EQ(ended.output, "0\n");
+  EXPECT_EQ(ended.errors,
+            "zanctl: --virtual-time cannot run a real serial device: it answers in real time\n");
+}
+
+TEST_F(Program, aReaderThatIsGoneEndsItQuietly) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  ::close(ends[0]);
+  std::signal(SIGPIPE, SIG_IGN);
+  FileOutput output(ends[1]);
+  TextOutput errors;
+  std::istringstream lines("print 1\nget Nothing\n");
+  const auto none = [](const char*) { return std::nullopt; };
+  EXPECT_EQ(runProgram({"--simulate", "run"}, none, {lines, output, errors}), kOutputClosed);
+  EXPECT_EQ(errors.text(), "");
+  ::close(ends[1]);
+}
+
+TEST_F(Program, aFullDiskIsReported) {
+  const int full = ::open("/dev/full", O_WRONLY | O_CLOEXEC);
+  ASSERT_GE(full, 0);
+  FileOutput output(full);
+  TextOutput errors;
+  std::istringstream lines;
+  const auto none = [](const char*) { return std::nullopt; };
+  EXPECT_EQ(runProgram({"--simulate", "controls"}, none, {lines, output, errors}), kFailed);
+  EXPECT_EQ(errors.text(), "zanctl: cannot write the output: No space left on device\n");
+  ::close(full);
+}
+
+class ExampleScripts : public ProgramTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ExampleScripts, runToTheirEnd) {
+  const Ended ended = simulate({"run", std::string(ZANCTL_EXAMPLES) + "/" + GetParam()});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(ended.errors, "");
+  EXPECT_THAT(ended.output, HasSubstr("Ostbrook Instruments,ZAN63200,SIM00001,1.02.3"));
+  EXPECT_THAT(ended.output, HasSubstr("CH7-2030\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ExampleScripts,
+                         testing::Values("first-contact.zan", "serial-search.zan"));
+
+}  // namespace
+}  // namespace zanctl
