@@ -70,8 +70,8 @@ TEST_F(ScriptTest, getReadsControlProperties) {
                     "get chkAutoQuery.Value\nget cmdSendCmd.Enabled\nget TXT.Visible\n"
                     "get cmdSet(3).Tag\nget Combo2.ListIndex\nget Combo2.ListCount\n"
                     "get Combo2.List(1)\nget Timer1.Interval\nget FrameCCStatic.Left\n"
-                    "get FrameCCStatic.Top\nget ZANCtrl.MousePointer\nget List1.OLEDropMode\n"),
-            "*IDN?\nConnect\nTrue\n0\nFalse\nFalse\n14\n-1\n4\n19200\n200\n120\n3000\n0\n1\n");
+                    "get FrameCCStatic.Top\nget ZANCtrl.MousePointer\n"),
+            "*IDN?\nConnect\nTrue\n0\nFalse\nFalse\n14\n-1\n4\n19200\n200\n120\n3000\n0\n");
 }
 
 TEST_F(ScriptTest, getShowsTheOhmOfACaptionAsItIs) {
@@ -88,8 +88,9 @@ TEST_F(ScriptTest, setWritesAsProgramCodeDoes) {
                     "set Timer2.Interval 50\nget Timer2.Interval\n"
                     "set FrameCV.Left -15\nget FrameCV.Left\n"
                     "set ZANCtrl.MousePointer 11\nget ZANCtrl.MousePointer\n"
+                    "set List1.OLEDropMode 1\nget List1.OLEDropMode\n"
                     "set Text5.Tag \"\"\nget Text5.Tag\n"),
-            "1.5\n2\n9600\nTrue\n50\n-15\n11\n\n");
+            "1.5\n2\n9600\nTrue\n50\n-15\n11\n1\n\n");
 }
 
 TEST_F(ScriptTest, clickRunsWhatTheControlDoes) {
