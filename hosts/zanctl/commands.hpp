@@ -18,8 +18,8 @@ struct Command {
   std::string_view name;
   std::string_view help;
   /// What the words behind it are.
-  std::string_view argument = "";
-  std::string_view argumentHelp = "";
+  std::string_view argument = {};
+  std::string_view argumentHelp = {};
   Count count = Count::None;
   /// Null for a command that is not available yet.
   ExitStatus (*run)(Station& station, const Options& options) = nullptr;

@@ -54,9 +54,10 @@ ExitStatus runDemo(Station& station, const Options& options) {
   printConnection(station, options);
   for (const Step& step : kSteps) {
     if (!step.told.empty()) {
-      output.line("\n" + std::string(step.told));
+      output.line("");
+      output.line(step.told);
     }
-    output.line("  " + std::string(step.command));
+    output.line(std::string("  ").append(step.command));
     if (!sendAndPrint(station, std::string(step.command))) {
       return kFailed;
     }

@@ -16,23 +16,23 @@ class RealLinks : public Links {
         witnessed_(devices_),
         refusing_(errors) {}
 
-  lumodevice::io::Visa& visa() override { return visa_; }
-  lumodevice::io::SerialDevices& serialDevices() override {
+  [[nodiscard]] lumodevice::io::Visa& visa() override { return visa_; }
+  [[nodiscard]] lumodevice::io::SerialDevices& serialDevices() override {
     if (virtualTime_) {
       return refusing_;
     }
     return witnessed_;
   }
 
-  std::string origin(Link link, int port) const override {
+  [[nodiscard]] std::string origin(Link link, int port) const override {
     return link == Link::Serial ? devices_.deviceOf(port) : visa_.name();
   }
 
-  std::string advice(Link link) const override {
+  [[nodiscard]] std::string advice(Link link) const override {
     return link == Link::Serial ? witnessed_.advice() : visa_.advice();
   }
 
-  bool usedRightly() const override { return !refusing_.asked(); }
+  [[nodiscard]] bool usedRightly() const override { return !refusing_.asked(); }
 
  private:
   bool virtualTime_;

@@ -14,10 +14,12 @@ class SimulatedLinks : public Links {
     serialDevices_.plug(kPort, instrument_, kBaud);
   }
 
-  lumodevice::io::Visa& visa() override { return visa_; }
-  lumodevice::io::SerialDevices& serialDevices() override { return serialDevices_; }
-  std::string origin(Link, int) const override { return "simulated"; }
-  std::string advice(Link) const override { return "the simulated instrument does not answer"; }
+  [[nodiscard]] lumodevice::io::Visa& visa() override { return visa_; }
+  [[nodiscard]] lumodevice::io::SerialDevices& serialDevices() override { return serialDevices_; }
+  [[nodiscard]] std::string origin(Link, int) const override { return "simulated"; }
+  [[nodiscard]] std::string advice(Link) const override {
+    return "the simulated instrument does not answer";
+  }
 
  private:
   /// Not the first that the search tries, so that it has something to search.

@@ -23,8 +23,8 @@ std::string statusText(ViStatus status) {
       return "in use by another program";
     default:
       std::array<char, 24> hexadecimal{};
-      std::snprintf(hexadecimal.data(), hexadecimal.size(), "VISA status 0x%08X",
-                    static_cast<unsigned>(status));
+      (void)std::snprintf(hexadecimal.data(), hexadecimal.size(), "VISA status 0x%08X",
+                          static_cast<unsigned>(status));
       return hexadecimal.data();
   }
 }

@@ -19,7 +19,7 @@ std::optional<std::string> variable(const char* name) {
 int main(int argc, char** argv) {
   // A reader that goes away is seen by the writes that fail, so that the link is still closed in
   // order.
-  std::signal(SIGPIPE, SIG_IGN);
+  (void)std::signal(SIGPIPE, SIG_IGN);
   zanctl::FileOutput output(STDOUT_FILENO);
   zanctl::FileOutput errors(STDERR_FILENO);
   try {

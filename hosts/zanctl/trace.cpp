@@ -49,8 +49,8 @@ void WireTrace::event(std::string_view what, std::string_view detail) {
   const std::int64_t micros =
       std::chrono::duration_cast<std::chrono::microseconds>(loop_.now()).count();
   std::array<char, 40> stamp{};
-  std::snprintf(stamp.data(), stamp.size(), "%" PRId64 ".%03" PRId64 " ", micros / 1000,
-                micros % 1000);
+  (void)std::snprintf(stamp.data(), stamp.size(), "%" PRId64 ".%03" PRId64 " ", micros / 1000,
+                      micros % 1000);
   output_.line(std::string(stamp.data()).append(what).append(detail));
 }
 

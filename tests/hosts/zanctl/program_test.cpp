@@ -1,12 +1,11 @@
 #include "hosts/zanctl/program.hpp"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <array>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 #include "tests/hosts/zanctl/program_fixture.hpp"
 
@@ -175,7 +174,8 @@ TEST_F(Program, aVisaLibraryThatCannotBeLoadedEndsItBeforeItStarts) {
   const Ended option = run({"connect", "--visa-library", file("none.so")});
   EXPECT_EQ(option.status, kWrongCommandLine);
   EXPECT_EQ(option.output, "");
-  EXPECT_THAT(option.errors, StartsWith("zanctl: cannot load the VISA library: " + file("none.so")));
+  EXPECT_THAT(option.errors,
+              StartsWith("zanctl: cannot load the VISA library: " + file("none.so")));
   variables["LUMODEVICE_VISA_LIBRARY"] = file("none.so");
   EXPECT_EQ(run({"controls"}).errors, option.errors);
 }

@@ -268,15 +268,15 @@ TEST_F(ScriptTest, everyInstructionWantsItsWords) {
   for (const Instruction& instruction : instructions()) {
     std::string line(instruction.name);
     for (std::size_t i = 0; i < instruction.least(); ++i) {
-      EXPECT_THAT(mistake(line), testing::StartsWith("too few words; write " +
-                                                     std::string(instruction.name)));
+      EXPECT_THAT(mistake(line),
+                  testing::StartsWith("too few words; write " + std::string(instruction.name)));
       line += " word";
     }
     for (std::size_t i = instruction.least(); i <= instruction.most(); ++i) {
       line += " word";
     }
-    EXPECT_THAT(mistake(line), testing::StartsWith("too many words; write " +
-                                                   std::string(instruction.name)));
+    EXPECT_THAT(mistake(line),
+                testing::StartsWith("too many words; write " + std::string(instruction.name)));
   }
 }
 
