@@ -55,7 +55,7 @@ void Connection::carryOut(Duration now) {
   }
 }
 
-void Connection::send(Delivery delivery, Duration now) {
+void Connection::send(const Delivery& delivery, Duration now) {
   owes_ = delivery.bytes.empty() || !delivery.end;
   const std::string_view bytes = delivery.bytes;
   const std::size_t size = delivery.pieceSize == 0 ? bytes.size() : delivery.pieceSize;

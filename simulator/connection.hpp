@@ -67,7 +67,7 @@ class Connection {
 
   void discardUnread();
   void carryOut(Duration now);
-  void send(Delivery delivery, Duration now);
+  void send(const Delivery& delivery, Duration now);
 
   Instrument& instrument_;
   Kind kind_;

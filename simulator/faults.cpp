@@ -80,7 +80,7 @@ Faults::Fault Faults::parse(std::string_view text) {
   }
   if (hasValue != (found->value != Name::Value::None)) {
     throw std::invalid_argument("\"" + std::string(whole) + "\": \"" + std::string(name) +
-                                (hasValue ? "\" takes no value" : "\" needs \"=\" and a value"));
+                                (hasValue ? R"(" takes no value)" : R"(" needs "=" and a value)"));
   }
   fault.kind = found->kind;
   if (found->value == Name::Value::Number) {

@@ -152,7 +152,7 @@ class Matcher {
   }
 
   template <typename Fits>
-  Places step(const Places& from, Fits fits) const {
+  [[nodiscard]] Places step(const Places& from, Fits fits) const {
     Places places(from.size());
     for (std::size_t i = 0; i < name_.size(); ++i) {
       places[i + 1] = from[i] && fits(upper(name_[i]));

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <iterator>
 #include <stdexcept>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <termios.h>

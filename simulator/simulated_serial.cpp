@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace zansim {
 
@@ -29,9 +30,8 @@ Duration byteTime(std::int32_t baud) {
 
 class SimulatedLine : public SerialLine {
  public:
-  SimulatedLine(Clock& clock, const SerialSocket& socket, const SerialSettings& settings,
-                bool& open)
-      : clock_(clock), baud_(socket.baud), settings_(settings), open_(open) {
+  SimulatedLine(Clock& clock, const SerialSocket& socket, SerialSettings settings, bool& open)
+      : clock_(clock), baud_(socket.baud), settings_(std::move(settings)), open_(open) {
     open_ = true;
     if (socket.instrument != nullptr) {
       connection_.emplace(*socket.instrument, Connection::Kind::Stream, byteTime(baud_));

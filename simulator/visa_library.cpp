@@ -47,7 +47,7 @@ struct Machine {
     try {
       instrument.faults.add(fault);
     } catch (const std::invalid_argument& wrong) {
-      std::fprintf(stderr, "ZANSIM_FAULTS: %s\n", wrong.what());
+      static_cast<void>(std::fprintf(stderr, "ZANSIM_FAULTS: %s\n", wrong.what()));
     }
   }
 };

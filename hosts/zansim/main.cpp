@@ -2,9 +2,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <exception>
-#include <memory>
+#include <iostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,25 +52,23 @@ void declare(CLI::App& app, Options& options) {
       "each followed by every=K, after=N and, for pieces, gap=MS as wanted.");
 }
 
-/// Control characters and bytes above 0x7E as \xHH.
+/// Control characters, bytes above 0x7E and the backslash as \xHH.
 std::string printable(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string shown;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte >= 0x20 && byte <= 0x7E && c != '\\') {
       shown += c;
     } else {
-      char code[5];
-      std::snprintf(code, sizeof code, "\\x%02X", byte);
-      shown += code;
+      shown.append("\\x").append({kDigits[byte / 16U], kDigits[byte % 16U]});
     }
   }
   return shown;
 }
 
 void show(std::string_view message, std::string_view answer) {
-  std::fprintf(stderr, "%s%s%s\n", printable(message).c_str(), answer.empty() ? "" : " -> ",
-               printable(answer).c_str());
+  std::cerr << printable(message) << (answer.empty() ? "" : " -> ") << printable(answer) << '\n';
 }
 
 int serve(const Options& options) {
@@ -89,13 +87,13 @@ int serve(const Options& options) {
   zansim::Server server(instrument, clock);
   if (options.port >= 0) {
     const unsigned port = server.listenTcp(static_cast<std::uint16_t>(options.port));
-    std::printf("listening on 127.0.0.1:%u\n", port);
+    std::cout << "listening on 127.0.0.1:" << port << '\n';
   }
   if (!options.link.empty()) {
     const std::string device = server.openTerminal(options.link, options.baud);
-    std::printf("listening on %s -> %s\n", options.link.c_str(), device.c_str());
+    std::cout << "listening on " << options.link << " -> " << device << '\n';
   }
-  std::fflush(stdout);
+  std::cout.flush();
   while (stopAsked == 0) {
     server.step(std::chrono::milliseconds(250));
   }
@@ -115,22 +113,22 @@ int main(int argc, char** argv) {
     if (error.get_exit_code() == 0) {
       return app.exit(error);
     }
-    std::fprintf(stderr, "zansim: %s (zansim --help tells what there is)\n", error.what());
+    std::cerr << "zansim: " << error.what() << " (zansim --help tells what there is)\n";
     return kWrongUse;
   }
   if (options.link.empty() && options.port < 0) {
-    std::fputs("zansim: nowhere to listen; give --pty LINK, --tcp PORT or both\n", stderr);
+    std::cerr << "zansim: nowhere to listen; give --pty LINK, --tcp PORT or both\n";
     return kWrongUse;
   }
-  std::signal(SIGINT, askToStop);
-  std::signal(SIGTERM, askToStop);
+  static_cast<void>(std::signal(SIGINT, askToStop));
+  static_cast<void>(std::signal(SIGTERM, askToStop));
   try {
     return serve(options);
   } catch (const std::invalid_argument& wrong) {
-    std::fprintf(stderr, "zansim: %s\n", wrong.what());
+    std::cerr << "zansim: " << wrong.what() << '\n';
     return kWrongUse;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "zansim: %s\n", error.what());
+    std::cerr << "zansim: " << error.what() << '\n';
     return 1;
   }
 }
