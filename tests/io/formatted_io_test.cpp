@@ -318,7 +318,7 @@ TEST_F(FormattedIOTest, randomAnswersNeverBreakTheBlockReader) {
       std::string bytes(random() % 24, ' ');
       for (char& c : bytes) c = alphabet[random() % alphabet.size()];
       if (random() % 3 == 0) bytes.insert(0, "#1" + std::to_string(random() % 10));
-      visa.answers.push_back({bytes, statuses[random() % statuses.size()]});
+      visa.answers.emplace_back(bytes, statuses[random() % statuses.size()]);
     }
     formatted->WriteString("?", true);
     if (blockFault(random() % 2 == 0, random() % 2 == 0) == 0) ++blocks;

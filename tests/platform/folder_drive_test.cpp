@@ -1,13 +1,13 @@
 #include "platform/posix/folder_drive.hpp"
 
 #include <csignal>
+#include <functional>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 #include "tests/io/fault_number.hpp"
+#include "tests/platform/child_process.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
 namespace lumodevice::posix {
@@ -137,37 +137,42 @@ TEST_F(FolderDriveTest, whatIsPutGoesOnWhereTheLastPutEnded) {
 
 /// A process of its own, because the limit that stands for a full disk holds for all of it.
 TEST_F(FolderDriveTest, aFullDiskIsFault61AndKeepsWhatWentIn) {
-  const pid_t child = ::fork();
-  ASSERT_GE(child, 0);
-  if (child == 0) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{.rlim_cur = 4096, .rlim_max = 4096};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    ::_exit(faultNumber<io::DriveFault>([&] { drive.open("C:\\big")->put(Bytes(10000, 'x')); }));
-  }
-  int result = 0;
-  ::waitpid(child, &result, 0);
-  EXPECT_TRUE(WIFEXITED(result));
-  EXPECT_EQ(WEXITSTATUS(result), 61);
+  EXPECT_EQ(inChildProcess([this] {
+              std::signal(SIGXFSZ, SIG_IGN);
+              const rlimit limit{.rlim_cur = 4096, .rlim_max = 4096};
+              ::setrlimit(RLIMIT_FSIZE, &limit);
+              return faultNumber<io::DriveFault>(
+                  [this] { drive.open("C:\\big")->put(Bytes(10000, 'x')); });
+            }),
+            61);
   EXPECT_EQ(folder.read("drive_c/big"), std::string(4096, 'x'));
 }
 
 TEST_F(FolderDriveTest, aFileThatMayOnlyBeReadIsReadAndNotWritten) {
-  if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind this user";
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
   const auto path = folder.write("drive_c/upload", "data");
-  std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-  const auto file = drive.open("C:\\upload");
-  Bytes data(4);
-  EXPECT_EQ(file->get(data), 4U);
-  EXPECT_NE(faultNumber<io::DriveFault>([&] { file->put(data); }), 0);
+  std::filesystem::permissions(path, std::filesystem::perms(0444));
+  EXPECT_EQ(asOrdinaryUser([this] {
+              const auto file = drive.open("C:\\upload");
+              Bytes data(4);
+              if (file->get(data) != 4 || data != bytes("data")) return 1;
+              return faultNumber<io::DriveFault>([&] { file->put(data); });
+            }),
+            75);
+  EXPECT_EQ(folder.read("drive_c/upload"), "data");
 }
 
 TEST_F(FolderDriveTest, aFolderThatMayNotBeWrittenIsPermissionDenied) {
-  if (::geteuid() == 0) GTEST_SKIP() << "permissions do not bind this user";
-  drive.createFolder("C:\\temp");
-  std::filesystem::permissions(folder.path() / "drive_c/temp", std::filesystem::perms(0500));
-  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open("C:\\temp\\x"); }), 70);
-  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.createFolder("C:\\temp\\x"); }), 70);
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+  folder.write("drive_c/temp/kept", "");
+  std::filesystem::permissions(folder.path() / "drive_c/temp", std::filesystem::perms(0555));
+  const std::function<void()> acts[] = {[this] { (void)drive.open("C:\\temp\\x"); },
+                                        [this] { drive.createFolder("C:\\temp\\x"); },
+                                        [this] { drive.remove("C:\\temp\\kept"); }};
+  for (const auto& act : acts) {
+    EXPECT_EQ(asOrdinaryUser([&] { return faultNumber<io::DriveFault>(act); }), 70);
+  }
+  std::filesystem::permissions(folder.path() / "drive_c/temp", std::filesystem::perms(0755));
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #include "platform/posix/serial_devices.hpp"
 
 #include <gmock/gmock.h>
-#include <sys/ioctl.h>
+#include <grp.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include "tests/io/fault_number.hpp"
+#include "tests/platform/child_process.hpp"
 #include "tests/platform/pseudo_terminal.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
@@ -129,6 +131,21 @@ TEST_F(SerialDevicesTest, settingsThatThisDeviceQuietlyIgnoresAreRefused) {
                 [&] { (void)open({.baud = 9600, .parity = 'e', .dataBits = 8, .stopBits = "1"}); }),
             io::kSerialInvalidValue);
   EXPECT_NE(open(), nullptr) << "the failed opening left nothing locked";
+}
+
+TEST_F(SerialDevicesTest, aDeviceThatTheUserMayNotUseNamesTheGroupToJoin) {
+  const ::group* dialout = ::getgrnam("dialout");
+  if (dialout == nullptr || ::chmod(terminal.device().c_str(), 0600) != 0 ||
+      ::chown(terminal.device().c_str(), ::getuid(), dialout->gr_gid) != 0) {
+    GTEST_SKIP() << "the device's group cannot be set by this user";
+  }
+  EXPECT_EQ(asOrdinaryUser([this] {
+              std::string what;
+              const int number = faultNumber<io::SerialFault>([this] { (void)open(); }, &what);
+              return what.find("add yourself to the dialout group") != std::string::npos ? number
+                                                                                         : 1;
+            }),
+            io::kSerialUnavailable);
 }
 
 TEST(ListSerialDevices, givesPortsWithAUartThenAdaptersEachByNumber) {

@@ -2,8 +2,8 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
+#include "tests/platform/child_process.hpp"
 #include "tests/platform/fake_usbtmc.hpp"
 #include "tests/platform/pseudo_terminal.hpp"
 
@@ -21,16 +21,6 @@ struct UsbtmcSessionTest : testing::Test {
     status = session.read(buffer, count);
     return buffer.substr(0, count);
   }
-  /// Runs `act` in another process; its result is the exit status.
-  template <typename Act>
-  static int elsewhere(Act act) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(act());
-    int result = 0;
-    ::waitpid(child, &result, 0);
-    return WEXITSTATUS(result);
-  }
-
   PseudoTerminal instrument;
   io::ViStatus status = io::VI_SUCCESS;
 };
@@ -91,12 +81,18 @@ TEST_F(UsbtmcSessionTest, otherProcessesAreShutOutAndSessionsOfThisOneAreNot) {
     const bool opened = open() != nullptr;
     return opened ? 1 : status == io::VI_ERROR_RSRC_LOCKED ? 2 : 3;
   };
-  EXPECT_EQ(elsewhere(openElsewhere), 2);
+  EXPECT_EQ(inChildProcess(openElsewhere), 2);
   { EXPECT_NE(open(), nullptr); }
   std::uint32_t count = 0;
   EXPECT_EQ(first->write("x", count), io::VI_SUCCESS);
-  EXPECT_EQ(elsewhere(openElsewhere), 2)
+  EXPECT_EQ(inChildProcess(openElsewhere), 2)
       << "the lock that fell with the second session is taken again";
+}
+
+TEST_F(UsbtmcSessionTest, aDeviceThatTheUserMayNotUseIsAPermissionError) {
+  EXPECT_EQ(asOrdinaryUser(
+                [this] { return open() == nullptr && status == io::VI_ERROR_NPERMISSION ? 1 : 2; }),
+            1);
 }
 
 TEST(UsbtmcDevices, areListedInTheOrderOfTheirNumbersWithTheirNames) {
