@@ -4,15 +4,13 @@
 #include <cstddef>
 #include <vector>
 
+#include "simulator/characters.hpp"
+
 namespace zansim {
 namespace {
 
 constexpr std::size_t kLongest = 256;
 constexpr int kDeepest = 8;
-
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 /// The places in a name that a match may have come to.
 using Places = std::vector<bool>;

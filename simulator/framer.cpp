@@ -1,14 +1,12 @@
 #include "simulator/framer.hpp"
 
+#include "simulator/characters.hpp"
+
 namespace zansim {
 namespace {
 
 bool isTerminator(char byte) {
   return byte == '\r' || byte == '\n';
-}
-/// White space between the parts of a message: blanks and every control character.
-bool isBlank(char byte) {
-  return byte >= 0 && byte <= ' ';
 }
 
 }  // namespace

@@ -1,16 +1,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "simulator/characters.hpp"
 #include "simulator/command.hpp"
 #include "simulator/command_tables.hpp"
 #include "simulator/mainframe.hpp"
 
 namespace zansim {
 namespace {
-
-bool isBlank(char c) {
-  return c >= 0 && c <= ' ';
-}
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
   while (!text.empty() && isBlank(text.front())) {

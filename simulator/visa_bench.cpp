@@ -5,15 +5,13 @@
 #include <stdexcept>
 #include <utility>
 
+#include "simulator/characters.hpp"
+
 namespace zansim {
 namespace {
 
 constexpr std::pair<std::string_view, Interface> kInterfaces[] = {
     {"USB", Interface::Usb}, {"GPIB", Interface::Gpib}, {"ASRL", Interface::Serial}};
-
-char upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 std::optional<Interface> interfaceOf(std::string_view upperName) {
   for (const auto& [prefix, interface] : kInterfaces) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "simulator/characters.hpp"
 #include "simulator/command.hpp"
 
 namespace zansim {
@@ -8,9 +9,6 @@ namespace {
 
 bool isLower(char c) {
   return c >= 'a' && c <= 'z';
-}
-char upper(char c) {
-  return isLower(c) ? static_cast<char>(c - 'a' + 'A') : c;
 }
 bool isLetter(char c) {
   return upper(c) >= 'A' && upper(c) <= 'Z';
