@@ -89,6 +89,9 @@ class ZANCtrl::Component {
     }
     form.Combo1.clear();
     form.cmbChannel.clear();
+    for (toolkit::ListBox* list : {&form.List1, &form.List2, &form.List3}) {
+      list->setOleDropMode(toolkit::ListBox::kDropManual);
+    }
   }
 
   void showConnectionPanel() {
