@@ -1,0 +1,188 @@
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "lumodevice/toolkit/hand.hpp"
+#include "lumodevice/toolkit/timer.hpp"
+#include "tests/support/panel_bench.hpp"
+
+namespace lumodevice::panel {
+namespace {
+
+using support::kLinks;
+using support::Over;
+using support::PanelBench;
+
+using namespace std::chrono_literals;
+using toolkit::Kind;
+
+/// Long enough for a search of all serial ports at every rate with the selection of a channel
+/// behind it, twice.
+constexpr auto kLongestAct = 20min;
+
+/// An operator who uses whatever is there, and a load that answers whatever comes to its mind; both
+/// follow from the seed.
+class Fuzz {
+ public:
+  Fuzz(std::uint32_t seed, Over link) : random_(seed) {
+    bench_.connect(link);
+    bench_.instrument.otherwise = [this](std::string_view) { return reply(); };
+    for (const char* query :
+         {":Mode?", ":CONF:VOLT:RANGE?", ":CONF:VOLT:LAT?", ":LOAD?", ":CONF:PROT:CURR:STAT?",
+          ":CONF:PROT:VOLT:STAT?", ":CONF:PROT:UVP:LEV?", ":SPEC:PASS?", ":CHAN?"}) {
+      bench_.instrument.on(query, std::vector<support::Reply>());
+    }
+    // All links are there for the operator to go to and fro between them.
+    bench_.visa.resources = {{"GPIB0::7::INSTR", "GPIB0", &bench_.instrument}};
+    bench_.visaCom.instruments = {{"GPIB0::7::INSTR", &bench_.instrument}};
+    bench_.serial.ports[3].instrument = &bench_.instrument;
+    for (const auto& control : bench_.zan().surface().controls()) {
+      controls_.push_back(control.get());
+    }
+    bench_.loop.onPass = [this] {
+      if (mayNest_ && below(20) == 0) {
+        mayNest_ = false;
+        nested_ = singleAct() + " within ";
+      }
+    };
+  }
+
+  /// One act, and perhaps another one within its waits; what they were.
+  std::string act() {
+    mayNest_ = true;
+    const std::string acted = singleAct();
+    const std::string acts = std::exchange(nested_, {}) + acted;
+    (void)bench_.journal();
+    return acts;
+  }
+
+  [[nodiscard]] toolkit::EventLoop::Duration now() { return bench_.loop.now(); }
+  [[nodiscard]] bool connected() { return bench_.zan().isConnected(); }
+
+ private:
+  std::string singleAct() {
+    toolkit::Control& control = *controls_[below(controls_.size())];
+    switch (control.kind()) {
+      case Kind::CommandButton:
+      case Kind::CheckBox:
+      case Kind::OptionButton:
+      case Kind::Label:
+      case Kind::PictureBox:
+        (void)toolkit::hand::click(control);
+        break;
+      case Kind::TextBox:
+        useText(control);
+        break;
+      case Kind::ComboBox:
+      case Kind::ListBox:
+        useList(control);
+        break;
+      case Kind::Form:
+      case Kind::Frame:
+      case Kind::Timer:
+      case Kind::Image:
+        bench_.run(std::chrono::milliseconds(below(2000)));
+        break;
+    }
+    return control.fullName();
+  }
+
+  std::size_t below(std::size_t count) {
+    return std::uniform_int_distribution<std::size_t>(0, count - 1)(random_);
+  }
+
+  std::string text() {
+    static const std::vector<std::string> kTexts = {
+        "",        " ",     "0",     "1",        "5.5",
+        "-3",      " 2 ",   "abc",   "1e400",    "&H10",
+        "١٢",      "250",   "65536", "NaN",      "CH1L",
+        "CH2G1",   "CH3G2", "*IDN?", "*RDT?",    ":LOAD?",
+        ":LOAD 1", "COM3",  "3",     "\xFF\xFE", std::string(1, '\0')};
+    return kTexts[below(kTexts.size())];
+  }
+
+  void useText(toolkit::Control& control) {
+    static constexpr toolkit::Key kKeys[] = {toolkit::Key::Enter, toolkit::Key::Up,
+                                             toolkit::Key::Down};
+    if (below(3) == 0) {
+      (void)toolkit::hand::press(control, kKeys[below(3)]);
+      return;
+    }
+    std::string typed = text();
+    // Waits of a minute each are no error, but the operator would not live to see the end.
+    const bool waitField = control.name() == "Text5" || control.name() == "Text6" ||
+                           control.name() == "txtVISATimeout";
+    if (waitField && typed == "65536") {
+      typed = "100";
+    }
+    (void)toolkit::hand::type(control, typed);
+  }
+
+  void useList(toolkit::Control& control) {
+    auto& list = dynamic_cast<toolkit::ListControl&>(control);
+    if (control.kind() == Kind::ComboBox && below(4) == 0) {
+      (void)toolkit::hand::type(control, text());
+    } else if (list.listCount() > 0) {
+      (void)toolkit::hand::select(
+          control, static_cast<int>(below(static_cast<std::size_t>(list.listCount()))));
+    } else {
+      (void)toolkit::hand::click(control);
+    }
+  }
+
+  support::Reply reply() {
+    static const std::vector<std::string> kAnswers = {
+        "CCH",   "CCL",  "CV", "CRH", "CRL",    "CCDH",     "CCDL",
+        "CRDH",  "CRDL", "cv", "CV ", "0",      "1",        "2",
+        "3",     "7",    "-1", "0.5", "12.345", "16",       "80",
+        "125",   "500",  "60", "NaN", "1e400",  "-1e400",   "70000",
+        "1e300", "",     " ",  "\r",  "\n",     "\xFF\x80", std::string("a\0b", 3),
+        "1,2,3", "0,0"};
+    switch (below(12)) {
+      case 0:
+        return support::silence();
+      case 1:
+        return support::answer(kAnswers[below(kAnswers.size())]);  // no terminator
+      case 2:
+        return support::answer(std::string(below(3000), '8') + "\r\n");
+      case 3:
+        return support::answer("12.3\n", std::chrono::milliseconds(below(400)));
+      default:
+        return support::answer(kAnswers[below(kAnswers.size())] + "\n");
+    }
+  }
+
+  std::mt19937 random_;
+  PanelBench bench_;
+  std::vector<toolkit::Control*> controls_;
+  bool mayNest_ = false;
+  std::string nested_;
+};
+
+class OperatorFuzz : public testing::TestWithParam<Over> {};
+
+INSTANTIATE_TEST_SUITE_P(Links, OperatorFuzz, testing::ValuesIn(kLinks));
+
+TEST_P(OperatorFuzz, endsEveryActInBoundedTimeAndWithoutAnError) {
+  for (std::uint32_t seed = 1; seed <= 4; ++seed) {
+    Fuzz fuzz(seed, GetParam());
+    std::string last;
+    int connected = 0;
+    for (int i = 0; i < 400; ++i) {
+      const auto before = fuzz.now();
+      ASSERT_NO_THROW(last = fuzz.act()) << "seed " << seed << " act " << i << " after " << last;
+      ASSERT_LE(fuzz.now() - before, kLongestAct)
+          << "seed " << seed << " act " << i << " on " << last;
+      connected += fuzz.connected() ? 1 : 0;
+    }
+    EXPECT_GT(connected, 40) << "seed " << seed << ": an operator without a link tests little";
+  }
+}
+
+}  // namespace
+}  // namespace lumodevice::panel
