@@ -92,6 +92,9 @@ void ChannelPanel::select() {
   modes_.ModeReadBack();
   SettingsReadBack();
   ReadingsReadBack();
+  if (!link_.connected()) {
+    return;  // the link went while one of the queries waited
+  }
   link_.panelState =
       form.chkAutoQuery.value() == CheckBox::kTicked ? link::kLoadedAutoQuery : link::kLoaded;
 }

@@ -183,6 +183,16 @@ TEST(ChannelSelection, asksNoMoreOnceTheLinkHasGone) {
   EXPECT_FALSE(bench.switchesSend());
 }
 
+TEST(ChannelSelection, isNotLoadedAfterALinkThatWentDuringIt) {
+  PanelBench bench;
+  bench.connect();
+  actAfter(bench, ":CURR:STAT:L2?", [&] { bench.click("optConnRS232"); });
+  bench.select("cmbChannel", 0);
+  // A connect would set the state of the panel anew; the flag alone shows what it was left at.
+  bench.control<toolkit::CommandButton>("cmdSendCmd").setEnabled(true);
+  EXPECT_FALSE(bench.switchesSend());
+}
+
 TEST(ChannelSelection, waitsOneUnitForEveryCommand) {
   PanelBench bench;
   bench.connect();
