@@ -2,28 +2,22 @@
 // writes and reads on the same kind of connection, both ends on one core. The wait unit is 0, for
 // the waits are settings and not costs.
 
-#include <arpa/inet.h>
 #include <chrono>
+#include <cstdio>
 #include <fcntl.h>
 #include <functional>
-#include <netinet/tcp.h>
 #include <pty.h>
+#include <sched.h>
 #include <string>
-#include <sys/socket.h>
 #include <termios.h>
 #include <unistd.h>
 #include <vector>
 
+#include "bench/component.hpp"
 #include "bench/one_core.hpp"
+#include "bench/raw_socket.hpp"
 #include "bench/responder.hpp"
 #include "bench/table.hpp"
-#include "lumodevice/io/visa_com_over_visa.hpp"
-#include "lumodevice/toolkit/controls.hpp"
-#include "lumodevice/zan_ctrl.hpp"
-#include "platform/posix/builtin_visa.hpp"
-#include "platform/posix/folder_drive.hpp"
-#include "platform/posix/serial_devices.hpp"
-#include "platform/posix/system_clock.hpp"
 
 namespace {
 
@@ -56,59 +50,22 @@ void compare(const std::string& what, const std::function<void()>& component,
   bench::printRatio(what, bench::median(componentTimes), bench::median(rawTimes), aim);
 }
 
-int connectTo(std::uint16_t port) {
-  const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  address.sin_port = htons(port);
-  (void)connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address);
-  const int on = 1;
-  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-  return descriptor;
-}
-
-/// A component with real links on a real-time loop.
-struct Component {
-  explicit Component(std::map<int, std::string> ports = {}) : serial(std::move(ports)) {}
-  toolkit::RealTimeLoop loop;
-  posix::BuiltinVisa visa;
-  io::VisaComOverVisa visaCom{visa};
-  posix::TermiosDevices serial;
-  posix::FolderDrive drive{"/nonexistent"};
-  posix::SystemWallClock clock;
-  ZANCtrl zan{Host{loop, visa, visaCom, serial, drive, clock, [](std::string_view) {}}};
-
-  toolkit::Surface& surface() { return zan.surface(); }
-  void click(const char* button) { surface().get<toolkit::CommandButton>(button).click.raise(); }
-};
-
 void compareOnSockets(bool visaCom) {
   const auto responder = bench::Responder::onSocket();
-  Component component;
-  component.surface().get<toolkit::TextBox>("Text5").setText("0");
-  component.surface().get<toolkit::OptionButton>("optVisa2").setValue(visaCom);
-  component.surface()
-      .get<toolkit::ComboBox>("cmbVISARes")
-      .setText("TCPIP0::127.0.0.1::" + std::to_string(responder.port()) + "::SOCKET");
-  component.click("cmdConnVISA");
-  if (!component.zan.isConnected()) {
+  toolkit::RealTimeLoop loop;
+  bench::Component component(loop);
+  component.control<toolkit::TextBox>("Text5").setText("0");
+  component.control<toolkit::OptionButton>("optVisa2").setValue(visaCom);
+  if (!component.connectTo(responder.port())) {
     std::puts("the component did not connect to the loopback socket");
     return;
   }
-  const int plain = connectTo(responder.port());
+  const bench::RawSocket plain(responder.port());
   const std::string line = std::string(kQuery) + "\n";
   compare(
       visaCom ? "query over VISA COM, loopback socket"
               : "query over the VISA layer, loopback socket",
-      [&] { component.zan.SendCmd(kQuery); },
-      [&] {
-        char buffer[80];
-        (void)!send(plain, line.data(), line.size(), 0);
-        (void)!recv(plain, buffer, sizeof buffer, 0);
-      },
-      1.15);
-  close(plain);
+      [&] { component.zan.SendCmd(kQuery); }, [&] { plain.exchange(line); }, 1.15);
 }
 
 struct Terminal {

@@ -23,6 +23,7 @@ struct Answer {
 constexpr Answer kAnswers[] = {{"*IDN?", "LUMO,ZAN-BENCH,1,1.0\n"},
                                {"*RDT?", "2040-80\n"},
                                {":CHAN?", "1\n"},
+                               {":Mode?", "CCH\n"},
                                {"", "1.234\n"}};
 
 std::string_view answerTo(std::string_view line) {

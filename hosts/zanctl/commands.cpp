@@ -8,6 +8,7 @@
 #include "hosts/zanctl/connection.hpp"
 #include "hosts/zanctl/control_table.hpp"
 #include "hosts/zanctl/demo.hpp"
+#include "hosts/zanctl/readings.hpp"
 #include "hosts/zanctl/script.hpp"
 #include "hosts/zanctl/station.hpp"
 
@@ -44,7 +45,9 @@ constexpr std::array kCommands = {
             .argumentHelp = "A command of the instrument; quote it for the shell",
             .count = Count::OneOrMore,
             .run = runSend},
-    Command{.name = "readings", .help = "Print the readings of each channel (not available yet)"},
+    Command{.name = "readings",
+            .help = "Connect and print voltage, current, power and load state of each channel",
+            .run = runReadings},
     Command{.name = "capture", .help = "Save the instrument's screen (not available yet)"},
     Command{.name = "files", .help = "Save and restore memory files (not available yet)"},
     Command{.name = "controls",

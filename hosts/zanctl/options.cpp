@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <sstream>
 
 #include "hosts/zanctl/commands.hpp"
@@ -15,6 +16,8 @@ namespace zanctl {
 namespace {
 
 constexpr int kLastPort = 16;
+/// A channel's number is one digit on the wire.
+constexpr int kLastChannel = 9;
 
 struct NamedLink {
   std::string_view name;
@@ -162,9 +165,27 @@ class Parser {
           ->expected(1,
                      command.count == Count::OneOrMore ? CLI::detail::expected_max_vector_size : 1);
     }
+    if (command.name == "readings") {
+      addReadingsOptions(*sub);
+    }
     if (command.name == "run") {
       sub->footer(scriptHelp);
     }
+  }
+
+  void addReadingsOptions(CLI::App& sub) {
+    Options::Readings& readings = options_.readings;
+    sub.add_option("--channel", readings.channel, "This channel only")
+        ->type_name("N")
+        ->check(CLI::Range(1, kLastChannel));
+    sub.add_option("--count", readings.count,
+                   "Rounds to take, 1 when not given; 0 goes on for ever")
+        ->type_name("N")
+        ->check(CLI::Range(0, std::numeric_limits<int>::max()));
+    sub.add_option("--every", readings.every, "From one round to the next, 1000 when not given")
+        ->type_name("MS")
+        ->check(CLI::Range(0, std::numeric_limits<int>::max()));
+    sub.add_flag("--csv", readings.csv, "Comma-separated values with time stamps");
   }
 
   CLI::App app_{"Drives the instrument control ZANCtrl in a terminal", "zanctl"};

@@ -32,6 +32,15 @@ struct Options {
   /// A file, or "-" for standard error.
   std::optional<std::string> trace;
 
+  /// Of the command `readings`.
+  struct Readings {
+    int channel = 0;   ///< 0: all
+    int count = 1;     ///< rounds; 0: until the program is ended
+    int every = 1000;  ///< milliseconds from the start of one round to that of the next
+    bool csv = false;
+  };
+  Readings readings;
+
   const Command* command = nullptr;
   /// The words behind the command.
   std::vector<std::string> arguments;

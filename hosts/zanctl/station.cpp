@@ -19,6 +19,14 @@ std::unique_ptr<toolkit::EventLoop> makeLoop(const Options& options) {
   return std::make_unique<toolkit::RealTimeLoop>();
 }
 
+std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
+                                                         const lumodevice::io::Clock& clock) {
+  if (options.virtualTime) {
+    return std::make_unique<lumodevice::posix::VirtualWallClock>(clock);
+  }
+  return std::make_unique<lumodevice::posix::SystemWallClock>();
+}
+
 }  // namespace
 
 Station::Station(const Options& options, const Streams& streams)
@@ -34,7 +42,7 @@ Station::Station(const Options& options, const Streams& streams)
       trace_ ? *tracingSerialDevices_ : links_->serialDevices();
   visaCom_.emplace(visa);
   drive_ = std::make_unique<lumodevice::posix::FolderDrive>(options.driveC.value_or(""));
-  wallClock_ = std::make_unique<lumodevice::posix::SystemWallClock>();
+  wallClock_ = makeWallClock(options, *clock_);
   component_ = std::make_unique<lumodevice::ZANCtrl>(
       lumodevice::Host{.loop = *loop_,
                        .visa = visa,
@@ -62,7 +70,7 @@ void Station::showBox(std::string_view text) {
   if (trace_) {
     trace_->showedBox(text);
   }
-  streams_.output.line("[information] " + escaped(text));
+  (boxesAside_ ? streams_.errors : streams_.output).line("[information] " + escaped(text));
 }
 
 void Station::choose(Link link) {

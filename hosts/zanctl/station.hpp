@@ -33,9 +33,12 @@ class Station {
   [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
   [[nodiscard]] Links& links() { return *links_; }
+  [[nodiscard]] const lumodevice::io::WallClock& wallClock() const { return *wallClock_; }
   [[nodiscard]] const Streams& streams() const { return streams_; }
   [[nodiscard]] Output& output() { return streams_.output; }
   [[nodiscard]] Output& errors() { return streams_.errors; }
+  /// Information boxes go to standard error from now on, for an output that another program reads.
+  void showBoxesAside() { boxesAside_ = true; }
 
  private:
   void startTrace(const std::string& file);
@@ -43,6 +46,7 @@ class Station {
   void choose(Link link);
 
   Streams streams_;
+  bool boxesAside_ = false;
   std::unique_ptr<lumodevice::toolkit::EventLoop> loop_;
   std::unique_ptr<lumodevice::io::Clock> clock_;
   std::unique_ptr<Links> links_;

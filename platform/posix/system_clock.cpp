@@ -1,23 +1,45 @@
 #include "platform/posix/system_clock.hpp"
 
+#include <chrono>
 #include <ctime>
 #include <thread>
 
 namespace lumodevice::posix {
 
-io::LocalTime SystemWallClock::now() const {
-  timespec moment{};
-  ::clock_gettime(CLOCK_REALTIME, &moment);
+namespace {
+
+using Moment = std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds>;
+
+Moment presentMoment() {
+  return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
+}
+
+io::LocalTime localTime(Moment moment) {
+  const auto second = std::chrono::floor<std::chrono::seconds>(moment);
+  const std::time_t time = std::chrono::system_clock::to_time_t(second);
   std::tm local{};
-  ::localtime_r(&moment.tv_sec, &local);
+  ::localtime_r(&time, &local);
   return {.year = local.tm_year + 1900,
           .month = local.tm_mon + 1,
           .day = local.tm_mday,
           .hour = local.tm_hour,
           .minute = local.tm_min,
           .second = local.tm_sec,
-          .millisecond = static_cast<int>(moment.tv_nsec / 1000000),
+          .millisecond = static_cast<int>((moment - second).count()),
           .utcOffset = static_cast<int>(local.tm_gmtoff / 60)};
+}
+
+}  // namespace
+
+io::LocalTime SystemWallClock::now() const {
+  return localTime(presentMoment());
+}
+
+VirtualWallClock::VirtualWallClock(const io::Clock& clock)
+    : clock_(clock), start_(presentMoment()) {}
+
+io::LocalTime VirtualWallClock::now() const {
+  return localTime(start_ + std::chrono::floor<std::chrono::milliseconds>(clock_.now()));
 }
 
 SystemClock::Duration SystemClock::now() const {

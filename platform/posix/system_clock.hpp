@@ -12,6 +12,19 @@ class SystemWallClock : public io::WallClock {
   [[nodiscard]] io::LocalTime now() const override;
 };
 
+/// The system's date and time at its making, moved on by another clock from there: what the date is
+/// in virtual time.
+class VirtualWallClock : public io::WallClock {
+ public:
+  /// The clock must outlive this object and stand near its start.
+  explicit VirtualWallClock(const io::Clock& clock);
+  [[nodiscard]] io::LocalTime now() const override;
+
+ private:
+  const io::Clock& clock_;
+  std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds> start_;
+};
+
 /// The steady clock, counting from the construction of this object.
 class SystemClock : public io::Clock {
  public:

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/toolkit/controls.hpp"
+#include "lumodevice/zan_ctrl.hpp"
+#include "platform/posix/builtin_visa.hpp"
+#include "platform/posix/folder_drive.hpp"
+#include "platform/posix/serial_devices.hpp"
+#include "platform/posix/system_clock.hpp"
+
+namespace bench {
+
+/// A component with real links, on a loop of the caller's.
+class Component {
+ public:
+  explicit Component(lumodevice::toolkit::EventLoop& loop) : Component(loop, nullptr) {}
+  /// With a layer between the component and the VISA library.
+  Component(lumodevice::toolkit::EventLoop& loop, lumodevice::io::Visa* layer)
+      : zan({.loop = loop,
+             .visa = layer == nullptr ? visa_ : *layer,
+             .visaCom = visaCom_,
+             .serialDevices = serial_,
+             .drive = drive_,
+             .wallClock = clock_,
+             .informationBox = [](std::string_view) {}}) {}
+
+  lumodevice::posix::BuiltinVisa& visa() { return visa_; }
+
+  template <typename ControlType>
+  ControlType& control(std::string_view name) {
+    return zan.surface().get<ControlType>(name);
+  }
+
+  /// Connects to a loopback socket as an operator does who types its address; false when in vain.
+  bool connectTo(std::uint16_t port) {
+    control<lumodevice::toolkit::ComboBox>("cmbVISARes")
+        .setText("TCPIP0::127.0.0.1::" + std::to_string(port) + "::SOCKET");
+    control<lumodevice::toolkit::CommandButton>("cmdConnVISA").click.raise();
+    return zan.isConnected();
+  }
+
+ private:
+  lumodevice::posix::BuiltinVisa visa_;
+  lumodevice::io::VisaComOverVisa visaCom_{visa_};
+  lumodevice::posix::TermiosDevices serial_;
+  lumodevice::posix::FolderDrive drive_{"/nonexistent"};
+  lumodevice::posix::SystemWallClock clock_;
+
+ public:
+  lumodevice::ZANCtrl zan;
+};
+
+}  // namespace bench

@@ -1,0 +1,173 @@
+#include "hosts/zanctl/readings.hpp"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hosts/zanctl/connection.hpp"
+#include "hosts/zanctl/escape.hpp"
+#include "hosts/zanctl/table.hpp"
+#include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/controls.hpp"
+
+namespace zanctl {
+
+namespace {
+
+namespace text = lumodevice::text;
+using lumodevice::toolkit::ComboBox;
+
+/// What a channel is asked for, and what it is called in a table and in a file.
+struct Reading {
+  std::string_view query;
+  std::string_view heading;
+  std::string_view column;
+};
+constexpr auto kReadings = std::to_array<Reading>({{":FETC:VOLT?", "Voltage(V)", "voltage_V"},
+                                                   {":FETC:CURR?", "Current(A)", "current_A"},
+                                                   {":FETC:POW?", "Power(W)", "power_W"},
+                                                   {":LOAD?", "Load", "load"}});
+constexpr std::size_t kLoad = 3;
+
+/// An entry of the channel list: "CH3-2040" is number 3, name "CH3-2040".
+struct Channel {
+  std::string number;
+  std::string name;
+};
+
+Channel channelOf(std::string_view name) {
+  return {text::Mid(name, 3, 1), std::string(name)};
+}
+
+std::vector<Channel> channelsToRead(Station& station, const Options::Readings& options) {
+  const auto& list = station.component().surface().get<ComboBox>("cmbChannel");
+  std::vector<Channel> channels;
+  for (int i = 0; i < list.listCount(); ++i) {
+    const Channel channel = channelOf(list.list(i));
+    if (options.channel == 0 || channel.number == std::to_string(options.channel)) {
+      channels.push_back(channel);
+    }
+  }
+  return channels;
+}
+
+/// ISO 8601 with milliseconds and the offset from UTC.
+std::string timeStamp(const lumodevice::io::LocalTime& time) {
+  std::array<char, 64> stamp{};
+  const int offset = std::abs(time.utcOffset);
+  std::snprintf(stamp.data(), stamp.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02d:%02d",
+                time.year, time.month, time.day, time.hour, time.minute, time.second,
+                time.millisecond, time.utcOffset < 0 ? '-' : '+', offset / 60, offset % 60);
+  return stamp.data();
+}
+
+/// Asks the selected channel; an empty field stands for an answer that did not come.
+Row readChannel(Station& station, const Options::Readings& options, bool& complete) {
+  Row row;
+  for (std::size_t i = 0; i < kReadings.size(); ++i) {
+    station.component().SendCmd(kReadings[i].query);
+    std::string answer = escaped(text::Trim(station.component().ResultStr()));
+    complete = complete && !answer.empty();
+    if (i == kLoad && !answer.empty() && !options.csv) {
+      answer = text::Val(answer) == 0 ? "off" : "on";
+    }
+    row.push_back(std::move(answer));
+  }
+  return row;
+}
+
+std::string joined(const Row& row) {
+  std::string line;
+  for (const std::string& field : row) {
+    line += (line.empty() ? "" : ",") + field;
+  }
+  return line;
+}
+
+/// One round over the channels; false when an answer did not come.
+bool readRound(Station& station, const Options::Readings& options,
+               const std::vector<Channel>& channels, std::string& selected) {
+  bool complete = true;
+  std::vector<Row> table{{"Channel"}};
+  for (const Reading& reading : kReadings) {
+    table[0].emplace_back(reading.heading);
+  }
+  for (const Channel& channel : channels) {
+    if (selected != channel.number) {
+      station.component().SendCmd(":CHAN " + channel.number);
+      selected = channel.number;
+    }
+    const std::string stamp = timeStamp(station.wallClock().now());
+    Row row = readChannel(station, options, complete);
+    row.insert(row.begin(), escaped(channel.name));
+    if (options.csv) {
+      row.insert(row.begin(), stamp);
+      station.output().line(joined(row));
+    } else {
+      table.push_back(std::move(row));
+    }
+    if (station.output().closed()) {
+      return complete;
+    }
+  }
+  if (!options.csv) {
+    station.output().write(alignedTable(table));
+  }
+  return complete;
+}
+
+void printCsvHeader(Output& output) {
+  Row header{"time", "channel"};
+  for (const Reading& reading : kReadings) {
+    header.emplace_back(reading.column);
+  }
+  output.line(joined(header));
+}
+
+}  // namespace
+
+ExitStatus runReadings(Station& station, const Options& allOptions) {
+  const Options::Readings& options = allOptions.readings;
+  if (options.csv) {
+    station.showBoxesAside();
+  }
+  if (!connectOrExplain(station, allOptions)) {
+    return kFailed;
+  }
+  const std::vector<Channel> channels = channelsToRead(station, options);
+  if (channels.empty()) {
+    station.errors().line(options.channel == 0
+                              ? "zanctl: the instrument lists no channels"
+                              : "zanctl: the instrument has no channel " +
+                                    std::to_string(options.channel) + " (see zanctl connect)");
+    return kFailed;
+  }
+  if (options.csv) {
+    printCsvHeader(station.output());
+  }
+  const std::string shown =
+      channelOf(station.component().surface().get<ComboBox>("cmbChannel").text()).number;
+  std::string selected = shown;
+  bool complete = true;
+  const auto begin = station.loop().now();
+  for (int round = 0; options.count == 0 || round < options.count; ++round) {
+    const auto due = begin + std::chrono::milliseconds(options.every) * round;
+    if (due > station.loop().now()) {
+      station.loop().runFor(due - station.loop().now());
+    }
+    complete = readRound(station, options, channels, selected) && complete;
+    if (station.output().closed()) {
+      return kOutputClosed;
+    }
+  }
+  if (selected != shown) {
+    station.component().SendCmd(":CHAN " + shown);
+  }
+  return complete ? kDone : kFailed;
+}
+
+}  // namespace zanctl
