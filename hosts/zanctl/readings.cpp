@@ -59,9 +59,9 @@ std::vector<Channel> channelsToRead(Station& station, const Options::Readings& o
 std::string timeStamp(const lumodevice::io::LocalTime& time) {
   std::array<char, 64> stamp{};
   const int offset = std::abs(time.utcOffset);
-  std::snprintf(stamp.data(), stamp.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02d:%02d",
-                time.year, time.month, time.day, time.hour, time.minute, time.second,
-                time.millisecond, time.utcOffset < 0 ? '-' : '+', offset / 60, offset % 60);
+  (void)std::snprintf(stamp.data(), stamp.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02d:%02d",
+                      time.year, time.month, time.day, time.hour, time.minute, time.second,
+                      time.millisecond, time.utcOffset < 0 ? '-' : '+', offset / 60, offset % 60);
   return stamp.data();
 }
 

@@ -15,26 +15,33 @@ inline constexpr int kSingle = -1;
 /// One control. Rows stand in z-order, containers before what sits in them.
 struct ControlRow {
   std::string_view name;
-  int index;  ///< position in the control array, or kSingle
+  /// Position in the control array, or kSingle.
+  int index;
   toolkit::Kind kind;
-  std::string_view
-      container;          ///< name of the form or frame that it sits in; "" for the form itself
-  std::string_view text;  ///< caption, or text of a text or combo box
+  /// Name of the form or frame that it sits in; "" for the form itself.
+  std::string_view container;
+  /// Caption, or text of a text or combo box.
+  std::string_view text;
   std::string_view tag;
-  toolkit::Place place;  ///< twips, relative to the container
-  std::string_view start =
-      "";  ///< starting state: any of "disabled", "hidden", "on", and "interval=" ms
-  std::string_view items = "";  ///< items of a combo box, separated by "|"
+  /// Twips, relative to the container.
+  toolkit::Place place;
+  /// Starting state: any of "disabled", "hidden", "on", and "interval=" milliseconds.
+  std::string_view start = {};
+  /// Items of a combo box, separated by "|".
+  std::string_view items = {};
 };
 
 /// One value box with its Set button and the label beside it.
 struct SettingRow {
-  int index;  ///< of txtInput, cmdSet and (where there is a caption) lblInput
+  /// Of txtInput, cmdSet and (where there is a caption) lblInput.
+  int index;
   std::string_view frame;
-  std::string_view
-      caption;           ///< with the unit that the instrument takes; "" for no label of its own
-  std::string_view tag;  ///< position of the command prefix in the command table plus one
-  int row;               ///< row within the frame, from 0
+  /// With the unit that the instrument takes; "" for no label of its own.
+  std::string_view caption;
+  /// Position of the command prefix in the command table plus one.
+  std::string_view tag;
+  /// Row within the frame, from 0.
+  int row;
 };
 
 [[nodiscard]] std::span<const ControlRow> controlRows();

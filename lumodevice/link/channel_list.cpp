@@ -87,7 +87,7 @@ void ChannelList::ScanChannels() {
     }
     channel = text::add16(channel, 1);
     const std::string name = "CH" + std::to_string(channel);
-    form.cmbChannel.addItem(name + "-" + module);
+    form.cmbChannel.addItem(std::string(name).append("-").append(module));
     if (isGroupCapable(module)) {
       form.List1.addItem(name);
     }

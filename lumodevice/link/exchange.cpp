@@ -124,8 +124,8 @@ void Exchange::sendOverVisaLibrary(const std::string& command) {
 void Exchange::logCommand(const std::string& command) const {
   const io::LocalTime now = link_.host.wallClock.now();
   std::array<char, 64> stamp{};
-  std::snprintf(stamp.data(), stamp.size(), "%04d%02d%02d %02d%02d%02d ", now.year, now.month,
-                now.day, now.hour, now.minute, now.second);
+  (void)std::snprintf(stamp.data(), stamp.size(), "%04d%02d%02d %02d%02d%02d ", now.year, now.month,
+                      now.day, now.hour, now.minute, now.second);
   *link_.host.log << stamp.data() << command << ' ' << link_.form.txtReturn.text() << '\n'
                   << std::flush;
 }

@@ -134,7 +134,7 @@ void Modes::readCvResponse() {
   }
 }
 
-void Modes::tagGoNogoBoxes() {
+void Modes::tagGoNogoBoxes() const {
   const bool cv = link_.form.optMode(kCv).value();
   link_.form.txtInput(kGoNogoHighBox).setTag(cv ? "42" : "38");
   link_.form.txtInput(kGoNogoLowBox).setTag(cv ? "43" : "39");

@@ -20,7 +20,7 @@ class Modes {
   void ModeFieldsReadBack(int mode);
 
   /// Go/NoGo limits are current limits in CV and voltage limits in every other mode.
-  void tagGoNogoBoxes();
+  void tagGoNogoBoxes() const;
 
  private:
   void click(int mode);

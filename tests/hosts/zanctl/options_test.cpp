@@ -125,8 +125,25 @@ TEST_F(OptionsTest, theTourIsAlwaysSimulated) {
   EXPECT_EQ(options.visaLibrary, std::nullopt);
 }
 
+TEST_F(OptionsTest, readingsTakeWhatTheyAreTakenBy) {
+  const Options::Readings usual = parse({"readings"}).readings;
+  EXPECT_EQ(usual.channel, 0);
+  EXPECT_EQ(usual.count, 1);
+  EXPECT_EQ(usual.every, 1000);
+  EXPECT_FALSE(usual.csv);
+  const Options::Readings given =
+      parse({"readings", "--channel", "3", "--count", "0", "--every", "250", "--csv"}).readings;
+  EXPECT_EQ(given.channel, 3);
+  EXPECT_EQ(given.count, 0);
+  EXPECT_EQ(given.every, 250);
+  EXPECT_TRUE(given.csv);
+  for (const auto& [option, value] : {std::pair{"--channel", "0"}, std::pair{"--channel", "10"},
+                                      std::pair{"--count", "-1"}, std::pair{"--every", "soon"}}) {
+    EXPECT_THROW(parse({"readings", option, value}), WrongCommandLine) << option << value;
+  }
+}
+
 TEST_F(OptionsTest, commandsToComeTakeAnyWords) {
-  EXPECT_EQ(parse({"readings", "--count", "3", "--csv"}).command->run, nullptr);
   EXPECT_EQ(parse({"capture", "screen.bmp", "--link", "visacom"}).command->run, nullptr);
   EXPECT_EQ(parse({"files", "get-seq"}).command->run, nullptr);
 }

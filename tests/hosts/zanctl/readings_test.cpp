@@ -1,0 +1,99 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/hosts/zanctl/program_fixture.hpp"
+
+namespace zanctl {
+namespace {
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+
+class Readings : public ProgramTest {
+ protected:
+  static std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+      lines.push_back(line);
+    }
+    return lines;
+  }
+};
+
+TEST_F(Readings, areATableOfEveryChannel) {
+  const Ended ended = simulate({"readings"});
+  EXPECT_EQ(ended.status, kDone) << ended.errors;
+  const auto lines = linesOf(ended.output);
+  ASSERT_EQ(lines.size(), 8U) << ended.output;
+  EXPECT_THAT(lines[0],
+              MatchesRegex("Channel +Voltage\\(V\\) +Current\\(A\\) +Power\\(W\\) +Load"));
+  EXPECT_THAT(lines[1], MatchesRegex("CH1-2021L +[0-9.]+ +[0-9.]+ +[0-9.]+ +(on|off)"));
+  EXPECT_THAT(lines[7], MatchesRegex("CH7-2030 +[0-9.]+ +[0-9.]+ +[0-9.]+ +(on|off)"));
+}
+
+TEST_F(Readings, ofOneChannelLeaveTheOthersAlone) {
+  const Ended ended = simulate({"readings", "--channel", "3"});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(linesOf(ended.output).size(), 2U) << ended.output;
+  EXPECT_THAT(ended.output, HasSubstr("CH3-2040"));
+}
+
+TEST_F(Readings, ofAChannelThatIsNotThereAreRefused) {
+  const Ended ended = simulate({"readings", "--channel", "9"});
+  EXPECT_EQ(ended.status, kFailed);
+  EXPECT_EQ(ended.output, "");
+  EXPECT_EQ(ended.errors, "zanctl: the instrument has no channel 9 (see zanctl connect)\n");
+}
+
+TEST_F(Readings, asCsvStartWithAHeaderThatNamesTheUnits) {
+  const Ended ended = simulate({"readings", "--csv", "--channel", "1", "--count", "3"});
+  EXPECT_EQ(ended.status, kDone);
+  const auto lines = linesOf(ended.output);
+  ASSERT_EQ(lines.size(), 4U) << ended.output;
+  EXPECT_EQ(lines[0], "time,channel,voltage_V,current_A,power_W,load");
+  const std::regex row(
+      "\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}[+-]\\d\\d:\\d\\d,CH1-2021L,"
+      "[0-9.]+,[0-9.]+,[0-9.]+,[01]");
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    EXPECT_TRUE(std::regex_match(lines[i], row)) << lines[i];
+  }
+}
+
+TEST_F(Readings, areTakenWhenTheirRoundIsDue) {
+  const Ended ended = simulate(
+      {"readings", "--csv", "--channel", "1", "--count", "3", "--every", "60000", "--trace", "-"});
+  // The first query of each round, in milliseconds of the virtual clock.
+  std::vector<double> starts;
+  for (const std::string& line : linesOf(ended.errors)) {
+    if (line.find(" send \":FETC:VOLT?") != std::string::npos) {
+      starts.push_back(std::stod(line));
+    }
+  }
+  ASSERT_GE(starts.size(), 3U);
+  const std::size_t last = starts.size() - 1;
+  EXPECT_DOUBLE_EQ(starts[last] - starts[last - 1], 60000);
+  EXPECT_DOUBLE_EQ(starts[last - 1] - starts[last - 2], 60000);
+}
+
+TEST_F(Readings, leaveThePanelsChannelSelected) {
+  const Ended ended = simulate({"readings", "--trace", "-"});
+  const auto last = ended.errors.rfind("send \":CHAN ");
+  ASSERT_NE(last, std::string::npos);
+  EXPECT_EQ(ended.errors.substr(last, 15), "send \":CHAN 1\\n");
+}
+
+TEST_F(Readings, workOnEveryLink) {
+  for (const char* link : {"visa", "visacom", "serial"}) {
+    const Ended ended = simulate({"readings", "--link", link});
+    EXPECT_EQ(ended.status, kDone) << link << ended.errors;
+    EXPECT_EQ(linesOf(ended.output).size(), 8U) << ended.output;
+  }
+}
+
+}  // namespace
+}  // namespace zanctl
