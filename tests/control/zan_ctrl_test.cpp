@@ -165,6 +165,7 @@ TEST(DisplayCmd, showsAndHidesTheCommandBoxAndTheButtonsInOrder) {
   }
   bench.zan().DisplayCmd(true);
   std::vector<std::string> shown;
+  shown.reserve(names.size());
   for (const std::string& name : names) {
     shown.push_back(name + ".Visible True");
   }

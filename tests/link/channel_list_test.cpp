@@ -7,7 +7,6 @@ namespace {
 
 using link::LinkParts;
 using support::Bench;
-using support::kIdentity;
 using support::lines;
 using support::silence;
 
@@ -137,6 +136,13 @@ TEST_F(ChannelScan, selectingTheChannelTellsTheInstrument) {
   bench.instrument.on(":CHAN?", "2\n");
   bench.click("cmdAutoConnVISA");
   EXPECT_EQ(bench.journal({"WriteString :CHAN 2"}), lines({"WriteString :CHAN 2\\n END"}));
+}
+
+TEST_F(ChannelScan, emptiesTheCommandBoxBeforeItAsksForThePresentChannel) {
+  bench.watch({"TXT"});
+  bench.zan().SendCmd(":CHAN?");
+  bench.click("cmdAutoConnVISA");
+  EXPECT_EQ(bench.journal({"TXT"}), lines({"TXT.Text :CHAN?", "TXT.Text ", "TXT.Text :CHAN?"}));
 }
 
 TEST_F(ChannelScan, asksForThePresentChannelEvenWhenThatWasTheLastCommand) {

@@ -6,7 +6,6 @@ namespace lumodevice {
 namespace {
 
 using support::Bench;
-using support::Instrument;
 using support::kIdentity;
 using support::lines;
 using support::silence;

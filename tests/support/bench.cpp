@@ -90,6 +90,7 @@ std::string Bench::read(std::string_view name, std::string_view property) {
 std::string Bench::items(std::string_view name) {
   const auto& list = dynamic_cast<const toolkit::ListControl&>(find(name));
   std::vector<std::string> entries;
+  entries.reserve(static_cast<std::size_t>(list.listCount()));
   for (int i = 0; i < list.listCount(); ++i) {
     entries.push_back(list.list(i));
   }

@@ -1,13 +1,12 @@
 #include "tests/support/script.hpp"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <utility>
 
 namespace lumodevice::support {
 
 std::string escaped(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string text;
   for (const char byte : bytes) {
     if (byte == '\r') {
@@ -21,9 +20,8 @@ std::string escaped(std::string_view bytes) {
     } else if (byte >= ' ' && byte <= '~') {
       text += byte;
     } else {
-      std::array<char, 5> code{};
-      std::snprintf(code.data(), code.size(), "\\x%02X", static_cast<unsigned char>(byte));
-      text += code.data();
+      const auto code = static_cast<unsigned char>(byte);
+      text += {'\\', 'x', kDigits[code >> 4], kDigits[code & 0xF]};
     }
   }
   return text;

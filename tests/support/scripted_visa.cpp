@@ -1,18 +1,20 @@
 #include "tests/support/scripted_visa.hpp"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdio>
+#include <string_view>
 
 namespace lumodevice::support {
 
 namespace {
 
 std::string attributeText(io::ViAttr attribute) {
-  std::array<char, 9> text{};
-  std::snprintf(text.data(), text.size(), "%08X", attribute);
-  return text.data();
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string text;
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    text += kDigits[(attribute >> shift) & 0xF];
+  }
+  return text;
 }
 
 std::string callText(const char* name, std::uint32_t handle) {

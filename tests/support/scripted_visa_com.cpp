@@ -18,7 +18,7 @@ std::string_view flag(bool set, std::string_view text) {
 
 }  // namespace
 
-void ScriptedVisaCom::call(std::string line) {
+void ScriptedVisaCom::call(const std::string& line) {
   if (const int code = script_.call(line); code != 0) {
     throw io::VisaComFault(code, line);
   }

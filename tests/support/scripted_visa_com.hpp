@@ -29,7 +29,7 @@ class ScriptedVisaCom : public io::VisaCom {
   class Manager;
   class FormattedIO;
 
-  void call(std::string line);
+  void call(const std::string& line);
 
   Script& script_;
   toolkit::EventLoop& clock_;
