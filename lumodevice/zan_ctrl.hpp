@@ -31,8 +31,8 @@ class ZANCtrl {
   [[nodiscard]] bool bDevAvaliable() const;
   void bDevAvaliable(bool available);
 
-  /// The formatted-I/O object of the last VISA COM link; null before the first one. It keeps its session
-  /// open until the next VISA COM connect or the end of the component.
+  /// The formatted-I/O object of the last VISA COM link; null before the first one. It keeps its
+  /// session open until the next VISA COM connect or the end of the component.
   [[nodiscard]] std::shared_ptr<io::FormattedIO488> devZAN() const;
   void devZAN(std::shared_ptr<io::FormattedIO488> device);
 
