@@ -6,8 +6,8 @@
 namespace zansim {
 namespace {
 
-Range channels(const Mainframe& mainframe) {
-  return {1, static_cast<double>(mainframe.channelCount())};
+Bounds channels(const Mainframe& mainframe) {
+  return {1, static_cast<double>(mainframe.channelCount()), 1};
 }
 
 /// False, and the call fails, where every slot is empty.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -9,13 +8,15 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/quantities.hpp"
+#include "simulator/setting.hpp"
 #include "simulator/status.hpp"
 
 namespace zansim {
 
+class Channel;
 class Mainframe;
 struct Call;
-using Duration = std::chrono::nanoseconds;
 using Handler = void (*)(Call& call);
 
 /// One command of the instrument. A command is added by adding a row to a table.
@@ -27,6 +28,8 @@ struct Row {
   Handler set = nullptr;    ///< null where the command has no set form
   std::uint8_t mostQueryArguments = 0;
   std::uint8_t setArguments = 0;
+  bool setArgumentsOptional = false;
+  Setting setting = {};  ///< for the handlers of settings
 };
 
 /// The parameters of one command, as they were written, without the blanks around them.
@@ -34,12 +37,6 @@ struct Arguments {
   static constexpr std::size_t kMost = 8;
   std::array<std::string_view, kMost> items;
   std::size_t count = 0;
-};
-
-/// What a number may be, both ends included.
-struct Range {
-  double least;
-  double most;
 };
 
 /// One command being carried out.
@@ -55,15 +52,26 @@ struct Call {
   /// nothing.
   void fail(Error why);
 
-  /// Argument `index` as a number; MIN and MAX stand for the ends of the range. Fails with
-  /// DataType, InvalidNumber, InvalidSuffix, IllegalParameter (another word) or OutOfRange.
-  [[nodiscard]] std::optional<double> number(std::size_t index, Range range);
-  /// MIN or MAX asked for by a query's argument `index`; fails with IllegalParameter on anything
-  /// else.
-  [[nodiscard]] std::optional<double> limit(std::size_t index, Range range);
+  /// The selected channel as it is now. Null, and the call fails, where every slot is empty.
+  [[nodiscard]] Channel* channel();
 
-  /// Appends a number of at most six significant digits.
+  /// Argument `index` as a number; MIN, MAX and DEF stand for the ends of the range and the value
+  /// after power-on. Fails with DataType, InvalidNumber, InvalidSuffix, IllegalParameter (another
+  /// word) or OutOfRange.
+  [[nodiscard]] std::optional<double> number(std::size_t index, Bounds bounds);
+  /// MIN, MAX or DEF asked for by a query's argument `index`; fails with IllegalParameter on
+  /// anything else.
+  [[nodiscard]] std::optional<double> limit(std::size_t index, Bounds bounds);
+
+  /// Argument `index` as one of two words, 0 or 1; fails like number.
+  [[nodiscard]] std::optional<bool> choice(std::size_t index, const Words& words);
+  /// Fails as an argument that is none of the words that the command knows does.
+  void failWord(std::size_t index);
+
+  /// Appends a number in plain decimal notation, at most six decimals, none that are 0 at the end.
   void reply(double value);
+  /// Appends a number with all of its `decimals`.
+  void replyFixed(double value, int decimals);
   void reply(std::string_view text);
 };
 

@@ -11,6 +11,13 @@ namespace zansim {
 /// What the mainframe holds and which channel the others act on.
 [[nodiscard]] std::span<const Row> channelCommands();
 
+/// Voltage, current, power and the verdict on them.
+[[nodiscard]] std::span<const Row> readingCommands();
+/// Modes, levels, slew rates, timers, the voltage range, the load switch.
+[[nodiscard]] std::span<const Row> settingCommands();
+/// Protections, the load-on voltage, Go/NoGo limits.
+[[nodiscard]] std::span<const Row> protectionCommands();
+
 /// All tables in the order in which they are searched.
 [[nodiscard]] std::span<const std::span<const Row>> commandTables();
 

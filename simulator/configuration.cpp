@@ -2,19 +2,23 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
+#include <optional>
 #include <stdexcept>
 
 namespace zansim {
 namespace {
 
 constexpr std::array kModules = {
-    //      text     half          group  low V  high V  low A  high A  watts
-    Module{"2021L", Half::Left, false, 16, 80, 2, 20, 100},
-    Module{"2021R", Half::Right, false, 16, 80, 4, 45, 250},
-    Module{"2030", Half::Whole, false, 16, 80, 6, 60, 300},
-    Module{"2040", Half::Whole, true, 16, 80, 7, 70, 350},
-    Module{"2041", Half::Whole, true, 16, 80, 12, 120, 600},
-    Module{"2050", Half::Whole, false, 125, 500, 1.2, 12, 300},
+    // text, half, group, low V, high V, low A, high A, W, low ohms, high ohms, A/us
+    Module{"2021L", Half::Left, false, 16, 80, 2, 20, 100, {0.08, 300}, {4, 15000}, {0.001, 1}},
+    Module{"2021R", Half::Right, false, 16, 80, 4, 45, 250, {0.04, 150}, {2, 7500}, {0.002, 2}},
+    Module{"2030", Half::Whole, false, 16, 80, 6, 60, 300, {0.025, 100}, {1.25, 5000}, {0.002, 2}},
+    Module{"2040", Half::Whole, true, 16, 80, 7, 70, 350, {0.02, 80}, {1, 4000}, {0.003, 3}},
+    Module{"2041", Half::Whole, true, 16, 80, 12, 120, 600, {0.01, 40}, {0.5, 2000}, {0.005, 5}},
+    Module{
+        "2050", Half::Whole, false, 125, 500, 1.2, 12, 300, {1, 1000}, {20, 50000}, {0.0005, 0.5}},
 };
 
 const Module& moduleNamed(std::string_view text) {
@@ -36,10 +40,69 @@ bool areHalvesOfOne(const Module& left, const Module& right) {
          left.text.substr(0, left.text.size() - 1) == right.text.substr(0, right.text.size() - 1);
 }
 
+/// What hangs on a channel out of the box: batteries on the odd channels, supplies on the even
+/// ones, a high voltage where only a module for it can take it.
+Source usualSource(std::size_t channel, const Module& module) {
+  constexpr double kHighVolts = 100;
+  Source source{5, 0.02};
+  if (module.lowVolts > kHighVolts) {
+    source = {380, 1.5};
+  } else if (channel % 2 == 1) {
+    source = {12.6, 0.05, 5};
+  }
+  source.rippleVolts = source.volts / 5000;
+  source.driftVolts = source.volts / 2000;
+  return source;
+}
+
+/// Channel, volts, ohms, ampere-hours.
+using SourceNumbers = std::array<double, 4>;
+
+/// "3=12.6,0.05" or "3=12.6,0.05,5"; nothing for another text.
+std::optional<SourceNumbers> sourceNumbers(std::string_view text) {
+  constexpr std::string_view kSeparators = "=,,";
+  constexpr SourceNumbers kMost = {kMostChannels, kMostSourceVolts, kMostSourceOhms,
+                                   kMostAmpereHours};
+  SourceNumbers numbers{};
+  const char* const end = text.data() + text.size();
+  const char* at = text.data();
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const auto [stop, code] = std::from_chars(at, end, numbers[i]);
+    if (code != std::errc() || !(numbers[i] >= 0 && numbers[i] <= kMost[i])) {
+      return std::nullopt;
+    }
+    if (stop == end) {
+      const bool wholeChannel = numbers[0] >= 1 && numbers[0] == std::floor(numbers[0]);
+      return i >= 2 && wholeChannel ? std::optional(numbers) : std::nullopt;
+    }
+    if (i == kSeparators.size() || *stop != kSeparators[i]) {
+      return std::nullopt;
+    }
+    at = stop + 1;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::span<const Module> moduleCatalogue() {
   return kModules;
+}
+
+Source Configuration::sourceOf(std::size_t channel) const {
+  const auto given = sources.find(channel);
+  return given != sources.end() ? given->second : usualSource(channel, *channels().at(channel - 1));
+}
+
+void Configuration::setSource(std::string_view text) {
+  const std::optional<SourceNumbers> numbers = sourceNumbers(text);
+  if (!numbers) {
+    throw std::invalid_argument("\"" + std::string(text) +
+                                "\" is no source; write CHANNEL=VOLTS,OHMS or "
+                                "CHANNEL=VOLTS,OHMS,AMPEREHOURS, as in 3=12.6,0.05");
+  }
+  const auto [channel, volts, ohms, ampereHours] = *numbers;
+  sources[static_cast<std::size_t>(channel)] = {volts, ohms, ampereHours};
 }
 
 void Configuration::setSlots(std::string_view text) {

@@ -1,17 +1,23 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "simulator/quantities.hpp"
+#include "simulator/source.hpp"
 
 namespace zansim {
 
 /// Which part of a plug-in module answers under a slot entry.
 enum class Half { Whole, Left, Right };
 
-/// What a kind of load module can do. Voltages in volts, currents in amperes, power in watts.
+/// What a kind of load module can do. Voltages in volts, currents in amperes,
+/// power in watts, resistances in ohms, slew rates in A/us.
 struct Module {
   std::string_view text;  ///< as "*RDT?" shows it
   Half half;
@@ -21,6 +27,9 @@ struct Module {
   double lowAmps;
   double highAmps;
   double watts;
+  Range lowOhms;
+  Range highOhms;
+  Range slew;
 };
 
 /// Every kind of module there is.
@@ -35,12 +44,23 @@ struct Configuration {
   std::string firmware = "1.02.3";
   std::vector<std::string> slots = {"2021L", "2021R", "0", "2040", "2040", "2041", "2050", "2030"};
 
+  /// What hangs on the terminals, by channel; the others have a usual source (see sourceOf).
+  std::map<std::size_t, Source> sources;
+  /// Ripple and drift of the sources follow from it.
+  std::uint64_t seed = 1;
+
   /// Slots from a comma-separated text. Throws std::invalid_argument, saying what is wrong, for a
   /// module that does not exist, half a module, more than kMostSlots slots or more than
   /// kMostChannels channels.
   void setSlots(std::string_view text);
 
+  /// A source from "CHANNEL=VOLTS,OHMS" or "CHANNEL=VOLTS,OHMS,AMPEREHOURS". Throws
+  /// std::invalid_argument for another text, for volts above kMostSourceVolts and ohms above
+  /// kMostSourceOhms.
+  void setSource(std::string_view text);
+
   [[nodiscard]] std::string identity() const;
+  [[nodiscard]] Source sourceOf(std::size_t channel) const;
   /// The modules of the occupied slots; channel n is element n - 1. Throws like setSlots.
   [[nodiscard]] std::vector<const Module*> channels() const;
 };
@@ -49,5 +69,8 @@ struct Configuration {
 inline constexpr std::size_t kMostSlots = 12;
 /// Hosts write a channel as one digit.
 inline constexpr std::size_t kMostChannels = 9;
+inline constexpr double kMostSourceVolts = 1000;
+inline constexpr double kMostSourceOhms = 1e6;
+inline constexpr double kMostAmpereHours = 1e6;
 
 }  // namespace zansim

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "simulator/command.hpp"
+
 namespace zansim {
 
 void Connection::feed(std::string_view bytes, bool end, Duration now) {

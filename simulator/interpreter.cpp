@@ -204,7 +204,8 @@ Error Interpreter::checkCount(const Row& row) const {
   if (arguments_.count > most) {
     return Error::ParameterNotAllowed;
   }
-  return !query_ && arguments_.count < most ? Error::MissingParameter : Error::None;
+  const bool missing = !query_ && arguments_.count < most && !row.setArgumentsOptional;
+  return missing ? Error::MissingParameter : Error::None;
 }
 
 Error Interpreter::carryOut() {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/command.hpp"
+#include "simulator/channel.hpp"
 #include "simulator/configuration.hpp"
 #include "simulator/status.hpp"
 
@@ -22,17 +22,21 @@ class Mainframe {
   [[nodiscard]] Status& status() { return status_; }
 
   /// Channels are numbered from 1 over the occupied slots.
-  [[nodiscard]] std::size_t channelCount() const { return modules_.size(); }
-  [[nodiscard]] const Module& module(std::size_t channel) const { return *modules_[channel - 1]; }
+  [[nodiscard]] std::size_t channelCount() const { return channels_.size(); }
+  [[nodiscard]] const Module& module(std::size_t channel) const {
+    return channels_[channel - 1].module();
+  }
+  /// Channel `number` as it is at `now`: its true physical state, whatever links say of it.
+  [[nodiscard]] Channel& channel(std::size_t number, Duration now);
   [[nodiscard]] std::size_t selectedChannel() const { return selected_; }
   void selectChannel(std::size_t channel) { selected_ = channel; }
 
   /// As after power-on, but for the error queue and the event register.
-  void reset();
+  void reset(Duration now);
 
  private:
   Configuration configuration_;
-  std::vector<const Module*> modules_;
+  std::vector<Channel> channels_;
   std::size_t selected_ = 1;
   Status status_;
 };

@@ -9,7 +9,7 @@ void identify(Call& call) {
 }
 
 void reset(Call& call) {
-  call.mainframe.reset();
+  call.mainframe.reset(call.now);
 }
 
 void clearStatus(Call& call) {
@@ -48,7 +48,9 @@ std::span<const Row> systemCommands() {
 }
 
 std::span<const std::span<const Row>> commandTables() {
-  static const std::span<const Row> tables[] = {systemCommands(), channelCommands()};
+  static const std::span<const Row> tables[] = {readingCommands(), systemCommands(),
+                                                channelCommands(), settingCommands(),
+                                                protectionCommands()};
   return tables;
 }
 

@@ -3,6 +3,7 @@
 
 #include "simulator/characters.hpp"
 #include "simulator/command.hpp"
+#include "simulator/mainframe.hpp"
 
 namespace zansim {
 namespace {
@@ -33,12 +34,15 @@ Error numberError(std::string_view text, std::string_view rest) {
   return isLetter(rest.empty() ? '\0' : rest.front()) ? Error::InvalidSuffix : Error::InvalidNumber;
 }
 
-std::optional<double> limitNamed(std::string_view word, Range range) {
+std::optional<double> limitNamed(std::string_view word, const Bounds& bounds) {
   if (isWord(word, "MINimum")) {
-    return range.least;
+    return bounds.least;
   }
   if (isWord(word, "MAXimum")) {
-    return range.most;
+    return bounds.most;
+  }
+  if (isWord(word, "DEFault")) {
+    return bounds.usual;
   }
   return std::nullopt;
 }
@@ -51,15 +55,23 @@ bool isWord(std::string_view word, std::string_view pattern) {
   return isSame(word, pattern) || isSame(word, pattern.substr(0, shortLength));
 }
 
+Channel* Call::channel() {
+  if (mainframe.channelCount() == 0) {
+    fail(Error::HardwareMissing);
+    return nullptr;
+  }
+  return &mainframe.channel(mainframe.selectedChannel(), now);
+}
+
 void Call::fail(Error why) {
   if (error == Error::None) {
     error = why;
   }
 }
 
-std::optional<double> Call::number(std::size_t index, Range range) {
+std::optional<double> Call::number(std::size_t index, Bounds bounds) {
   const std::string_view text = arguments.items[index];
-  if (const std::optional<double> named = limitNamed(text, range)) {
+  if (const std::optional<double> named = limitNamed(text, bounds)) {
     return named;
   }
   const std::string_view digits = text.starts_with('+') ? text.substr(1) : text;
@@ -73,25 +85,49 @@ std::optional<double> Call::number(std::size_t index, Range range) {
     fail(numberError(text, std::string_view(stop, static_cast<std::size_t>(last - stop))));
     return std::nullopt;
   }
-  if (code == std::errc::result_out_of_range || !(value >= range.least && value <= range.most)) {
+  if (code == std::errc::result_out_of_range || !(value >= bounds.least && value <= bounds.most)) {
     fail(Error::OutOfRange);
     return std::nullopt;
   }
   return value;
 }
 
-std::optional<double> Call::limit(std::size_t index, Range range) {
-  const std::optional<double> named = limitNamed(arguments.items[index], range);
+std::optional<double> Call::limit(std::size_t index, Bounds bounds) {
+  const std::optional<double> named = limitNamed(arguments.items[index], bounds);
   if (!named) {
     fail(Error::IllegalParameter);
   }
   return named;
 }
 
+std::optional<bool> Call::choice(std::size_t index, const Words& words) {
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (isWord(arguments.items[index], words[i])) {
+      return i == 1;
+    }
+  }
+  const auto value = number(index, {0, 1, 0});
+  return value ? std::optional(*value >= 0.5) : std::nullopt;
+}
+
+void Call::failWord(std::size_t index) {
+  const char first = arguments.items[index].front();
+  fail(isLetter(first) ? Error::IllegalParameter : Error::DataType);
+}
+
 void Call::reply(double value) {
-  std::array<char, 32> text{};
-  const auto result =
-      std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 6);
+  replyFixed(value, 6);
+  answer.resize(answer.find_last_not_of('0') + 1);
+  if (answer.ends_with('.')) {
+    answer.pop_back();
+  }
+}
+
+void Call::replyFixed(double value, int decimals) {
+  std::array<char, 400> text{};
+  const double positiveZero = value + 0.0;
+  const auto result = std::to_chars(text.data(), text.data() + text.size(), positiveZero,
+                                    std::chars_format::fixed, decimals);
   answer.append(text.data(), result.ptr);
 }
 

@@ -2,6 +2,7 @@
 #include <random>
 #include <string>
 
+#include "simulator/command.hpp"
 #include "simulator/connection.hpp"
 #include "simulator/mainframe.hpp"
 
