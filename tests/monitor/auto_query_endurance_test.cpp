@@ -10,7 +10,6 @@ namespace lumodevice::monitor {
 namespace {
 
 using namespace std::chrono_literals;
-using support::linkName;
 using support::Over;
 using support::PanelBench;
 

@@ -240,7 +240,9 @@ TEST_F(AutoQuery, showsNothingWhileAnAnswerIsPending) {
   start(Over::Serial);
   field("txtReturn").setText("");
   bench.instrument.on(":FETC:VOLT?", support::answer("12.345\n", 150ms));
-  bench.run(kPeriod + 149ms);
+  bench.run(kPeriod + 70ms);
+  field("txtReturn").setText("left over");
+  bench.run(79ms);
   EXPECT_EQ(readOuts(), "||");
   bench.run(40ms);
   EXPECT_EQ(readOuts(), "12.345||");

@@ -58,9 +58,8 @@ class Fuzz {
   std::string act() {
     mayNest_ = true;
     const std::string acted = singleAct();
-    const std::string acts = std::exchange(nested_, {}) + acted;
     (void)bench_.journal();
-    return acts;
+    return std::exchange(nested_, {}) + acted;
   }
 
   [[nodiscard]] toolkit::EventLoop::Duration now() { return bench_.loop.now(); }

@@ -46,14 +46,14 @@ void reachLoaded(PanelBench& bench) {
 }
 
 struct State {
-  int number;
   void (*reach)(PanelBench&);
+  int number;
   bool sends;
 };
-constexpr State kStates[] = {{0, reachNotConnected, false},
-                             {1, reachConnected, false},
-                             {2, reachAutoQuery, true},
-                             {3, reachLoaded, true}};
+constexpr State kStates[] = {{reachNotConnected, 0, false},
+                             {reachConnected, 1, false},
+                             {reachAutoQuery, 2, true},
+                             {reachLoaded, 3, true}};
 
 TEST(Switches, haveTheirCaptionsAndStartOff) {
   PanelBench bench;

@@ -32,7 +32,7 @@ class PanelBench : public Bench {
   [[nodiscard]] std::string sent();
 
   /// The mode chosen from code, whatever it is now; forgets what that sends.
-  void chooseMode(int mode);
+  void chooseMode(int index);
 
   /// A text put into a value box, and its Set button clicked, both from code: the frame of the box
   /// need not be the one in use.
