@@ -4,6 +4,19 @@
 
 namespace lumodevice::link {
 
+void Link::forgetSerialAnswer() {
+  answerPending = false;
+  receiveBuffer.clear();
+  pollCount = 0;
+}
+
+void Link::closeSerialPort() {
+  if (MSComm1.PortOpen()) {
+    MSComm1.setPortOpen(false);
+    forgetSerialAnswer();
+  }
+}
+
 void Link::closeVisaObject(io::ViObject& handle) {
   visaStatus = host.visa.viClose(handle);
   handle = 0;

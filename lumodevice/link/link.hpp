@@ -78,6 +78,12 @@ struct Link {
   [[nodiscard]] bool connected() const { return form.cmdSendCmd.enabled(); }
   [[nodiscard]] bool isSerial() const { return linkName == kSerial; }
 
+  /// Gives up the serial answer that is being put together.
+  void forgetSerialAnswer();
+
+  /// Closes the serial port when it is open. What its instrument had not said to the end never will be.
+  void closeSerialPort();
+
   /// Closes an object of the VISA library, storing the status, and forgets its handle: VISA may
   /// soon give the same number to somebody else's session.
   void closeVisaObject(io::ViObject& handle);

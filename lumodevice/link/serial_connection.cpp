@@ -51,7 +51,7 @@ void SerialConnection::ScanSerialPorts() {
   link_.form.Combo1.clear();
   portCount_ = 0;
   for (std::int16_t port = 1; port <= kPorts; ++port) {
-    closePort();
+    link_.closeSerialPort();
     attempt([&] {
       link_.MSComm1.setCommPort(port);
       link_.MSComm1.setPortOpen(true);
@@ -68,7 +68,7 @@ void SerialConnection::ScanSerialPorts() {
 void SerialConnection::FindSerialInstrument() {
   form::Form& form = link_.form;
   const auto entries = static_cast<std::int16_t>(form.Combo1.listCount());
-  closePort();
+  link_.closeSerialPort();
   bool searching = true;
   for (int baud = 0; baud < form.Combo2.listCount() && searching; ++baud) {
     portCount_ = entries;
@@ -89,7 +89,7 @@ void SerialConnection::FindSerialInstrument() {
 
 std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex) {
   form::Form& form = link_.form;
-  closePort();
+  link_.closeSerialPort();
   form.Combo1.setListIndex(entry - 1);
   form.Combo2.setListIndex(baudIndex);
   link_.MSComm1.setCommPort(ports_[static_cast<std::size_t>(entry)]);
@@ -141,7 +141,7 @@ void SerialConnection::Connect() {
 }
 
 void SerialConnection::openChosenPort() {
-  closePort();
+  link_.closeSerialPort();
   link_.MSComm1.setCommPort(text::toWhole16(text::Val(link_.form.Text1.text())));
   link_.MSComm1.setSettings(link_.form.Combo2.text());
   try {
@@ -150,12 +150,6 @@ void SerialConnection::openChosenPort() {
     if (fault.number() != io::kSerialAlreadyOpen) {
       throw;
     }
-  }
-}
-
-void SerialConnection::closePort() {
-  if (link_.MSComm1.PortOpen()) {
-    link_.MSComm1.setPortOpen(false);
   }
 }
 

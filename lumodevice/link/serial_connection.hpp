@@ -34,7 +34,6 @@ class SerialConnection {
   [[nodiscard]] std::string tryPort(std::int16_t entry, int baudIndex);
   [[nodiscard]] std::string SerialQueryIdentity();
   void openChosenPort();
-  void closePort();
 
   Link& link_;
   ChannelList& channels_;

@@ -220,7 +220,7 @@ void VisaConnection::setAttribute(io::ViAttr attribute, std::uint32_t value) {
 void VisaConnection::SelectVisa() {
   form::Form& form = link_.form;
   if (link_.MSComm1.PortOpen()) {
-    link_.MSComm1.setPortOpen(false);
+    link_.closeSerialPort();
     channels_.linkDown();
     channels_.NotConnect();
   }

@@ -27,7 +27,7 @@ void ReceivePoll::tick() {
     attempt([&] { deliver(); });
   }
   if (link_.pollCount > kLongestWait) {
-    forget();
+    link_.forgetSerialAnswer();
   }
   attempt([&] { updateReadOut(); });
   link_.form.Text4.setText(std::to_string(link_.pollCount));
@@ -54,7 +54,7 @@ void ReceivePoll::deliver() {
   }
   link_.form.txtReturn.setText(answer);
   link_.form.Text3.setText(std::to_string(last));
-  forget();
+  link_.forgetSerialAnswer();
   toolkit::TextBox& queued = link_.form.txtSetCmd;
   if (queued.text().empty()) {
     link_.form.Timer2.setEnabled(false);
@@ -64,12 +64,6 @@ void ReceivePoll::deliver() {
   const std::string command = text::Trim(queued.text());
   attempt([&] { exchange_.SerialWriteLine(command); });
   queued.setText("");
-}
-
-void ReceivePoll::forget() {
-  link_.answerPending = false;
-  link_.receiveBuffer.clear();
-  link_.pollCount = 0;
 }
 
 void ReceivePoll::updateReadOut() {

@@ -17,7 +17,6 @@ class ReceivePoll {
   void receive();
   [[nodiscard]] bool complete() const;
   void deliver();
-  void forget();
   void updateReadOut();
 
   link::Link& link_;

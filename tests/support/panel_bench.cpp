@@ -1,6 +1,7 @@
 #include "tests/support/panel_bench.hpp"
 
 #include <array>
+#include <ostream>
 #include <sstream>
 #include <stdexcept>
 #include <vector>
@@ -128,6 +129,10 @@ bool PanelBench::switchesSend() {
   von.setValue(von.value() == toolkit::CheckBox::kClear ? toolkit::CheckBox::kTicked
                                                         : toolkit::CheckBox::kClear);
   return !sent().empty();
+}
+
+void PrintTo(Over link, std::ostream* output) {
+  *output << linkName(link);
 }
 
 }  // namespace lumodevice::support

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,8 @@ enum class Over { VisaLibrary, VisaCom, Serial };
 inline constexpr Over kLinks[] = {Over::VisaLibrary, Over::VisaCom, Over::Serial};
 
 [[nodiscard]] std::string_view linkName(Over link);
+/// For the names of tests that run over every link.
+void PrintTo(Over link, std::ostream* output);
 
 /// A bench with a load that answers every query: channels "CH1-ZAN2040" and "CH2-ZAN6310", mode
 /// "CCH", low voltage range, every switch off, "0.5" to whatever else is asked.

@@ -164,6 +164,24 @@ TEST(EventLoop, anHourOfTicksIsExact) {
   EXPECT_EQ(count, 18000);
 }
 
+TEST(EventLoop, runsTimersThatFallDueAtTheEndOfItsLastHandler) {
+  VirtualLoop loop;
+  Surface surface;
+  auto& slow = surface.add<Timer>("slow");
+  auto& late = surface.add<Timer>("late");
+  for (Timer* timer : {&slow, &late}) {
+    timer->joinLoop(loop);
+  }
+  int ticks = 0;
+  slow.tick.handle([&] { loop.sleep(40); });
+  late.tick.handle([&] { ++ticks; });
+  slow.setInterval(60);
+  late.setInterval(100);
+  loop.runFor(100ms);
+  EXPECT_EQ(ticks, 1);
+  EXPECT_EQ(loop.now(), 100ms);
+}
+
 TEST(EventLoop, sleepsWholeMillisecondsAndNothingThatIsNone) {
   VirtualLoop loop;
   std::vector<int> sleeps;

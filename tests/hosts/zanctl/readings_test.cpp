@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -56,11 +55,10 @@ TEST_F(Readings, asCsvStartWithAHeaderThatNamesTheUnits) {
   const auto lines = linesOf(ended.output);
   ASSERT_EQ(lines.size(), 4U) << ended.output;
   EXPECT_EQ(lines[0], "time,channel,voltage_V,current_A,power_W,load");
-  const std::regex row(
-      "\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}[+-]\\d\\d:\\d\\d,CH1-2021L,"
-      "[0-9.]+,[0-9.]+,[0-9.]+,[01]");
   for (std::size_t i = 1; i < lines.size(); ++i) {
-    EXPECT_TRUE(std::regex_match(lines[i], row)) << lines[i];
+    EXPECT_THAT(lines[i], MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}"
+                                       "[.][0-9]{3}[+-][0-9]{2}:[0-9]{2},CH1-2021L,"
+                                       "[0-9.]+,[0-9.]+,[0-9.]+,[01]"));
   }
 }
 
