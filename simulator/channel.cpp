@@ -188,9 +188,10 @@ Channel::State Channel::stepTo(const State& from, Duration to) const {
   const Duration phase =
       period > Duration::zero() ? (from.at - origin_) % period : Duration::zero();
   const Course course = follow(state.amps, wave, phase, to - from.at);
-  state.amps = course.amps;
   state.coulombs += course.coulombs;
-  state.trip = tripIn(supply(state), course, state.conducted);
+  const Supply after = supply(state);
+  state.amps = std::min(course.amps, reachableAmps(after, state));
+  state.trip = tripIn(after, course, state.conducted);
   return state;
 }
 

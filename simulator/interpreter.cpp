@@ -88,32 +88,6 @@ bool addNodes(Header& header, std::string_view text) {
   }
 }
 
-/// Takes one node off a row's header; `optional` tells whether it stood in brackets.
-std::string_view takePatternNode(std::string_view& pattern, bool& optional) {
-  optional = pattern.starts_with('[');
-  pattern.remove_prefix(optional ? 1 : 0);
-  pattern.remove_prefix(pattern.starts_with(':') ? 1 : 0);
-  const std::size_t stop = std::min(pattern.find_first_of(":[]"), pattern.size());
-  const std::string_view node = pattern.substr(0, stop);
-  pattern.remove_prefix(stop + (optional ? 1 : 0));
-  return node;
-}
-
-bool matches(const Row& row, const Header& header) {
-  std::string_view pattern = row.header;
-  std::size_t at = 0;
-  while (!pattern.empty()) {
-    bool optional = false;
-    const std::string_view node = takePatternNode(pattern, optional);
-    if (at < header.count && isWord(header.nodes[at], node)) {
-      ++at;
-    } else if (!optional) {
-      return false;
-    }
-  }
-  return at == header.count;
-}
-
 /// Reads one program message, command after command.
 class Interpreter {
  public:
@@ -231,17 +205,6 @@ Error Interpreter::carryOut() {
 }
 
 }  // namespace
-
-const Row* findRow(const Header& header) {
-  for (const std::span<const Row> table : commandTables()) {
-    for (const Row& row : table) {
-      if (matches(row, header)) {
-        return &row;
-      }
-    }
-  }
-  return nullptr;
-}
 
 void execute(Mainframe& mainframe, std::string_view message, Duration now, std::string& answer) {
   Interpreter interpreter(mainframe, now, answer);

@@ -22,10 +22,13 @@ class Walk {
   /// most `span`.
   Duration comeBetween(Duration span);
   /// `count` periods, starting and ending at a period's start. The current is between the levels.
-  void skip(double count);
+  void goPeriods(double count);
 
  private:
-  [[nodiscard]] double after(double amps, double periods) const;
+  /// How much a period that touches neither level adds to the current.
+  [[nodiscard]] double drift() const;
+  /// As many of `most` periods as surely touch neither level; how many that were.
+  double driftOn(double most);
 
   const Waveform& waveform_;
   Course course_;
@@ -79,32 +82,48 @@ Duration Walk::comeBetween(Duration span) {
   return std::min(gone, span);
 }
 
-double Walk::after(double amps, double periods) const {
-  // Between the levels a period adds a fixed difference and cuts off at both ends, and so do many.
-  const auto once = [&](double start) {
-    Walk walk(start, waveform_);
-    walk.goOnePeriod();
-    return walk.course_.amps;
-  };
-  const auto [low, high] = std::minmax(waveform_.first, waveform_.second);
-  const double up =
-      waveform_.rise *
-      seconds(waveform_.first > waveform_.second ? waveform_.firstTime : waveform_.secondTime);
-  const double down =
-      waveform_.fall *
-      seconds(waveform_.first > waveform_.second ? waveform_.secondTime : waveform_.firstTime);
-  return std::clamp(once(amps) + (periods - 1) * (up - down), once(low), once(high));
+double Walk::drift() const {
+  const bool up = waveform_.first > waveform_.second;
+  const double rising = seconds(up ? waveform_.firstTime : waveform_.secondTime);
+  const double falling = seconds(up ? waveform_.secondTime : waveform_.firstTime);
+  return waveform_.rise * rising - waveform_.fall * falling;
 }
 
-void Walk::skip(double count) {
-  Walk early(course_.amps, waveform_);
-  early.goOnePeriod();
-  Walk late(after(course_.amps, count - 1), waveform_);
-  late.goOnePeriod();
-  course_.coulombs += count * (early.course_.coulombs + late.course_.coulombs) / 2;
-  course_.amps = late.course_.amps;
-  course_.least = std::min({course_.least, early.course_.least, late.course_.least});
-  course_.most = std::max({course_.most, early.course_.most, late.course_.most});
+double Walk::driftOn(double most) {
+  const auto [low, high] = std::minmax(waveform_.first, waveform_.second);
+  const double each = drift();
+  Walk edge(each > 0 ? high : low, waveform_);
+  edge.goOnePeriod();
+  const double count = std::min(std::floor((edge.course_.amps - course_.amps) / each) - 1, most);
+  if (!(count > 1)) {
+    return 0;
+  }
+  // From one such period to the next, all that it does shifts by the same amount.
+  Walk first(course_.amps, waveform_);
+  first.goOnePeriod();
+  Walk last(course_.amps + (count - 1) * each, waveform_);
+  last.goOnePeriod();
+  course_.coulombs += count * (first.course_.coulombs + last.course_.coulombs) / 2;
+  course_.amps = last.course_.amps;
+  course_.least = std::min({course_.least, first.course_.least, last.course_.least});
+  course_.most = std::max({course_.most, first.course_.most, last.course_.most});
+  return count;
+}
+
+void Walk::goPeriods(double count) {
+  // Drift, then a few periods of settling; rounding could keep the ends of two periods apart for
+  // ever, hence the bound.
+  constexpr int kMostSettling = 8;
+  for (int i = 0; i < kMostSettling && count > 0; ++i) {
+    const Course before = course_;
+    goOnePeriod();
+    --count;
+    if (course_.amps == before.amps || drift() == 0 || i + 1 == kMostSettling) {
+      course_.coulombs += count * (course_.coulombs - before.coulombs);
+      return;
+    }
+    count -= driftOn(count);
+  }
 }
 
 }  // namespace
@@ -120,13 +139,8 @@ Course follow(double amps, const Waveform& waveform, Duration phase, Duration sp
   Duration left = span - outside;
   left -= walk.goRestOfPeriod((phase + outside) % period, left);
   const Duration::rep whole = left / period;
-  if (whole > 1) {
-    walk.skip(static_cast<double>(whole));
-    left -= period * whole;
-  }
-  while (left > Duration::zero()) {
-    left -= walk.goRestOfPeriod(Duration::zero(), left);
-  }
+  walk.goPeriods(static_cast<double>(whole));
+  walk.goRestOfPeriod(Duration::zero(), left - period * whole);
   return walk.course();
 }
 

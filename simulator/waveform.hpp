@@ -25,8 +25,8 @@ struct Course {
 };
 
 /// The current that starts at `amps`, `phase` after the start of a period, after `span`. The work
-/// does not grow with the span: periods alike are reckoned in one go. While the current still
-/// drifts from period to period their charge is that of the mean of the first and the last.
+/// does not grow with the span: periods alike, and those in which the current drifts without
+/// reaching a level, are reckoned in one go.
 [[nodiscard]] Course follow(double amps, const Waveform& waveform, Duration phase, Duration span);
 
 }  // namespace zansim

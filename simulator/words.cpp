@@ -20,7 +20,7 @@ bool isDigit(char c) {
 
 bool isSame(std::string_view left, std::string_view right) {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return upper(a) == upper(b); });
+                    [](char a, char b) { return a == b || upper(a) == upper(b); });
 }
 
 /// What is wrong with a text that should have been a number and goes on at `rest`.
@@ -50,9 +50,13 @@ std::optional<double> limitNamed(std::string_view word, const Bounds& bounds) {
 }  // namespace
 
 bool isWord(std::string_view word, std::string_view pattern) {
-  const auto shortEnd = std::find_if(pattern.begin(), pattern.end(), isLower);
-  const auto shortLength = static_cast<std::size_t>(shortEnd - pattern.begin());
-  return isSame(word, pattern) || isSame(word, pattern.substr(0, shortLength));
+  if (word.size() == pattern.size()) {
+    return isSame(word, pattern);
+  }
+  // The short form ends where the lower case begins.
+  return word.size() < pattern.size() && isLower(pattern[word.size()]) &&
+         (word.empty() || !isLower(pattern[word.size() - 1])) &&
+         isSame(word, pattern.substr(0, word.size()));
 }
 
 Channel* Call::channel() {
