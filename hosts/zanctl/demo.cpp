@@ -1,13 +1,26 @@
 #include "hosts/zanctl/demo.hpp"
 
 #include <array>
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "hosts/zanctl/connection.hpp"
-#include "lumodevice/text/text.hpp"
+#include "hosts/zanctl/escape.hpp"
+#include "hosts/zanctl/table.hpp"
+#include "lumodevice/toolkit/hand.hpp"
 
 namespace zanctl {
 
 namespace {
+
+namespace hand = lumodevice::toolkit::hand;
+using lumodevice::toolkit::CheckBox;
+using lumodevice::toolkit::ComboBox;
+using lumodevice::toolkit::CommandButton;
+using lumodevice::toolkit::Label;
+using lumodevice::toolkit::TextBox;
 
 /// What is told before a command is sent; an empty text goes on from the step before.
 struct Step {
@@ -15,17 +28,34 @@ struct Step {
   std::string_view command;
 };
 
-constexpr std::array kSteps = {
-    Step{"A command without a question mark is sent and nothing is read. This one selects channel "
-         "2:",
-         ":CHAN 2"},
-    Step{"A question is sent the same way, and its answer stands in ResultStr:", ":CHAN?"},
-    Step{"Long and short forms, upper and lower case mean the same:", "chan?"},
-    Step{"Each part of the mainframe, empty slots as 0:", "*RDT?"},
+constexpr std::array kConsoleSteps = {
+    Step{"Questions go to the console as they are, and their answers stand in ResultStr. Long and "
+         "short\nforms, upper and lower case mean the same:",
+         ":FETCh:VOLTage?"},
+    Step{"", "fetc:curr?"},
     Step{"The instrument keeps what it did not understand in its error queue:", ":NONSENSE 1"},
     Step{"", ":SYST:ERR?"},
     Step{"... and the queue is empty again:", ":SYST:ERR?"},
 };
+
+/// What the tour shows of a channel: a control, and what it stands for.
+struct Shown {
+  std::string_view label;
+  std::string_view control;
+  std::optional<int> index = {};
+};
+
+constexpr std::array kChannelSettings = {
+    Shown{"A value (A)", "txtInput", 0},       Shown{"B value (A)", "txtInput", 1},
+    Shown{"Slew rates (A/us)", "txtInput", 2}, Shown{"", "txtInput", 3},
+    Shown{"OCP level (A)", "txtInput", 24},    Shown{"OVP level (V)", "txtInput", 25},
+    Shown{"UVP level (V)", "txtInput", 26},
+};
+constexpr std::array kReadOuts = {Shown{"V", "txtVoltage", 0}, Shown{"A", "txtCurrent", 0},
+                                  Shown{"W", "txtPower", 0}};
+
+constexpr int kTouredChannel = 2;  // its place in the list: CH3
+constexpr int kDischargeSeconds = 4;
 
 constexpr std::string_view kOpening =
     "A tour of the simulated instrument. Nothing real is touched.\n"
@@ -37,11 +67,84 @@ constexpr std::string_view kOpening =
 constexpr std::string_view kClosing =
     "\n"
     "That was all through the panel's own controls. Go on with:\n"
-    "  zanctl --simulate connect           the same search on its own\n"
-    "  zanctl --simulate send '*IDN?'      one question\n"
-    "  zanctl --simulate --trace - connect what goes over the wire\n"
-    "  zanctl controls                     every control of the panel\n"
-    "  zanctl run --help                   how to write a script of your own\n";
+    "  zanctl --simulate readings           voltage, current and power of every channel\n"
+    "  zanctl --simulate send '*IDN?'       one question\n"
+    "  zanctl --simulate --trace - connect  what goes over the wire\n"
+    "  zanctl controls                      every control of the panel\n"
+    "  zanctl run --help                    how to write a script of your own\n";
+
+template <typename ControlType>
+ControlType& the(Station& station, std::string_view name, std::optional<int> index = {}) {
+  return station.component().surface().get<ControlType>(name, index);
+}
+
+std::string textOf(Station& station, const Shown& shown) {
+  return escaped(the<TextBox>(station, shown.control, shown.index).text());
+}
+
+/// The operator chooses a channel, and its panel is read back.
+void showChannel(Station& station) {
+  Output& output = station.output();
+  output.write(
+      "\nAn operator picks channel 3; the panel asks for its mode, its settings and its "
+      "readings:\n");
+  auto& channels = the<ComboBox>(station, "cmbChannel");
+  hand::select(channels, kTouredChannel);
+  std::vector<Row> rows{
+      {"Channel", escaped(channels.text())},
+      {"Voltage range (V)", escaped(the<Label>(station, "lblVoRange").caption())}};
+  for (const Shown& setting : kChannelSettings) {
+    if (setting.label.empty()) {
+      rows.back()[1] += ", " + textOf(station, setting);
+    } else {
+      rows.push_back({std::string(setting.label), textOf(station, setting)});
+    }
+  }
+  output.write(alignedTable(rows, "  "));
+}
+
+/// The operator loads the battery on the channel and watches it with the auto query.
+void discharge(Station& station) {
+  Output& output = station.output();
+  output.write(
+      "\nA battery hangs on it. The operator types 20 A, clicks Set and ticks the load switch; "
+      "the\n"
+      "auto query keeps the read-outs up to date:\n");
+  hand::type(the<TextBox>(station, "txtInput", 0), "20");
+  hand::click(the<CommandButton>(station, "cmdSet", 0));
+  auto& load = the<CheckBox>(station, "chkLoad");
+  hand::click(load);
+  output.line("  " + load.caption());
+  station.component().AutoQuery(true);
+  for (int second = 0; second < kDischargeSeconds && !output.closed(); ++second) {
+    station.loop().runFor(std::chrono::seconds(1));
+    std::string line = "  ";
+    for (const Shown& reading : kReadOuts) {
+      line += textOf(station, reading).append(" ").append(reading.label).append("   ");
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    output.line(line);
+  }
+  station.component().AutoQuery(false);
+  hand::click(load);
+  output.line("  " + load.caption());
+}
+
+/// Commands by hand; false when one stayed unanswered.
+bool talk(Station& station) {
+  Output& output = station.output();
+  for (const Step& step : kConsoleSteps) {
+    if (!step.told.empty()) {
+      output.line("");
+      output.line(step.told);
+    }
+    output.line(std::string("  ").append(step.command));
+    if (!sendAndPrint(station, std::string(step.command))) {
+      return false;
+    }
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -52,21 +155,13 @@ ExitStatus runDemo(Station& station, const Options& options) {
     return kFailed;
   }
   printConnection(station, options);
-  for (const Step& step : kSteps) {
-    if (!step.told.empty()) {
-      output.line("");
-      output.line(step.told);
-    }
-    output.line(std::string("  ").append(step.command));
-    if (!sendAndPrint(station, std::string(step.command))) {
-      return kFailed;
-    }
-    if (output.closed()) {
-      return kOutputClosed;
-    }
+  showChannel(station);
+  discharge(station);
+  if (!talk(station)) {
+    return kFailed;
   }
   output.write(kClosing);
-  return kDone;
+  return output.closed() ? kOutputClosed : kDone;
 }
 
 }  // namespace zanctl
