@@ -1,5 +1,7 @@
 #include "simulator/mainframe.hpp"
 
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 #include "simulator/setting.hpp"
@@ -12,6 +14,12 @@ Mainframe::Mainframe(Configuration configuration) : configuration_(std::move(con
     Channel& added = channels_.emplace_back(*module, configuration_.sourceOf(number),
                                             configuration_.seed + number);
     added.apply(usualSettings(*module));
+  }
+  for (const auto& [number, source] : configuration_.sources) {
+    if (number < 1 || number > channels_.size()) {
+      throw std::invalid_argument("there is no channel " + std::to_string(number) +
+                                  " to put a source on");
+    }
   }
 }
 

@@ -15,7 +15,8 @@ namespace zansim {
 /// The instrument itself: what all of its links share.
 class Mainframe {
  public:
-  /// Throws std::invalid_argument for slots that cannot be (see Configuration).
+  /// Throws std::invalid_argument for slots that cannot be (see Configuration) and for a source on
+  /// a channel that there is not.
   explicit Mainframe(Configuration configuration = {});
 
   [[nodiscard]] const Configuration& configuration() const { return configuration_; }

@@ -28,6 +28,7 @@ struct Options {
   std::vector<std::string> faults;
   std::int32_t baud = 0;
   std::string slots;
+  std::vector<std::string> sources;
   bool verbose = false;
 };
 
@@ -46,6 +47,11 @@ void declare(CLI::App& app, Options& options) {
       ->type_name("N");
   app.add_option("--slots", options.slots, "The modules, for example 2021L,2021R,0,2040,2040")
       ->type_name("LIST");
+  app.add_option("--source", options.sources,
+                 "What hangs on a channel: CHANNEL=VOLTS,OHMS or, a battery,\n"
+                 "CHANNEL=VOLTS,OHMS,AMPEREHOURS; may be repeated")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
   app.add_flag("--verbose", options.verbose, "Show each message and its answer on standard error");
   app.footer(
       "Faults: silent, late=MS, pieces=N, garble, identity=TEXT, long=N, unterminated, vanish=N;\n"
@@ -75,6 +81,9 @@ int serve(const Options& options) {
   zansim::Configuration configuration;
   if (!options.slots.empty()) {
     configuration.setSlots(options.slots);
+  }
+  for (const std::string& source : options.sources) {
+    configuration.setSource(source);
   }
   zansim::Instrument instrument{zansim::Mainframe(configuration), {}, {}};
   for (const std::string& fault : options.faults) {

@@ -67,6 +67,39 @@ TEST(Configuration, halvesOfAModuleStandSideBySide) {
   }
 }
 
+TEST(Configuration, aSourceIsTakenFromAText) {
+  Configuration configuration;
+  configuration.setSource("3=24,0.1");
+  configuration.setSource("1=12.6,5e-2,2.5");
+  EXPECT_EQ(configuration.sourceOf(3).volts, 24);
+  EXPECT_EQ(configuration.sourceOf(3).ohms, 0.1);
+  EXPECT_EQ(configuration.sourceOf(3).ampereHours, 0);
+  EXPECT_EQ(configuration.sourceOf(1).ohms, 0.05);
+  EXPECT_EQ(configuration.sourceOf(1).ampereHours, 2.5);
+  EXPECT_GT(configuration.sourceOf(2).volts, 0);
+}
+
+TEST(Configuration, aTextThatIsNoSourceIsRefusedWithAnExample) {
+  for (const char* const text :
+       {"",           "3",       "3=",       "3=12",     "3=12,",   "3=12,x",   "x=12,1",
+        "0=12,1",     "10=12,1", "1.5=12,1", "3=-1,1",   "3=12,-1", "3=1001,1", "3=12,1,",
+        "3=12,1,2,3", "3=12;1",  "3=nan,1",  "3=12,inf", " 3=12,1", "3=12,1 ",  "3=12,1V"}) {
+    Configuration configuration;
+    EXPECT_THAT([&] { configuration.setSource(text); },
+                ThrowsMessage<std::invalid_argument>(HasSubstr("3=12.6,0.05")))
+        << text;
+    EXPECT_TRUE(configuration.sources.empty()) << text;
+  }
+}
+
+TEST(Configuration, aSourceOnAChannelThatThereIsNotIsRefused) {
+  Configuration configuration;
+  configuration.setSlots("2030");
+  configuration.setSource("2=12,1");
+  EXPECT_THAT([&] { Mainframe mainframe(configuration); },
+              ThrowsMessage<std::invalid_argument>(HasSubstr("no channel 2")));
+}
+
 TEST(Configuration, moreThanNineChannelsAreRefused) {
   Configuration configuration;
   configuration.setSlots("2030,2030,2030,2030,2030,2030,2030,2030,2030,0");

@@ -149,6 +149,13 @@ TEST_F(Zansim, faultsSlotsAndTheShownExchange) {
   EXPECT_EQ(program.errorLine(), "\\xFF\\x5C;");
 }
 
+TEST_F(Zansim, sourcesHangOnTheChannelsTheyAreGivenTo) {
+  Program program({"--tcp", "0", "--source", "2=30,0.5", "--source", "3=12.6,0.05,2"});
+  const Descriptor socket = connectTo(program.line());
+  EXPECT_EQ(ask(socket.get(), ":CHAN 2;:FETC:VOLT?\n"), "30.0000");
+  EXPECT_EQ(ask(socket.get(), ":CHAN 3;:FETC:VOLT?\n"), "12.6000");
+}
+
 TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
   struct Case {
     std::vector<std::string> arguments;
@@ -158,6 +165,8 @@ TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
        {Case{{}, "--pty LINK, --tcp PORT"}, Case{{"--tcp", "70000"}, "--tcp"},
         Case{{"--tcp", "0", "--fault", "sulky"}, "faults are silent"},
         Case{{"--tcp", "0", "--slots", "1,2"}, "modules are"},
+        Case{{"--tcp", "0", "--source", "1=12"}, "CHANNEL=VOLTS,OHMS"},
+        Case{{"--tcp", "0", "--slots", "2030", "--source", "2=12,1"}, "no channel 2"},
         Case{{"--pty", link(), "--baud", "7"}, "9600"}, Case{{"--nonsense"}, "--nonsense"}}) {
     Program program(c.arguments);
     EXPECT_THAT(program.errorLine(), HasSubstr(c.why));
