@@ -16,6 +16,7 @@
 #include "bench/raw_socket.hpp"
 #include "bench/responder.hpp"
 #include "bench/table.hpp"
+#include "lumodevice/io/forwarding_visa.hpp"
 
 namespace {
 
@@ -24,45 +25,20 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kRounds = 400;
 
-/// Hands everything on and keeps the lines that are written.
-class RecordingVisa : public io::Visa {
+/// Keeps the lines that are written.
+class RecordingVisa : public io::ForwardingVisa {
  public:
   explicit RecordingVisa(io::Visa& visa) : visa_(visa) {}
   std::vector<std::string> lines;
 
-  io::ViStatus viOpenDefaultRM(io::ViSession& manager) override {
-    return visa_.viOpenDefaultRM(manager);
-  }
-  io::ViStatus viFindRsrc(io::ViSession manager, const std::string& expression,
-                          io::ViFindList& list, std::uint32_t& count,
-                          std::string& descriptor) override {
-    return visa_.viFindRsrc(manager, expression, list, count, descriptor);
-  }
-  io::ViStatus viFindNext(io::ViFindList list, std::string& descriptor) override {
-    return visa_.viFindNext(list, descriptor);
-  }
-  io::ViStatus viOpen(io::ViSession manager, const std::string& descriptor, std::uint32_t mode,
-                      std::uint32_t timeout, io::ViSession& instrument) override {
-    return visa_.viOpen(manager, descriptor, mode, timeout, instrument);
-  }
-  io::ViStatus viClose(io::ViObject object) override { return visa_.viClose(object); }
-  io::ViStatus viGetAttribute(io::ViObject object, io::ViAttr attribute,
-                              std::string& value) override {
-    return visa_.viGetAttribute(object, attribute, value);
-  }
-  io::ViStatus viSetAttribute(io::ViObject object, io::ViAttr attribute,
-                              std::uint32_t value) override {
-    return visa_.viSetAttribute(object, attribute, value);
-  }
-  io::ViStatus viRead(io::ViSession instrument, std::span<char> buffer,
-                      std::uint32_t& count) override {
-    return visa_.viRead(instrument, buffer, count);
-  }
   io::ViStatus viWrite(io::ViSession instrument, std::string_view data,
                        std::uint32_t& count) override {
     lines.emplace_back(data);
-    return visa_.viWrite(instrument, data, count);
+    return ForwardingVisa::viWrite(instrument, data, count);
   }
+
+ protected:
+  io::Visa& target() override { return visa_; }
 
  private:
   io::Visa& visa_;

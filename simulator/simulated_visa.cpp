@@ -4,7 +4,7 @@
 #include <chrono>
 #include <utility>
 
-#include "simulator/find_expression.hpp"
+#include "lumodevice/io/find_expression.hpp"
 #include "simulator/visa_attributes.hpp"
 
 namespace zansim {
@@ -67,12 +67,13 @@ ViStatus SimulatedVisa::viFindRsrc(ViSession resourceManager, const std::string&
   if (object(resourceManager, Kind::ResourceManager) == nullptr) {
     return VI_ERROR_INV_OBJECT;
   }
-  if (!isFindExpression(expression)) {
+  const auto pattern = lumodevice::io::FindExpression::parse(expression);
+  if (!pattern) {
     return VI_ERROR_INV_EXPR;
   }
   Object list{.kind = Kind::FindList, .parent = resourceManager};
   for (const auto& resource : bench_.resources()) {
-    if (resource->isPresent() && findExpressionMatches(expression, resource->name)) {
+    if (resource->isPresent() && pattern->matches(resource->name)) {
       list.found.push_back(resource->name);
     }
   }

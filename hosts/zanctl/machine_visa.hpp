@@ -5,14 +5,14 @@
 #include <optional>
 #include <string>
 
-#include "hosts/zanctl/forwarding_visa.hpp"
+#include "lumodevice/io/forwarding_visa.hpp"
 
 namespace zanctl {
 
 /// The VISA of this machine: the library that was named, else the first of the usual ones, else the
 /// built-in layer. The usual ones are looked for when the first call comes: a command that never
 /// uses VISA does not load any.
-class MachineVisa : public ForwardingVisa {
+class MachineVisa : public lumodevice::io::ForwardingVisa {
  public:
   /// Throws WrongCommandLine when the named library cannot be loaded.
   explicit MachineVisa(const std::optional<std::string>& library);

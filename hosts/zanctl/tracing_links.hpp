@@ -4,15 +4,15 @@
 #include <memory>
 #include <string>
 
-#include "hosts/zanctl/forwarding_visa.hpp"
 #include "hosts/zanctl/trace.hpp"
+#include "lumodevice/io/forwarding_visa.hpp"
 #include "lumodevice/io/serial_port.hpp"
 
 namespace zanctl {
 
 /// A VISA layer whose sessions, writes and reads are written to a trace. A call that failed is no
 /// event, but a read that brought nothing is one: it shows where a time-out passed.
-class TracingVisa : public ForwardingVisa {
+class TracingVisa : public lumodevice::io::ForwardingVisa {
  public:
   /// Both must outlive this object.
   TracingVisa(Visa& visa, WireTrace& trace) : visa_(visa), trace_(trace) {}

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/posix/find_expression.hpp"
+#include "lumodevice/io/find_expression.hpp"
 #include "platform/posix/socket_session.hpp"
 #include "platform/posix/usbtmc_session.hpp"
 
@@ -61,7 +61,7 @@ io::ViStatus BuiltinVisa::viFindRsrc(io::ViSession resourceManager, const std::s
   if (parseSocketAddress(wanted)) {
     matches->emplace_back(wanted);
   } else {
-    const auto pattern = FindExpression::parse(wanted);
+    const auto pattern = io::FindExpression::parse(wanted);
     if (!pattern) return io::VI_ERROR_INV_EXPR;
     for (UsbtmcDevice& device : listUsbtmcDevices(roots_)) {
       if (pattern->matches(device.descriptor)) matches->push_back(std::move(device.descriptor));

@@ -2,16 +2,17 @@
 
 #include "lumodevice/io/visa.hpp"
 
-namespace zanctl {
+namespace lumodevice::io {
 
 /// A VISA layer that hands every call on to another one; what is made of it looks at some of them.
-class ForwardingVisa : public lumodevice::io::Visa {
+class ForwardingVisa : public Visa {
  public:
-  using ViStatus = lumodevice::io::ViStatus;
-  using ViObject = lumodevice::io::ViObject;
-  using ViSession = lumodevice::io::ViSession;
-  using ViFindList = lumodevice::io::ViFindList;
-  using ViAttr = lumodevice::io::ViAttr;
+  // For the signatures of what is made of it elsewhere.
+  using ViStatus = io::ViStatus;
+  using ViObject = io::ViObject;
+  using ViSession = io::ViSession;
+  using ViFindList = io::ViFindList;
+  using ViAttr = io::ViAttr;
 
   ViStatus viOpenDefaultRM(ViSession& resourceManager) override {
     return target().viOpenDefaultRM(resourceManager);
@@ -45,7 +46,7 @@ class ForwardingVisa : public lumodevice::io::Visa {
 
  protected:
   /// Where the calls go.
-  [[nodiscard]] virtual lumodevice::io::Visa& target() = 0;
+  [[nodiscard]] virtual Visa& target() = 0;
 };
 
-}  // namespace zanctl
+}  // namespace lumodevice::io

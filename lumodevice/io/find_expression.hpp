@@ -6,12 +6,11 @@
 #include <string_view>
 #include <vector>
 
-namespace lumodevice::posix {
+namespace lumodevice::io {
 
 /// A VISA find expression: "?" any character, "*" none or more and "+" one or more of the item
-/// before,
-/// "[list]" and "[^list]" with ranges, "|" between alternatives, "( )" groups, "\" takes the next
-/// character as it is. Case does not matter, and the whole resource name must match.
+/// before, "[list]" and "[^list]" with ranges, "|" between alternatives, "( )" groups, "\" takes
+/// the next character as it is. Case does not matter, and the whole resource name must match.
 ///
 /// A match costs at most (length of the name) x (length of the expression), whatever the
 /// expression.
@@ -45,4 +44,4 @@ class FindExpression {
   int end_ = 0;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::io

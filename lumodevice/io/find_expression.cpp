@@ -1,8 +1,8 @@
-#include "platform/posix/find_expression.hpp"
+#include "lumodevice/io/find_expression.hpp"
 
 #include <utility>
 
-namespace lumodevice::posix {
+namespace lumodevice::io {
 
 /// Builds the automaton by recursive descent; each piece has one state to enter and one to leave it
 /// by.
@@ -196,4 +196,4 @@ bool FindExpression::matches(std::string_view name) const {
   return marked[static_cast<std::size_t>(end_)];
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::io

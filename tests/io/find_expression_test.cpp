@@ -1,10 +1,10 @@
-#include "platform/posix/find_expression.hpp"
+#include "lumodevice/io/find_expression.hpp"
 
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
 
-namespace lumodevice::posix {
+namespace lumodevice::io {
 namespace {
 
 struct Case {
@@ -15,6 +15,28 @@ struct Case {
 
 TEST(FindExpression, matchesWholeNamesWithoutRegardToCase) {
   constexpr Case cases[] = {
+      {"?*INSTR", "USB0::0x1::0x2::A::INSTR", true},
+      {"?*", "ANY", true},
+      {"?*", "", true},
+      {"?+", "", false},
+      {"?*INSTR", "TCPIP0::h::5::SOCKET", false},
+      {"?*instr", "ASRL1::INSTR", true},
+      {"?*INSTR", "asrl1::instr", true},
+      {"GPIB[0-9]*::?*INSTR", "GPIB0::5::INSTR", true},
+      {"GPIB[0-9]+::?*", "GPIB::5::INSTR", false},
+      {"GPIB[^1]::?*", "GPIB0::5::INSTR", true},
+      {"GPIB[^01]::?*", "GPIB0::5::INSTR", false},
+      {"(ASRL|USB)?*", "USB0::A::INSTR", true},
+      {"(ASRL|USB)?*", "GPIB0::1::INSTR", false},
+      {"ASRL?*|USB?*", "USB0::A::INSTR", true},
+      {"USB", "USB0", false},
+      {"(AB)+", "ABAB", true},
+      {"(AB)+", "ABA", false},
+      {"A\\?B", "A?B", true},
+      {"A\\?B", "AXB", false},
+      {"[a-c]x", "Bx", true},
+      {"AB*", "A", true},
+      {"AB+", "A", false},
       {"?*INSTR", "USB0::0x1::0x2::Z::INSTR", true},
       {"?*INSTR", "usb0::0x1::0x2::z::instr", true},
       {"?*instr", "INSTR", true},
@@ -98,4 +120,4 @@ TEST(FindExpression, randomExpressionsNeitherCrashNorHang) {
 }
 
 }  // namespace
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::io
