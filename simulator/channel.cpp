@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace zansim {
@@ -159,9 +158,10 @@ Trip Channel::tripIn(const Supply& supply, const Course& course, bool conducting
   if (settings_.overCurrentOn && course.most > settings_.overCurrent) {
     return Trip::OverCurrent;
   }
-  const double overVoltage = std::min(
-      settings_.overVoltageOn ? settings_.overVoltage : std::numeric_limits<double>::infinity(),
-      kOverRange * settings_.fullScaleVolts(*module_));
+  double overVoltage = kOverRange * settings_.fullScaleVolts(*module_);
+  if (settings_.overVoltageOn) {
+    overVoltage = std::min(overVoltage, settings_.overVoltage);
+  }
   if (supply.terminalVolts(course.least) > overVoltage) {
     return Trip::OverVoltage;
   }
@@ -215,7 +215,7 @@ void Channel::advance(Duration now) {
     return;
   }
   const Duration start = state_.at;
-  const Duration::rep steps = std::clamp<Duration::rep>(span / kStep, 1, kMostSteps);
+  const Duration::rep steps = std::min((span + kStep - Duration(1)) / kStep, kMostSteps);
   for (Duration::rep i = 1; i <= steps && state_.on; ++i) {
     const State next = stepTo(state_, i == steps ? now : start + span / steps * i);
     state_ = next.trip == Trip::None ? next : firstTripped(state_, next);

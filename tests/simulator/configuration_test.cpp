@@ -6,7 +6,6 @@
 #include "simulator/mainframe.hpp"
 
 using testing::HasSubstr;
-using testing::Throws;
 using testing::ThrowsMessage;
 using zansim::Configuration;
 using zansim::Mainframe;

@@ -1,5 +1,5 @@
 #include <fstream>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -8,7 +8,6 @@
 #include "simulator/command_tables.hpp"
 #include "simulator/configuration.hpp"
 
-using testing::HasSubstr;
 using zansim::Row;
 using zansim::Setting;
 using zansim::Usual;

@@ -85,7 +85,7 @@ TEST(SettingCommands, everyNumberTakesItsLimitsAndAnswersThem) {
       // What it answers, it takes: both ends as they were written, and what lies between.
       const double middle = (std::stod(least) + std::stod(most)) / 2;
       for (const std::string& value : {least, most, std::to_string(middle)}) {
-        bench.send(header + " " + value);
+        bench.send(std::string(header).append(" ").append(value));
         EXPECT_NEAR(bench.read(header + "?"), std::stod(value), 1e-6);
       }
     }
