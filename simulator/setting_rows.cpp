@@ -5,21 +5,20 @@
 namespace zansim {
 namespace {
 
-/// The selected channel; null, and the call fails, where it has no such setting.
-Channel* channelWithSetting(Call& call) {
-  Channel* const channel = call.channel();
-  if (channel != nullptr && call.row.setting.valueB && channel->module().half != Half::Whole) {
-    call.fail(Error::SettingsConflict);
-    return nullptr;
-  }
-  return channel;
+/// Half a module has no B value to set; it is asked for all the same and answers what it keeps.
+bool refusesToSet(const Channel& channel, const Row& row) {
+  return row.setting.valueB && channel.module().half != Half::Whole;
 }
 
 }  // namespace
 
 void setNumber(Call& call) {
-  Channel* const channel = channelWithSetting(call);
+  Channel* const channel = call.channel();
   if (channel == nullptr) {
+    return;
+  }
+  if (refusesToSet(*channel, call.row)) {
+    call.fail(Error::SettingsConflict);
     return;
   }
   const Setting& setting = call.row.setting;
@@ -31,7 +30,7 @@ void setNumber(Call& call) {
 }
 
 void askNumber(Call& call) {
-  const Channel* const channel = channelWithSetting(call);
+  const Channel* const channel = call.channel();
   if (channel == nullptr) {
     return;
   }

@@ -44,11 +44,11 @@ constexpr std::array kControls = std::to_array<ControlRow>({
     {"lblVoRange", kSingle, Label, "fraReadings", "", "", {3600, 1140, 1440, 255}},
 
     // The five mode frames share one place; the chosen mode shows its own.
-    {"FrameCCStatic", kSingle, Frame, "ZANCtrl", "Setting[CC Static]", "", {120, 3000, 5280, 3120}},
-    {"fraCCDynamic", kSingle, Frame, "ZANCtrl", "Setting[CC Dynamic]", "", {120, 3000, 5280, 3120}, "hidden"},
-    {"fraCRDynamic", kSingle, Frame, "ZANCtrl", "Setting[CR Dynamic]", "", {120, 3000, 5280, 3120}, "hidden"},
-    {"FrameCRStatic", kSingle, Frame, "ZANCtrl", "Setting[CR Static]", "", {120, 3000, 5280, 3120}, "hidden"},
-    {"FrameCV", kSingle, Frame, "ZANCtrl", "Setting[CV]", "", {120, 3000, 5280, 3120}, "hidden"},
+    {"FrameCCStatic", kSingle, Frame, "ZANCtrl", "Setting[CC Static]", "", kModeFramePlace},
+    {"fraCCDynamic", kSingle, Frame, "ZANCtrl", "Setting[CC Dynamic]", "", kModeFramePlace, "hidden"},
+    {"fraCRDynamic", kSingle, Frame, "ZANCtrl", "Setting[CR Dynamic]", "", kModeFramePlace, "hidden"},
+    {"FrameCRStatic", kSingle, Frame, "ZANCtrl", "Setting[CR Static]", "", kModeFramePlace, "hidden"},
+    {"FrameCV", kSingle, Frame, "ZANCtrl", "Setting[CV]", "", kModeFramePlace, "hidden"},
     {"lblFrequence", kSingle, Label, "FrameCV", "Frequence", "", {240, 1800, 1800, 255}},
     {"cmbCVFreq", kSingle, ComboBox, "FrameCV", "LOW", "24", {2160, 1740, 1560, 315}, "", "LOW|FAST"},
 

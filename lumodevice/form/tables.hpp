@@ -12,6 +12,9 @@ namespace lumodevice::form {
 /// No position in a control array.
 inline constexpr int kSingle = -1;
 
+/// Where the five mode frames stand; the chosen one is put back there. Twips.
+inline constexpr toolkit::Place kModeFramePlace{120, 3000, 5280, 3120};
+
 /// One control. Rows stand in z-order, containers before what sits in them.
 struct ControlRow {
   std::string_view name;

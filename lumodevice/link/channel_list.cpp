@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "lumodevice/form/tables.hpp"
 #include "lumodevice/text/text.hpp"
 
 namespace lumodevice::link {
@@ -115,7 +116,7 @@ void ChannelList::NotConnect() {
     frame->setVisible(false);
   }
   form.FrameCCStatic.setEnabled(false);
-  form.FrameCCStatic.moveTo(kModeFrameLeft, kModeFrameTop);
+  form.FrameCCStatic.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
   form.txtPower(0).setText("");
   form.txtVoltage(0).setText("");
   form.txtCurrent(0).setText("");

@@ -143,6 +143,14 @@ const std::string& Exchange::query(std::string_view command) {
   return link_.form.txtReturn.text();
 }
 
+std::optional<std::string> Exchange::ask(std::string_view command) {
+  if (!link_.connected()) {
+    return std::nullopt;
+  }
+  const std::string& answer = query(command);
+  return link_.connected() ? std::optional(answer) : std::nullopt;
+}
+
 void Exchange::SendCmd(std::string_view sVar) {
   const std::string command = text::Trim(sVar);
   if (command.empty()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,10 @@ class Exchange {
 
   /// Runs a command and returns the answer, "" when there was none.
   const std::string& query(std::string_view command);
+
+  /// The same for a read-back: none when there is no link, or none any more after the waits, so
+  /// that the answer of an earlier query is never taken for this one's.
+  std::optional<std::string> ask(std::string_view command);
 
   /// The public SendCmd: a blank command does nothing.
   void SendCmd(std::string_view sVar);

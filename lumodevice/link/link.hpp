@@ -23,10 +23,6 @@ inline constexpr std::string_view kProduct = "ZAN";
 
 inline constexpr int kPorts = 16;
 
-/// Where the frame of the chosen mode stands, in twips.
-inline constexpr int kModeFrameLeft = 120;
-inline constexpr int kModeFrameTop = 3000;
-
 /// The parts of the identity answer and of the firmware version in it.
 struct IdentityFields {
   std::string maker;
@@ -81,7 +77,8 @@ struct Link {
   /// Gives up the serial answer that is being put together.
   void forgetSerialAnswer();
 
-  /// Closes the serial port when it is open. What its instrument had not said to the end never will be.
+  /// Closes the serial port when it is open. What its instrument had not said to the end never will
+  /// be.
   void closeSerialPort();
 
   /// Closes an object of the VISA library, storing the status, and forgets its handle: VISA may

@@ -1,14 +1,11 @@
 #include "lumodevice/monitor/auto_query.hpp"
 
-#include <array>
-#include <string_view>
+#include "lumodevice/monitor/rotation.hpp"
 
 namespace lumodevice::monitor {
 
 namespace {
 
-constexpr auto kRotation = std::to_array<std::string_view>(
-    {":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?", ":LOAD?", ":SYST:ERR?"});
 constexpr std::int16_t kRotationLimit = 7000;
 static_assert(kRotationLimit % kRotation.size() == 0, "the rotation goes on without a jump");
 
@@ -32,7 +29,7 @@ void AutoQuery::switched() {
 }
 
 void AutoQuery::tick() {
-  link_.form.Text2.setText(kRotation[static_cast<std::size_t>(rotation_) % kRotation.size()]);
+  link_.form.Text2.setText(kRotation[static_cast<std::size_t>(rotation_) % kRotation.size()].query);
   exchange_.Send();
   rotation_ = static_cast<std::int16_t>((rotation_ + 1) % kRotationLimit);
 }

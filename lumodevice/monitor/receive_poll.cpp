@@ -1,10 +1,11 @@
 #include "lumodevice/monitor/receive_poll.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "lumodevice/monitor/rotation.hpp"
 #include "lumodevice/text/text.hpp"
 
 namespace lumodevice::monitor {
@@ -68,25 +69,22 @@ void ReceivePoll::deliver() {
 
 void ReceivePoll::updateReadOut() {
   form::Form& form = link_.form;
-  const std::string answer = form.txtReturn.text();
+  const std::string& answer = form.txtReturn.text();
   // Answers of one character are left out on purpose.
   if (form.chkAutoQuery.value() != toolkit::CheckBox::kTicked || answer.size() <= 1 ||
       link_.answerPending) {
     return;
   }
   const std::string query = text::Trim(form.Text2.text());
-  if (query == ":LOAD?") {
-    form.chkLoad.setValue(text::toWhole16(text::Val(answer)));
+  const auto* const entry = std::ranges::find(kRotation, query, &RotationEntry::query);
+  if (entry == kRotation.end() || entry->readOut.empty()) {
     return;
   }
-  const std::pair<std::string_view, toolkit::TextBox*> readOuts[] = {
-      {":FETC:VOLT?", &form.txtVoltage(0)},
-      {":FETC:CURR?", &form.txtCurrent(0)},
-      {":FETC:POW?", &form.txtPower(0)}};
-  for (const auto& [name, box] : readOuts) {
-    if (query == name) {
-      box->setText(answer);
-    }
+  toolkit::Control* const readOut = form.surface().find(entry->readOut, entry->index);
+  if (auto* box = dynamic_cast<toolkit::TextBox*>(readOut)) {
+    box->setText(answer);
+  } else if (auto* load = dynamic_cast<toolkit::CheckBox*>(readOut)) {
+    load->setValue(text::toWhole16(text::Val(answer)));
   }
 }
 

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "lumodevice/text/text.hpp"
 
@@ -29,43 +31,48 @@ struct VoltageRange {
 constexpr auto kVoltageRanges = std::to_array<VoltageRange>(
     {{16, kLowRange}, {125, kLowRange}, {80, kHighRange}, {500, kHighRange}});
 
-void showWhole(Control& control, const std::string& answer) {
+void showRange(Form& form, Control& /*control*/, const std::string& answer) {
+  attempt([&] {
+    const std::int32_t volts = text::toWhole32(text::Val(answer));
+    for (const VoltageRange& range : kVoltageRanges) {
+      if (range.volts == volts) {
+        form.cmbVolRange.setListIndex(range.listIndex);
+        return;
+      }
+    }
+    form.lblVoRange.setCaption("New Model");
+  });
+  form.lblVoRange.setCaption(answer);
+}
+
+void showWhole(Form& /*form*/, Control& control, const std::string& answer) {
   dynamic_cast<CheckBox&>(control).setValue(text::toWhole16(text::Val(answer)));
 }
 
-void showText(Control& control, const std::string& answer) {
+void showText(Form& /*form*/, Control& control, const std::string& answer) {
   dynamic_cast<TextBox&>(control).setText(answer);
 }
 
 /// UVP has no state of its own on the instrument: it is on when its level is not 0.
-void showLevelState(Control& control, const std::string& answer) {
-  dynamic_cast<CheckBox&>(control).setValue(text::Val(answer) == 0 ? CheckBox::kClear
-                                                                   : CheckBox::kTicked);
+void showUvpState(Form& form, Control& /*control*/, const std::string& answer) {
+  form.chkUVP.setValue(text::Val(answer) == 0 ? CheckBox::kClear : CheckBox::kTicked);
 }
 
-/// One query of the settings read-back: whose tag names the command, what the answer is shown in
-/// and how.
+/// One query of the settings read-back: the control whose tag names the command, and how the answer
+/// is shown (in that control, where nothing else is said).
 struct ReadBack {
-  Control& (*asks)(Form&);
-  Control& (*shows)(Form&);
-  void (*show)(Control&, const std::string& answer);
+  std::string_view control;
+  std::optional<int> index;
+  void (*show)(Form&, Control&, const std::string& answer);
 };
-constexpr auto kReadBacks = std::to_array<ReadBack>({
-    {[](Form& f) -> Control& { return f.chkVON; }, [](Form& f) -> Control& { return f.chkVON; },
-     showWhole},
-    {[](Form& f) -> Control& { return f.txtInput(kVonBox); },
-     [](Form& f) -> Control& { return f.txtInput(kVonBox); }, showText},
-    {[](Form& f) -> Control& { return f.chkLoad; }, [](Form& f) -> Control& { return f.chkLoad; },
-     showWhole},
-    {[](Form& f) -> Control& { return f.chkOCP; }, [](Form& f) -> Control& { return f.chkOCP; },
-     showWhole},
-    {[](Form& f) -> Control& { return f.chkOVP; }, [](Form& f) -> Control& { return f.chkOVP; },
-     showWhole},
-    {[](Form& f) -> Control& { return f.cmdSet(kUvpBox); },
-     [](Form& f) -> Control& { return f.chkUVP; }, showLevelState},
-    {[](Form& f) -> Control& { return f.chkGoNogo; },
-     [](Form& f) -> Control& { return f.chkGoNogo; }, showWhole},
-});
+constexpr auto kReadBacks = std::to_array<ReadBack>({{"cmbVolRange", {}, showRange},
+                                                     {"chkVON", {}, showWhole},
+                                                     {"txtInput", kVonBox, showText},
+                                                     {"chkLoad", {}, showWhole},
+                                                     {"chkOCP", {}, showWhole},
+                                                     {"chkOVP", {}, showWhole},
+                                                     {"cmdSet", kUvpBox, showUvpState},
+                                                     {"chkGoNogo", {}, showWhole}});
 
 }  // namespace
 
@@ -100,44 +107,29 @@ void ChannelPanel::select() {
 }
 
 void ChannelPanel::SettingsReadBack() {
+  Form& form = link_.form;
+  for (const ReadBack& row : kReadBacks) {
+    auto& control = form.surface().get<Control>(row.control, row.index);
+    if (const auto answer = exchange_.ask(settings_.query(control))) {
+      attempt([&] { row.show(form, control, *answer); });
+    }
+  }
   if (!link_.connected()) {
     return;
   }
-  Form& form = link_.form;
-  readRange();
-  for (const ReadBack& row : kReadBacks) {
-    const std::string answer = exchange_.query(settings_.query(row.asks(form)));
-    attempt([&] { row.show(row.shows(form), answer); });
-  }
+  // The limits' own tags follow the mode, so they are set before the limits are asked for.
   modes_.tagGoNogoBoxes();
   for (int i = kFirstLimitBox; i <= kLastLimitBox; ++i) {
     settings_.readBack(form.txtInput(i));
   }
 }
 
-void ChannelPanel::readRange() {
-  Form& form = link_.form;
-  const std::string answer = exchange_.query(settings_.query(form.cmbVolRange));
-  attempt([&] {
-    const std::int32_t volts = text::toWhole32(text::Val(answer));
-    for (const VoltageRange& range : kVoltageRanges) {
-      if (range.volts == volts) {
-        form.cmbVolRange.setListIndex(range.listIndex);
-        return;
-      }
-    }
-    form.lblVoRange.setCaption("New Model");
-  });
-  form.lblVoRange.setCaption(answer);
-}
-
 void ChannelPanel::ReadingsReadBack() {
-  if (!link_.connected()) {
-    return;
-  }
   for (TextBox* box :
        {&link_.form.txtVoltage(0), &link_.form.txtCurrent(0), &link_.form.txtPower(0)}) {
-    box->setText(exchange_.query(text::Trim(settings_.prefix(*box))));
+    if (const auto answer = exchange_.ask(text::Trim(settings_.prefix(*box)))) {
+      box->setText(*answer);
+    }
   }
 }
 

@@ -22,7 +22,6 @@ class ChannelPanel {
 
  private:
   void select();
-  void readRange();
 
   link::Link& link_;
   link::Exchange& exchange_;

@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "lumodevice/form/tables.hpp"
 #include "lumodevice/text/text.hpp"
 
 namespace lumodevice::panel {
@@ -68,10 +69,11 @@ Modes::Modes(link::Link& link, link::Exchange& exchange, SettingCommands& settin
 }
 
 void Modes::ModeReadBack() {
-  if (!link_.connected()) {
+  const auto answer = exchange_.ask(":Mode?");
+  if (!answer) {
     return;
   }
-  const int mode = modeOf(exchange_.query(":Mode?"));
+  const int mode = modeOf(*answer);
   toolkit::OptionButton& option = link_.form.optMode(mode == kNoBox ? kCcHigh : mode);
   if (!option.value()) {
     option.setValue(true);
@@ -96,7 +98,7 @@ void Modes::click(int mode) {
   toolkit::Frame& frame = *frames.at(static_cast<std::size_t>(chosen.frame));
   frame.setVisible(true);
   frame.setEnabled(link_.connected());
-  frame.moveTo(link::kModeFrameLeft, link::kModeFrameTop);
+  frame.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
   if (chosen.bValueBox != kNoBox) {
     const std::string_view channel = form.cmbChannel.text();
     const bool half = channel.ends_with('L') || channel.ends_with('R');
@@ -128,7 +130,7 @@ void Modes::ModeFieldsReadBack(int mode) {
 
 void Modes::readCvResponse() {
   toolkit::ComboBox& speed = link_.form.cmbCVFreq;
-  const std::string answer = exchange_.query(settings_.query(speed));
+  const auto answer = exchange_.ask(settings_.query(speed));
   if (answer == "0" || answer == "1") {
     attempt([&] { speed.setListIndex(answer == "1" ? 1 : 0); });
   }

@@ -4,6 +4,10 @@
 
 namespace lumodevice::panel {
 
+std::string FormatValue(double value) {
+  return text::formatValue(value);
+}
+
 SettingCommands::SettingCommands(link::Link& link, link::Exchange& exchange,
                                  const link::CommandTable& commands)
     : link_(link), exchange_(exchange), commands_(commands) {
@@ -31,7 +35,9 @@ std::string SettingCommands::query(const toolkit::Control& control) const {
 }
 
 void SettingCommands::readBack(toolkit::TextBox& box) {
-  box.setText(exchange_.query(query(box)));
+  if (const auto answer = exchange_.ask(query(box))) {
+    box.setText(*answer);
+  }
 }
 
 void SettingCommands::set(int index) {

@@ -11,6 +11,10 @@ namespace lumodevice::panel {
 /// The box of the under-voltage protection level: a level other than 0 means that UVP is on.
 inline constexpr int kUvpBox = 26;
 
+/// A value as the panel writes one: at most three decimals, no trailing zeros, no thousands
+/// separator, "5" for five. Throws text::NumberFault for infinities and NaN.
+[[nodiscard]] std::string FormatValue(double value);
+
 /// The Set buttons, the interval fields, and the command prefix of each control.
 class SettingCommands {
  public:
@@ -24,7 +28,8 @@ class SettingCommands {
   /// The query of a setting: its prefix without blanks around it, and "?".
   [[nodiscard]] std::string query(const toolkit::Control& control) const;
 
-  /// Asks for the setting of a value box and puts the answer, unchanged, into the box.
+  /// Asks for the setting of a value box and puts the answer, unchanged, into the box; leaves the
+  /// box alone when there is no link, or none any more.
   void readBack(toolkit::TextBox& box);
 
  private:

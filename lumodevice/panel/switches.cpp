@@ -1,20 +1,72 @@
 #include "lumodevice/panel/switches.hpp"
 
+#include <array>
+#include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace lumodevice::panel {
 
+namespace {
+
+using toolkit::CheckBox;
+using toolkit::ComboBox;
+using toolkit::Control;
+
+std::optional<std::string> checkBoxValue(Control& control) {
+  return std::to_string(dynamic_cast<CheckBox&>(control).value());
+}
+
+/// The load's caption tells its state, whether it is sent or not.
+std::optional<std::string> loadValue(Control& control) {
+  auto& load = dynamic_cast<CheckBox&>(control);
+  load.setCaption(load.value() == CheckBox::kTicked ? "CHAN LOAD ON" : "CHAN LOAD OFF");
+  return checkBoxValue(load);
+}
+
+/// Both combo boxes share this test, so the "FAST" of cmbCVFreq is never sent.
+std::optional<std::string> highOrLow(Control& control) {
+  const std::string choice(dynamic_cast<ComboBox&>(control).text());
+  return choice == "HIGH" || choice == "LOW" ? std::optional(choice) : std::nullopt;
+}
+
+/// A switch that sends its prefix and a value while the panel shows a channel; no value, no
+/// command.
+struct Switch {
+  std::string_view control;
+  std::optional<std::string> (*value)(Control&);
+};
+constexpr auto kSwitches = std::to_array<Switch>({{"chkOCP", checkBoxValue},
+                                                  {"chkOVP", checkBoxValue},
+                                                  {"chkGoNogo", checkBoxValue},
+                                                  {"chkVON", checkBoxValue},
+                                                  {"chkLoad", loadValue},
+                                                  {"cmbCVFreq", highOrLow},
+                                                  {"cmbVolRange", highOrLow}});
+
+void onClick(Control& control, const std::function<void()>& handler) {
+  if (auto* box = dynamic_cast<CheckBox*>(&control)) {
+    box->click.handle(handler);
+  } else {
+    dynamic_cast<ComboBox&>(control).click.handle(handler);
+  }
+}
+
+}  // namespace
+
 Switches::Switches(link::Link& link, link::Exchange& exchange, SettingCommands& settings)
     : link_(link), exchange_(exchange), settings_(settings) {
-  form::Form& form = link_.form;
-  for (toolkit::CheckBox* box : {&form.chkOCP, &form.chkOVP, &form.chkGoNogo, &form.chkVON}) {
-    box->click.handle([this, box] { switchCheckBox(*box); });
+  for (const Switch& row : kSwitches) {
+    auto& control = link_.form.surface().get<Control>(row.control);
+    onClick(control, [this, &row, &control] {
+      const auto value = row.value(control);
+      if (value && panelLoaded()) {
+        exchange_.runCommand(settings_.prefix(control) + *value);
+      }
+    });
   }
-  form.chkLoad.click.handle([this] { switchLoad(); });
-  form.chkUVP.click.handle([this] { switchUvp(); });
-  for (toolkit::ComboBox* combo : {&form.cmbCVFreq, &form.cmbVolRange}) {
-    combo->click.handle([this, combo] { switchCombo(*combo); });
-  }
+  link_.form.chkUVP.click.handle([this] { switchUvp(); });
 }
 
 bool Switches::panelLoaded() const {
@@ -22,32 +74,12 @@ bool Switches::panelLoaded() const {
          (link_.panelState == link::kLoadedAutoQuery || link_.panelState == link::kLoaded);
 }
 
-void Switches::switchCheckBox(const toolkit::CheckBox& box) {
-  if (panelLoaded()) {
-    exchange_.runCommand(settings_.prefix(box) + std::to_string(box.value()));
-  }
-}
-
-void Switches::switchLoad() {
-  toolkit::CheckBox& load = link_.form.chkLoad;
-  const bool on = load.value() == toolkit::CheckBox::kTicked;
-  load.setCaption(on ? "CHAN LOAD ON" : "CHAN LOAD OFF");
-  switchCheckBox(load);
-}
-
+/// Unlike the others, UVP has a level for a state, and looks at the link alone.
 void Switches::switchUvp() {
-  if (link_.form.chkUVP.value() == toolkit::CheckBox::kTicked) {
+  if (link_.form.chkUVP.value() == CheckBox::kTicked) {
     link_.form.cmdSet(kUvpBox).click.raise();
   } else if (link_.connected()) {
     exchange_.runCommand(":CONF:PROT:UVP:LEV MIN");
-  }
-}
-
-void Switches::switchCombo(const toolkit::ComboBox& combo) {
-  // Both boxes share this test, so the "FAST" of cmbCVFreq is never sent.
-  const std::string choice(combo.text());
-  if ((choice == "HIGH" || choice == "LOW") && panelLoaded()) {
-    exchange_.runCommand(settings_.prefix(combo) + choice);
   }
 }
 

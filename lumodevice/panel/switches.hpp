@@ -14,10 +14,7 @@ class Switches {
   Switches(link::Link& link, link::Exchange& exchange, SettingCommands& settings);
 
  private:
-  void switchCheckBox(const toolkit::CheckBox& box);
-  void switchLoad();
   void switchUvp();
-  void switchCombo(const toolkit::ComboBox& combo);
   [[nodiscard]] bool panelLoaded() const;
 
   link::Link& link_;
