@@ -1,9 +1,9 @@
 #include "platform/posix/visa_library.hpp"
 
-#include <dlfcn.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 
+#include "tests/platform/recorded_calls.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
 namespace lumodevice::posix {
@@ -12,23 +12,11 @@ namespace {
 using testing::AllOf;
 using testing::Gt;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
-
-/// The calls that the loaded library has written down, and forgets with this.
-std::string takeCalls(const char* path) {
-  void* library = ::dlopen(path, RTLD_NOW | RTLD_NOLOAD);
-  EXPECT_NE(library, nullptr);
-  const auto recorded = reinterpret_cast<const char* (*)()>(::dlsym(library, "recordedCalls"));
-  const auto forget = reinterpret_cast<void (*)()>(::dlsym(library, "forgetCalls"));
-  std::string calls = recorded();
-  forget();
-  ::dlclose(library);
-  return calls;
-}
 
 TEST(VisaLibrary, handsEveryArgumentOverInItsPlaceAndWidth) {
   const auto loaded = loadVisaLibrary(RECORDING_VISA);
+  RecordedCalls calls(RECORDING_VISA);
   ASSERT_NE(loaded.library, nullptr) << loaded.failureText();
   EXPECT_EQ(loaded.name, RECORDING_VISA);
   io::Visa& visa = *loaded.library;
@@ -56,7 +44,7 @@ TEST(VisaLibrary, handsEveryArgumentOverInItsPlaceAndWidth) {
   EXPECT_EQ(visa.viFindNext(list, text), 0);
   EXPECT_EQ(text, "GPIB0::5::INSTR");
   EXPECT_EQ(visa.viClose(instrument), 0);
-  EXPECT_EQ(takeCalls(RECORDING_VISA),
+  EXPECT_EQ(calls.take(),
             "viOpenDefaultRM\n"
             "viFindRsrc F0000001 ?*INSTR\n"
             "viOpen F0000001 USB0::0x1::0x2::ZAN1::INSTR 1 1\n"
@@ -94,21 +82,23 @@ TEST(VisaLibrary, aReadTouchesNothingBeyondWhatArrived) {
 
 TEST(VisaLibrary, longReadsAreHandedOverWhole) {
   const auto loaded = loadVisaLibrary(RECORDING_VISA);
+  RecordedCalls calls(RECORDING_VISA);
   std::string answer(100000, '.');
   std::uint32_t count = 0;
-  (void)takeCalls(RECORDING_VISA);
+  calls.take();
   EXPECT_EQ(loaded.library->viRead(1, answer, count), 0);
-  EXPECT_EQ(takeCalls(RECORDING_VISA), "viRead 00000001 100000\n");
+  EXPECT_EQ(calls.take(), "viRead 00000001 100000\n");
   EXPECT_EQ(answer.substr(0, 9), "ZAN,1\r\n..");
 }
 
 TEST(VisaLibrary, onlyTextAttributesAreRead) {
   const auto loaded = loadVisaLibrary(RECORDING_VISA);
+  RecordedCalls calls(RECORDING_VISA);
   std::string text = "before";
-  (void)takeCalls(RECORDING_VISA);
+  calls.take();
   EXPECT_EQ(loaded.library->viGetAttribute(1, io::VI_ATTR_TMO_VALUE, text), io::VI_ERROR_NSUP_ATTR);
   EXPECT_EQ(text, "before");
-  EXPECT_EQ(takeCalls(RECORDING_VISA), "");
+  EXPECT_EQ(calls.take(), "");
 }
 
 TEST(VisaLibrary, aLibraryThatFailsEveryCallLeavesNoTrace) {

@@ -39,17 +39,29 @@ void fillText(void* buffer, const char* text) {
   std::memset(bytes, 'w', 300);
 #else
   std::memset(bytes, 0xEE, 256);
-  std::strcpy(static_cast<char*>(buffer), text);
+  std::memcpy(bytes, text, std::strlen(text) + 1);
 #endif
 }
 
-#ifdef FAILING
-constexpr std::int32_t kResult = static_cast<std::int32_t>(0xBFFF0000U);
-#else
-constexpr std::int32_t kResult = 0;
-#endif
+constexpr auto kSystemError = static_cast<std::int32_t>(0xBFFF0000U);
+constexpr auto kInvalidObject = static_cast<std::int32_t>(0xBFFF000EU);
+constexpr auto kTimeOut = static_cast<std::int32_t>(0xBFFF0015U);
 
+std::string failing;   // the function that fails ...
+int callsBefore = 0;   // ... once this many calls of it have worked
+std::string answered;  // the only message that is answered; "" when all are
+std::string lastWrite;
 int remaining = 0;
+
+/// What a call of the function returns.
+std::int32_t result(const char* function) {
+#ifdef FAILING
+  (void)function;
+  return kSystemError;
+#else
+  return failing == function && callsBefore-- <= 0 ? kSystemError : 0;
+#endif
+}
 
 }  // namespace
 
@@ -61,17 +73,27 @@ const char* recordedCalls() {
 void forgetCalls() {
   record.clear();
 }
+/// From its call number `before` (counted from 0, from now on) the function fails; "" is none.
+void failCalls(const char* function, int before) {
+  failing = function;
+  callsBefore = before;
+}
+/// Reads after any other message time out; "" is none.
+void answerOnly(const char* message) {
+  answered = message;
+}
 
 std::int32_t viOpenDefaultRM(std::uint32_t* session) {
   note("viOpenDefaultRM");
-  if (kResult == 0) *session = 0xF0000001;
-  return kResult;
+  const std::int32_t status = result("viOpenDefaultRM");
+  if (status == 0) *session = 0xF0000001;
+  return status;
 }
 
 std::int32_t viFindRsrc(std::uint32_t session, const char* expression, std::uint32_t* list,
                         std::uint32_t* count, char* descriptor) {
   note("viFindRsrc %08X %s", session, expression);
-  if (kResult != 0) return kResult;
+  if (const std::int32_t status = result("viFindRsrc")) return status;
   fillText(descriptor, "USB0::0x1::0x2::ZAN1::INSTR");
   *list = 0xF0000002;
 #ifdef WILD
@@ -85,7 +107,7 @@ std::int32_t viFindRsrc(std::uint32_t session, const char* expression, std::uint
 
 std::int32_t viFindNext(std::uint32_t list, char* descriptor) {
   note("viFindNext %08X", list);
-  if (kResult != 0) return kResult;
+  if (const std::int32_t status = result("viFindNext")) return status;
   if (remaining-- <= 0) return static_cast<std::int32_t>(0xBFFF0011U);
   fillText(descriptor, "GPIB0::5::INSTR");
   return 0;
@@ -94,32 +116,36 @@ std::int32_t viFindNext(std::uint32_t list, char* descriptor) {
 std::int32_t viOpen(std::uint32_t session, const char* name, std::uint32_t mode,
                     std::uint32_t timeout, std::uint32_t* instrument) {
   note("viOpen %08X %s %u %u", session, name, mode, timeout);
-  if (kResult == 0) *instrument = 0xF0000003;
-  return kResult;
+  const std::int32_t status = result("viOpen");
+  if (status == 0) *instrument = 0xF0000003;
+  return status;
 }
 
 std::int32_t viClose(std::uint32_t object) {
   note("viClose %08X", object);
-  return kResult;
+  return result("viClose");
 }
 
 std::int32_t viGetAttribute(std::uint32_t object, std::uint32_t attribute, void* value) {
   note("viGetAttribute %08X %08X", object, attribute);
-  if (kResult == 0) fillText(value, "USB0 (ZAN 6000)");
-  return kResult;
+  const std::int32_t status = result("viGetAttribute");
+  if (status == 0) fillText(value, "USB0 (ZAN 6000)");
+  return status;
 }
 
 std::int32_t viSetAttribute(std::uint32_t object, std::uint32_t attribute, std::uintptr_t value) {
   note("viSetAttribute %08X %08X %016llX", object, attribute,
        static_cast<unsigned long long>(value));
-  return kResult;
+  return result("viSetAttribute");
 }
 
 #ifndef WITHOUT_VIREAD
 std::int32_t viRead(std::uint32_t session, unsigned char* buffer, std::uint32_t count,
                     std::uint32_t* read) {
   note("viRead %08X %u", session, count);
-  if (kResult != 0) return kResult;
+  if (const std::int32_t status = result("viRead")) return status;
+  if (session == 0) return kInvalidObject;
+  if (!answered.empty() && lastWrite != answered) return kTimeOut;
 #ifdef WILD
   std::memset(buffer, 'w', count < 1000 ? count + 1000 : count);
   *read = 0xFFFFFFFF;
@@ -135,7 +161,10 @@ std::int32_t viRead(std::uint32_t session, unsigned char* buffer, std::uint32_t 
 std::int32_t viWrite(std::uint32_t session, const unsigned char* buffer, std::uint32_t count,
                      std::uint32_t* written) {
   note("viWrite %08X %s %u", session, quoted(buffer, count).c_str(), count);
-  if (kResult != 0) return kResult;
+  lastWrite.clear();
+  if (const std::int32_t status = result("viWrite")) return status;
+  if (session == 0) return kInvalidObject;
+  lastWrite.assign(buffer, buffer + count);
 #ifdef WILD
   *written = 0xFFFFFFFF;
 #else
