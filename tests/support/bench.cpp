@@ -46,12 +46,6 @@ std::string_view propertyName(toolkit::Property property) {
   return "";
 }
 
-void require(bool done, std::string_view act) {
-  if (!done) {
-    throw std::logic_error("the operator cannot " + std::string(act));
-  }
-}
-
 }  // namespace
 
 Bench::Bench(const Setup& setup)
@@ -81,41 +75,6 @@ Host Bench::host() {
 
 void Bench::destroy() {
   component_.reset();
-}
-
-std::string Bench::read(std::string_view name, std::string_view property) {
-  return toolkit::readProperty(find(name), property);
-}
-
-std::string Bench::items(std::string_view name) {
-  const auto& list = dynamic_cast<const toolkit::ListControl&>(find(name));
-  std::vector<std::string> entries;
-  entries.reserve(static_cast<std::size_t>(list.listCount()));
-  for (int i = 0; i < list.listCount(); ++i) {
-    entries.push_back(list.list(i));
-  }
-  return lines(entries);
-}
-
-void Bench::click(std::string_view name) {
-  require(toolkit::hand::click(find(name)), "click " + std::string(name));
-}
-
-void Bench::type(std::string_view name, std::string_view text) {
-  require(toolkit::hand::type(find(name), text), "type into " + std::string(name));
-}
-
-void Bench::select(std::string_view name, int index) {
-  require(toolkit::hand::select(find(name), index), "select from " + std::string(name));
-}
-
-void Bench::press(std::string_view name, toolkit::Key key) {
-  require(toolkit::hand::press(find(name), key), "press a key in " + std::string(name));
-}
-
-std::string Bench::ask(std::string_view command) {
-  zan().SendCmd(command);
-  return zan().ResultStr();
 }
 
 void Bench::watch(std::initializer_list<std::string_view> names) {
@@ -156,15 +115,6 @@ void Bench::changed(const toolkit::Control& control, toolkit::Property property,
     script.note(control.fullName() + '.' + std::string(name) + ' ' +
                 escaped(toolkit::readProperty(control, name)));
   }
-}
-
-toolkit::Control& Bench::find(std::string_view name) {
-  for (const auto& control : component_->surface().controls()) {
-    if (control->fullName() == name) {
-      return *control;
-    }
-  }
-  throw std::logic_error("there is no control " + std::string(name));
 }
 
 void Bench::requireConnected(std::string_view how) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <set>
 #include <sstream>
 #include <string>
@@ -9,12 +8,12 @@
 #include <vector>
 
 #include "lumodevice/toolkit/event_loop.hpp"
-#include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 #include "lumodevice/toolkit/timer.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 #include "tests/support/instrument.hpp"
 #include "tests/support/memory_drive.hpp"
+#include "tests/support/panel_hand.hpp"
 #include "tests/support/script.hpp"
 #include "tests/support/scripted_serial.hpp"
 #include "tests/support/scripted_visa.hpp"
@@ -34,7 +33,7 @@ class FixedClock : public io::WallClock {
 /// "pass" for each event pass, "sleep MS" for each wait, "box TEXT" for each information box, and
 /// the calls of the links and the drive as their makes describe them. The ports and resources of a
 /// new bench are none; connectVisa() and its kin plug in `instrument`.
-class Bench : private toolkit::View {
+class Bench : public PanelHand, private toolkit::View {
  public:
   struct Setup {
     /// A loop shared with others; its passes and waits are in nobody's journal.
@@ -64,28 +63,10 @@ class Bench : private toolkit::View {
 
   /// What the component is given.
   [[nodiscard]] Host host();
-  [[nodiscard]] ZANCtrl& zan() { return *component_; }
+  [[nodiscard]] ZANCtrl& zan() override { return *component_; }
   /// Ends the component's life.
   void destroy();
 
-  template <typename ControlType>
-  [[nodiscard]] ControlType& control(std::string_view name, std::optional<int> index = {}) {
-    return component_->surface().get<ControlType>(name, index);
-  }
-  /// A property of a control as text: read("cmdSendCmd", "Enabled").
-  [[nodiscard]] std::string read(std::string_view name, std::string_view property);
-  [[nodiscard]] std::string text(std::string_view name) { return read(name, "Text"); }
-  /// The entries of a list, one a line.
-  [[nodiscard]] std::string items(std::string_view name);
-
-  // The operator's hand; each act must be possible.
-  void click(std::string_view name);
-  void type(std::string_view name, std::string_view text);
-  void select(std::string_view name, int index);
-  void press(std::string_view name, toolkit::Key key);
-
-  /// Sends a command as a host does and returns the answer.
-  std::string ask(std::string_view command);
   /// Lets time pass on the loop.
   void run(std::chrono::milliseconds span) { loop.runFor(span); }
 
@@ -108,7 +89,6 @@ class Bench : private toolkit::View {
 
  private:
   void changed(const toolkit::Control& control, toolkit::Property property, int item) override;
-  [[nodiscard]] toolkit::Control& find(std::string_view name);
   void requireConnected(std::string_view how);
 
   std::set<std::string, std::less<>> watched_;

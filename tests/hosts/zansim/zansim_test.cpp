@@ -1,20 +1,19 @@
 #include <arpa/inet.h>
-#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <string>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 #include "simulator/descriptor.hpp"
+#include "tests/support/child_program.hpp"
 
+using lumodevice::support::ChildProgram;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
@@ -22,74 +21,11 @@ using zansim::Descriptor;
 
 namespace {
 
-constexpr int kPatience = 10'000;
-
-std::string readLine(int descriptor) {
-  std::string line;
-  pollfd poll{descriptor, POLLIN, 0};
-  char byte = 0;
-  while (::poll(&poll, 1, kPatience) > 0 && ::read(descriptor, &byte, 1) == 1 && byte != '\n') {
-    line += byte;
-  }
-  return line;
-}
-
 /// The simulator as a process of its own.
-class Program {
+class Program : public ChildProgram {
  public:
-  explicit Program(const std::vector<std::string>& arguments) {
-    std::array<int, 2> output{};
-    std::array<int, 2> errors{};
-    EXPECT_EQ(::pipe(output.data()), 0);
-    EXPECT_EQ(::pipe(errors.data()), 0);
-    process_ = ::fork();
-    if (process_ == 0) {
-      run(arguments, output[1], errors[1]);
-    }
-    ::close(output[1]);
-    ::close(errors[1]);
-    output_ = Descriptor(output[0]);
-    errors_ = Descriptor(errors[0]);
-  }
-  ~Program() {
-    if (process_ > 0) {
-      ::kill(process_, SIGKILL);
-      ::waitpid(process_, nullptr, 0);
-    }
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  std::string line() { return readLine(output_.get()); }
-  std::string errorLine() { return readLine(errors_.get()); }
-
-  /// The exit status, after `signal` when it is not 0; -1 when a signal killed the program.
-  int end(int signal = 0) {
-    if (signal != 0) {
-      ::kill(process_, signal);
-    }
-    int status = 0;
-    ::waitpid(process_, &status, 0);
-    process_ = 0;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-
- private:
-  [[noreturn]] static void run(const std::vector<std::string>& arguments, int output, int errors) {
-    ::dup2(output, STDOUT_FILENO);
-    ::dup2(errors, STDERR_FILENO);
-    std::vector<char*> argv{const_cast<char*>(ZANSIM_PROGRAM)};
-    for (const std::string& argument : arguments) {
-      argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
-    ::execv(ZANSIM_PROGRAM, argv.data());
-    ::_exit(127);
-  }
-
-  pid_t process_ = 0;
-  Descriptor output_;
-  Descriptor errors_;
+  explicit Program(const std::vector<std::string>& arguments)
+      : ChildProgram(ZANSIM_PROGRAM, arguments) {}
 };
 
 class Zansim : public testing::Test {
@@ -106,7 +42,7 @@ class Zansim : public testing::Test {
 
 std::string ask(int descriptor, const std::string& query) {
   EXPECT_EQ(::write(descriptor, query.data(), query.size()), static_cast<ssize_t>(query.size()));
-  return readLine(descriptor);
+  return ChildProgram::readLine(descriptor);
 }
 
 Descriptor connectTo(const std::string& place) {
