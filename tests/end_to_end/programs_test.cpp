@@ -1,0 +1,247 @@
+#include <csignal>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include "platform/posix/visa_library.hpp"
+#include "tests/platform/child_process.hpp"
+#include "tests/platform/temporary_folder.hpp"
+#include "tests/support/child_program.hpp"
+
+namespace lumodevice::end_to_end {
+namespace {
+
+using support::ChildProgram;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kChannels =
+    "Channels:  > CH1-2021L\n"
+    "             CH2-2021R\n"
+    "             CH3-2040\n"
+    "             CH4-2040\n"
+    "             CH5-2041\n"
+    "             CH6-2050\n"
+    "             CH7-2030\n";
+
+struct Outcome {
+  int status;
+  std::string output;
+  std::string errors;
+};
+
+/// The programs as a user runs them.
+class Programs : public testing::Test {
+ protected:
+  /// Runs zanctl to its end.
+  Outcome zanctl(std::vector<std::string> words, const std::string& script = "") {
+    words.insert(words.begin(), {"--drive-c", folder_.path().string()});
+    ChildProgram program(ZANCTL_PROGRAM, words, script);
+    std::string output = program.rest();
+    std::string errors = program.errorRest();
+    return {program.end(), std::move(output), std::move(errors)};
+  }
+
+  /// zansim on a pseudo-terminal, ready to answer.
+  struct Simulator {
+    explicit Simulator(const std::vector<std::string>& words) : program(ZANSIM_PROGRAM, words) {
+      static_cast<void>(program.line());
+    }
+    ChildProgram program;
+  };
+
+  std::string path(const char* name) const { return (folder_.path() / name).string(); }
+
+  posix::TemporaryFolder folder_;
+};
+
+/// One line, so that it fits a message box, a log, a mail.
+MATCHER_P(isOneLine, inner, "") {
+  return arg.ends_with('\n') && arg.find('\n') == arg.size() - 1 &&
+         ExplainMatchResult(inner, arg, result_listener);
+}
+
+TEST_F(Programs, connectOverAVisaLibrary) {
+  const Outcome ran = zanctl({"--virtual-time", "--visa-library", ZANSIM_VISA_LIBRARY, "connect"});
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_EQ(ran.output, "Link:      VISA (" ZANSIM_VISA_LIBRARY
+                        ") USB0::0x5A41::0x0200::SIM00001::INSTR\n"
+                        "Identity:  Ostbrook Instruments, ZAN63200, SIM00001, 1.02.3\n" +
+                            std::string(kChannels));
+  EXPECT_EQ(ran.errors, "");
+}
+
+TEST_F(Programs, sendOverAVisaLibraryInBothVariants) {
+  for (const char* link : {"visa", "visacom"}) {
+    const Outcome ran = zanctl({"--virtual-time", "--visa-library", ZANSIM_VISA_LIBRARY, "--link",
+                                link, "send", ":CHAN 4", ":CHAN?", "*RDT?"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.output, "4\n2021L,2021R,0,2040,2040,2041,2050,2030\n");
+    EXPECT_EQ(ran.errors, "");
+  }
+}
+
+TEST_F(Programs, anUnansweredQueryIsAFailure) {
+  const Outcome ran = zanctl(
+      {"--virtual-time", "--visa-library", ZANSIM_VISA_LIBRARY, "send", ":NONE:SUCH?", ":CHAN?"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_EQ(ran.output, "[information] Error:Device has not sent back some data yet!\n1\n");
+}
+
+/// Waits of 30 ms instead of 200, so that the read-back is through in a few seconds.
+constexpr const char* kSerialScript =
+    "type Text5 30\n"
+    "call AutoConnect\n"
+    "get Combo2.Text\n"
+    "get cmbChannel.Text\n"
+    "type Text5 200\n"
+    "call SendCmd :CHAN?\n"
+    "get ResultStr\n";
+
+TEST_F(Programs, aSerialSearchWithItsTrace) {
+  const Simulator simulator({"--pty", path("zan")});
+  const Outcome ran =
+      zanctl({"--link", "serial", "--port", "COM3=" + path("zan"), "--trace", path("trace"), "run"},
+             kSerialScript);
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_EQ(ran.errors, "");
+  EXPECT_EQ(ran.output, "True\n38400\nCH1-2021L\n1\n");
+  const std::string trace = folder_.read("trace");
+  EXPECT_THAT(trace, ContainsRegex("^[0-9]+\\.[0-9]{3} open COM3\n"));
+  EXPECT_THAT(trace, ContainsRegex("[0-9.]+ open COM3\n"
+                                   "[0-9.]+ send \"\\*IDN\\?\\\\r\"\n"
+                                   "[0-9.]+ sleep 1500\n"
+                                   "[0-9.]+ recv \"Ostbrook Instruments,[^\n]*\\\\n\"\n"
+                                   "[0-9.]+ sleep 300\n"
+                                   "[0-9.]+ send \"\\*IDN\\?\\\\r\"\n"
+                                   "[0-9.]+ sleep 1500\n"
+                                   "[0-9.]+ recv \"Ostbrook Instruments,[^\n]*\\\\n\"\n"
+                                   "[0-9.]+ send \"\\*RDT\\?\\\\r\"\n"
+                                   "[0-9.]+ sleep 50\n"));
+  EXPECT_THAT(trace, ContainsRegex("send \":CHAN\\?\\\\n\"\n"
+                                   "[0-9.]+ sleep 50\n"
+                                   "([0-9.]+ sleep [0-9]+\n)*"
+                                   "[0-9.]+ recv \"1\\\\n\"\n"));
+  EXPECT_THAT(trace, ContainsRegex("[0-9.]+ close COM3\n$"));
+}
+
+bool aVisaLibraryIsInstalled() {
+  return posix::loadVisaLibrary().library != nullptr;
+}
+
+TEST_F(Programs, aSocketOfAnotherProcessOverTheBuiltInLayer) {
+  if (aVisaLibraryIsInstalled()) {
+    GTEST_SKIP() << "the built-in layer is not used here";
+  }
+  ChildProgram simulator(ZANSIM_PROGRAM, {"--tcp", "0"});
+  const std::string place = simulator.line();
+  const Outcome ran =
+      zanctl({"--virtual-time", "run"},
+             "type cmbVISARes TCPIP0::127.0.0.1::" + place.substr(place.rfind(':') + 1) +
+                 "::SOCKET\nclick cmdConnVISA\nget ChCount\n"
+                 "call SendCmd :CHAN?\nget ResultStr\n");
+  EXPECT_EQ(ran.output, "7\n1\n");
+  EXPECT_EQ(ran.status, 0);
+}
+
+TEST_F(Programs, aVisaLibraryThatCannotBeLoadedIsExplainedInOneLine) {
+  struct Case {
+    std::string library;
+    const char* why;
+  };
+  for (const Case& c : {Case{path("missing.so"), "missing.so: no such file"},
+                        Case{folder_.write("text.so", "just a text").string(), "not an ELF file"},
+                        Case{VISA_WITHOUT_READ, "lacks viRead"}}) {
+    const Outcome ran = zanctl({"--visa-library", c.library, "connect"});
+    EXPECT_EQ(ran.status, 2) << c.why;
+    EXPECT_EQ(ran.output, "");
+    EXPECT_THAT(ran.errors, isOneLine(AllOf(StartsWith("zanctl: "), HasSubstr(c.why))));
+  }
+}
+
+TEST_F(Programs, aVisaLibraryThatFailsEveryCallFindsNothing) {
+  for (const char* link : {"visa", "visacom"}) {
+    const Outcome ran = zanctl({"--visa-library", FAILING_VISA, "--link", link, "connect"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.output, "");
+    EXPECT_THAT(ran.errors, isOneLine(AllOf(StartsWith("zanctl: no ZAN instrument found: "),
+                                            HasSubstr("check its power"))));
+  }
+}
+
+TEST_F(Programs, aSerialDeviceThatIsNotThereIsExplainedInOneLine) {
+  const std::string device = path("nothing");
+  const Outcome ran = zanctl({"--link", "serial", "--port", "COM5=" + device, "connect"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("COM5: cannot open " + device),
+                                          HasSubstr("No such file or directory"),
+                                          HasSubstr("--port COMn=DEVICE"))));
+}
+
+TEST_F(Programs, aFileThatIsNoSerialDeviceIsExplainedInOneLine) {
+  const std::string file = folder_.write("file", "").string();
+  const Outcome ran = zanctl({"--link", "serial", "--port", "COM5=" + file, "connect"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.errors, isOneLine(HasSubstr("COM5: cannot open " + file)));
+}
+
+/// The last port stays open behind the scan.
+const std::string kLast = "COM16=";
+constexpr const char* kHold = "print held\nwait 60000\n";
+
+TEST_F(Programs, aSerialDeviceInUseIsExplainedInOneLine) {
+  const Simulator simulator({"--pty", path("zan")});
+  ChildProgram holder(ZANCTL_PROGRAM, {"--link", "serial", "--port", kLast + path("zan"), "run"},
+                      kHold);
+  EXPECT_EQ(holder.line(), "held");
+  const Outcome ran = zanctl({"--link", "serial", "--port", "COM5=" + path("zan"), "connect"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.errors, isOneLine(HasSubstr("in use by another program")));
+}
+
+TEST_F(Programs, aSerialDeviceThatIsRefusedIsExplainedInOneLine) {
+  const std::string device = folder_.write("device", "").string();
+  ::chmod(device.c_str(), 0);
+  ::chmod(folder_.path().c_str(), 0755);
+  constexpr int kOutOfReach = 77;
+  const int told = posix::asOrdinaryUser([&] {
+    if (::access(ZANCTL_PROGRAM, X_OK) != 0) {
+      return kOutOfReach;
+    }
+    const Outcome ran = zanctl({"--link", "serial", "--port", "COM5=" + device, "connect"});
+    const bool right = ran.errors.find("Permission denied") != std::string::npos &&
+                       ran.errors.find('\n') == ran.errors.size() - 1;
+    return ran.status == 1 && right ? 0 : 1;
+  });
+  if (told == kOutOfReach) {
+    GTEST_SKIP() << "an ordinary user cannot run the program where it lies";
+  }
+  EXPECT_EQ(told, 0);
+}
+
+TEST_F(Programs, withoutAVisaLibraryTheNamesThatWereTriedAreTold) {
+  if (aVisaLibraryIsInstalled()) {
+    GTEST_SKIP() << "there is nothing to tell";
+  }
+  const Outcome ran = zanctl({"connect"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("libvisa.so"), HasSubstr("--visa-library"))));
+}
+
+TEST_F(Programs, anInterruptedHostClosesItsLinkForTheNextOne) {
+  const Simulator simulator({"--pty", path("zan")});
+  {
+    ChildProgram holder(ZANCTL_PROGRAM, {"--link", "serial", "--port", kLast + path("zan"), "run"},
+                        kHold);
+    EXPECT_EQ(holder.line(), "held");
+    EXPECT_EQ(holder.end(SIGTERM), -1);
+  }
+  EXPECT_EQ(
+      zanctl({"--link", "serial", "--port", kLast + path("zan"), "run"}, "get Combo1.ListCount\n")
+          .output,
+      "1\n");
+}
+
+}  // namespace
+}  // namespace lumodevice::end_to_end
