@@ -16,6 +16,8 @@ namespace zanctl {
 namespace {
 
 constexpr int kLastPort = 16;
+/// A day, in milliseconds.
+constexpr int kLongestPeriod = 24 * 60 * 60 * 1000;
 /// A channel's number is one digit on the wire.
 constexpr int kLastChannel = 9;
 
@@ -184,7 +186,7 @@ class Parser {
         ->check(CLI::Range(0, std::numeric_limits<int>::max()));
     sub.add_option("--every", readings.every, "From one round to the next, 1000 when not given")
         ->type_name("MS")
-        ->check(CLI::Range(0, std::numeric_limits<int>::max()));
+        ->check(CLI::Range(0, kLongestPeriod));
     sub.add_flag("--csv", readings.csv, "Comma-separated values with time stamps");
   }
 

@@ -34,9 +34,10 @@ struct Options {
 
   /// Of the command `readings`.
   struct Readings {
-    int channel = 0;   ///< 0: all
-    int count = 1;     ///< rounds; 0: until the program is ended
-    int every = 1000;  ///< milliseconds from the start of one round to that of the next
+    int channel = 0;  ///< 0: all
+    int count = 1;    ///< rounds; 0: until the program is ended
+    int every =
+        1000;  ///< milliseconds from the start of one round to that of the next; at most a day
     bool csv = false;
   };
   Readings readings;

@@ -32,6 +32,7 @@ constexpr auto kReadings = std::to_array<Reading>({{":FETC:VOLT?", "Voltage(V)",
                                                    {":FETC:POW?", "Power(W)", "power_W"},
                                                    {":LOAD?", "Load", "load"}});
 constexpr std::size_t kLoad = 3;
+constexpr std::chrono::milliseconds kLateAnswers{1000};
 
 /// An entry of the channel list: "CH3-2040" is number 3, name "CH3-2040".
 struct Channel {
@@ -65,17 +66,29 @@ std::string timeStamp(const lumodevice::io::LocalTime& time) {
   return stamp.data();
 }
 
-/// Asks the selected channel; an empty field stands for an answer that did not come.
+/// The one number that an answer is; none for an answer that did not come, was garbled, or is two
+/// that ran together: a table is no place for it.
+std::optional<std::string> numberIn(const std::string& answer) {
+  const std::string number = text::Trim(answer);
+  const bool plain = number.find_first_not_of("0123456789.+-eE") == std::string::npos;
+  return plain && text::isNumericText(number) ? std::optional(number) : std::nullopt;
+}
+
+/// Asks the selected channel; an empty field stands for an answer that is none.
 Row readChannel(Station& station, const Options::Readings& options, bool& complete) {
   Row row;
   for (std::size_t i = 0; i < kReadings.size(); ++i) {
     station.component().SendCmd(kReadings[i].query);
-    std::string answer = escaped(text::Trim(station.component().ResultStr()));
-    complete = complete && !answer.empty();
-    if (i == kLoad && !answer.empty() && !options.csv) {
-      answer = text::Val(answer) == 0 ? "off" : "on";
+    std::string field;
+    if (const auto number = numberIn(station.component().ResultStr())) {
+      const bool word = i == kLoad && !options.csv;
+      field = word ? (text::Val(*number) == 0 ? "off" : "on") : *number;
+    } else {
+      complete = false;
+      // What is late must not arrive as the answer of the next query.
+      station.loop().runFor(kLateAnswers);
     }
-    row.push_back(std::move(answer));
+    row.push_back(std::move(field));
   }
   return row;
 }
@@ -88,6 +101,13 @@ std::string joined(const Row& row) {
   return line;
 }
 
+void select(Station& station, const std::string& channel, std::string& selected) {
+  if (selected != channel) {
+    station.component().SendCmd(":CHAN " + channel);
+    selected = channel;
+  }
+}
+
 /// One round over the channels; false when an answer did not come.
 bool readRound(Station& station, const Options::Readings& options,
                const std::vector<Channel>& channels, std::string& selected) {
@@ -97,10 +117,7 @@ bool readRound(Station& station, const Options::Readings& options,
     table[0].emplace_back(reading.heading);
   }
   for (const Channel& channel : channels) {
-    if (selected != channel.number) {
-      station.component().SendCmd(":CHAN " + channel.number);
-      selected = channel.number;
-    }
+    select(station, channel.number, selected);
     const std::string stamp = timeStamp(station.wallClock().now());
     Row row = readChannel(station, options, complete);
     row.insert(row.begin(), escaped(channel.name));
@@ -153,6 +170,7 @@ ExitStatus runReadings(Station& station, const Options& allOptions) {
       channelOf(station.component().surface().get<ComboBox>("cmbChannel").text()).number;
   std::string selected = shown;
   bool complete = true;
+  select(station, channels.front().number, selected);
   const auto begin = station.loop().now();
   for (int round = 0; options.count == 0 || round < options.count; ++round) {
     const auto due = begin + std::chrono::milliseconds(options.every) * round;
@@ -164,9 +182,7 @@ ExitStatus runReadings(Station& station, const Options& allOptions) {
       return kOutputClosed;
     }
   }
-  if (selected != shown) {
-    station.component().SendCmd(":CHAN " + shown);
-  }
+  select(station, shown, selected);
   return complete ? kDone : kFailed;
 }
 

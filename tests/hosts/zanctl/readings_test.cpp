@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -83,6 +84,30 @@ TEST_F(Readings, leaveThePanelsChannelSelected) {
   const auto last = ended.errors.rfind("send \":CHAN ");
   ASSERT_NE(last, std::string::npos);
   EXPECT_EQ(ended.errors.substr(last, 15), "send \":CHAN 1\\n");
+}
+
+/// The simulated instrument as a VISA library, with a fault from after the connect on.
+class FaultyReadings : public Readings {
+ protected:
+  Ended readWithFault(const std::string& fault) {
+    ::setenv("ZANSIM_FAULTS", (fault + " after=27").c_str(), 1);
+    Ended ended = run({"--visa-library", ZANSIM_VISA_LIBRARY, "--virtual-time", "readings", "--csv",
+                       "--channel", "1", "--count", "3"});
+    ::unsetenv("ZANSIM_FAULTS");
+    return ended;
+  }
+};
+
+TEST_F(FaultyReadings, takeNothingButOneNumberForAReading) {
+  for (const char* fault : {"garble", "garble every=2", "silent every=3", "long=40"}) {
+    const Ended ended = readWithFault(fault);
+    EXPECT_EQ(ended.status, kFailed) << fault;
+    const auto lines = linesOf(ended.output);
+    ASSERT_EQ(lines.size(), 4U) << fault << '\n' << ended.output << ended.errors;
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+      EXPECT_THAT(lines[i], MatchesRegex("[^,]+,CH1-2021L,[0-9.]*,[0-9.]*,[0-9.]*,[01]?")) << fault;
+    }
+  }
 }
 
 TEST_F(Readings, workOnEveryLink) {
