@@ -44,6 +44,13 @@ class RecordingVisa : public io::ForwardingVisa {
   io::Visa& visa_;
 };
 
+void requireConnected(bool connected) {
+  if (!connected) {
+    std::fputs("panel_bench: the component did not connect to the loopback socket\n", stderr);
+    std::exit(1);
+  }
+}
+
 void select(bench::Component& component) {
   component.control<toolkit::ComboBox>("cmbChannel").click.raise();
 }
@@ -55,7 +62,7 @@ std::vector<std::string> linesOfASelection(std::uint16_t port) {
   RecordingVisa recording(visa);
   bench::Component component(loop, &recording);
   component.control<toolkit::TextBox>("Text5").setText("0");
-  component.connectTo(port);
+  requireConnected(component.connectTo(port));
   recording.lines.clear();
   select(component);
   return recording.lines;
@@ -73,7 +80,7 @@ void compareSelection() {
   toolkit::RealTimeLoop loop;
   bench::Component component(loop);
   component.control<toolkit::TextBox>("Text5").setText("0");
-  component.connectTo(responder.port());
+  requireConnected(component.connectTo(responder.port()));
   const bench::RawSocket plain(responder.port());
   std::vector<double> componentTimes;
   std::vector<double> rawTimes;
@@ -106,7 +113,7 @@ double watch(int count, int seconds) {
     components.push_back(std::make_unique<bench::Component>(loop));
     bench::Component& component = *components.back();
     component.control<toolkit::TextBox>("Text5").setText("0");
-    component.connectTo(responder.port());
+    requireConnected(component.connectTo(responder.port()));
     component.zan.AutoQuery(true);
   }
   const double before = processorSeconds();

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "lumodevice/io/host.hpp"
 #include "lumodevice/io/visa_com.hpp"
+#include "lumodevice/link/host.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice {
@@ -36,7 +36,8 @@ class ZANCtrl {
   [[nodiscard]] std::shared_ptr<io::FormattedIO488> devZAN() const;
   void devZAN(std::shared_ptr<io::FormattedIO488> device);
 
-  /// The identity answer of the connected instrument; "" when it did not match.
+  /// The identity answer that the last automatic VISA or manual serial connect got, terminator
+  /// included; "" when it did not match. The other connects leave it as it was.
   [[nodiscard]] std::string IDN() const;
   void IDN(std::string_view identity);
 
@@ -64,9 +65,10 @@ class ZANCtrl {
   /// Shows the connection frame.
   void ShowConnect();
   /// Shows the connection frame and searches for an instrument on the chosen link; true when one
-  /// was found. Blocks for the search: up to 3.3 s for each serial port and baud rate tried.
+  /// was found. Blocks for the search: on the serial link 3.3 s for each port and baud rate tried,
+  /// with 16 ports and four rates up to three and a half minutes; then for the channel read-back.
   bool AutoConnect();
-  /// Puts the panel into its unconnected look.
+  /// Puts the panel into its unconnected look. Closes nothing; isConnected stays as it is.
   void NotConnect();
 
   /// All controls of the panel, for views, hands and tests.

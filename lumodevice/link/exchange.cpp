@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <ostream>
+#include <utility>
 
 #include "lumodevice/text/text.hpp"
 
@@ -138,7 +139,7 @@ void Exchange::runCommand(std::string_view command) {
   }
 }
 
-const std::string& Exchange::query(std::string_view command) {
+std::string Exchange::query(std::string_view command) {
   runCommand(command);
   return link_.form.txtReturn.text();
 }
@@ -147,8 +148,8 @@ std::optional<std::string> Exchange::ask(std::string_view command) {
   if (!link_.connected()) {
     return std::nullopt;
   }
-  const std::string& answer = query(command);
-  return link_.connected() ? std::optional(answer) : std::nullopt;
+  std::string answer = query(command);
+  return link_.connected() ? std::optional(std::move(answer)) : std::nullopt;
 }
 
 void Exchange::SendCmd(std::string_view sVar) {

@@ -26,7 +26,7 @@ class Exchange {
   void runCommand(std::string_view command);
 
   /// Runs a command and returns the answer, "" when there was none.
-  const std::string& query(std::string_view command);
+  std::string query(std::string_view command);
 
   /// The same for a read-back: none when there is no link, or none any more after the waits, so
   /// that the answer of an earlier query is never taken for this one's.

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "lumodevice/form/form.hpp"
-#include "lumodevice/io/host.hpp"
+#include "lumodevice/link/host.hpp"
 
 /// The link to the instrument: what is open, and the operations that find, open and use it.
 namespace lumodevice::link {

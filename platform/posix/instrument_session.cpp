@@ -18,6 +18,7 @@ io::ViStatus InstrumentSession::getAttribute(io::ViAttr attribute, std::string& 
 }
 
 io::ViStatus InstrumentSession::setAttribute(io::ViAttr attribute, std::uint32_t value) {
+  const Settings before = settings_;
   switch (attribute) {
     case io::VI_ATTR_TMO_VALUE:
       settings_.timeout = value;
@@ -36,7 +37,10 @@ io::ViStatus InstrumentSession::setAttribute(io::ViAttr attribute, std::uint32_t
     default:
       return io::VI_ERROR_NSUP_ATTR;
   }
-  return applySettings();
+  // A host sets the same time-out before every exchange; that need not cost a system call.
+  const io::ViStatus status = settings_ == before ? io::VI_SUCCESS : applySettings();
+  if (status < 0) settings_ = before;
+  return status;
 }
 
 }  // namespace lumodevice::posix

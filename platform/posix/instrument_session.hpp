@@ -34,6 +34,7 @@ class InstrumentSession {
     char terminator = '\n';
     bool terminatorEnabled = false;
     bool sendEnd = true;
+    friend bool operator==(const Settings&, const Settings&) = default;
   };
 
   [[nodiscard]] const Settings& settings() const { return settings_; }
