@@ -1,89 +1,16 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
-#include "lumodevice/text/fault.hpp"
+#include "lumodevice/toolkit/event.hpp"
+#include "lumodevice/toolkit/property.hpp"
 
 namespace lumodevice::toolkit {
 
 class Surface;
 class Container;
-
-enum class Kind {
-  Form,
-  Frame,
-  Label,
-  TextBox,
-  ComboBox,
-  ListBox,
-  CheckBox,
-  OptionButton,
-  CommandButton,
-  Timer,
-  PictureBox,
-  Image,
-};
-
-/// What can change about a control. The three Item... kinds carry the item's index with the
-/// notification.
-enum class Property {
-  Text,
-  Caption,
-  Value,
-  Enabled,
-  Visible,
-  Tag,
-  ListIndex,
-  ItemInserted,
-  ItemRemoved,
-  ItemsCleared,
-  Interval,
-  Place,
-  MousePointer,
-  OLEDropMode,
-  ZOrder,
-};
-
-/// Left, top, width and height in twips (1440 to the inch, 15 to the pixel at 96 dpi), relative to
-/// the container.
-struct Place {
-  int left = 0;
-  int top = 0;
-  int width = 0;
-  int height = 0;
-  friend bool operator==(const Place&, const Place&) = default;
-};
-
-/// A value that a property does not take (number 380), or a property that the control has not
-/// (438).
-class PropertyFault : public Fault {
- public:
-  using Fault::Fault;
-};
-
-inline constexpr int kInvalidPropertyValue = 380;
-inline constexpr int kNoSuchProperty = 438;
-
-/// An event of a control: at most one handler, set by the subsystem that owns the event. Raising it
-/// runs the handler at once, nested in whatever is running, to its end.
-template <typename... Arguments>
-class Event {
- public:
-  void handle(std::function<void(Arguments...)> handler) { handler_ = std::move(handler); }
-  [[nodiscard]] bool handled() const { return static_cast<bool>(handler_); }
-  void raise(Arguments... arguments) const {
-    if (handler_) {
-      handler_(arguments...);
-    }
-  }
-
- private:
-  std::function<void(Arguments...)> handler_;
-};
 
 /// What all controls have. Controls live in a Surface, which owns them, and are never copied or
 /// moved. Setting a property to the value that it already has does nothing: no notification, no

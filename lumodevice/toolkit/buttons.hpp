@@ -1,0 +1,64 @@
+#pragma once
+
+#include "lumodevice/toolkit/frames.hpp"
+
+namespace lumodevice::toolkit {
+
+class Label : public Captioned<Control> {
+ public:
+  static constexpr Kind kKind = Kind::Label;
+  Event<> click;
+
+ protected:
+  friend class Surface;
+  using Captioned::Captioned;
+};
+
+class CommandButton : public Captioned<Control> {
+ public:
+  static constexpr Kind kKind = Kind::CommandButton;
+  Event<> click;
+
+ protected:
+  friend class Surface;
+  using Captioned::Captioned;
+};
+
+/// Click when the value changes, from code or by the operator.
+class CheckBox : public Captioned<Control> {
+ public:
+  static constexpr Kind kKind = Kind::CheckBox;
+  static constexpr int kClear = 0;
+  static constexpr int kTicked = 1;
+  static constexpr int kGreyed = 2;
+  Event<> click;
+  [[nodiscard]] int value() const { return value_; }
+  /// Throws PropertyFault(380) for a value other than 0, 1 and 2.
+  void setValue(int value);
+
+ protected:
+  friend class Surface;
+  using Captioned::Captioned;
+
+ private:
+  int value_ = kClear;
+};
+
+/// Click when it becomes selected; its siblings in the same container are cleared without a Click.
+class OptionButton : public Captioned<Control> {
+ public:
+  static constexpr Kind kKind = Kind::OptionButton;
+  Event<> click;
+  [[nodiscard]] bool value() const { return value_; }
+  void setValue(bool value);
+
+ protected:
+  friend class Surface;
+  using Captioned::Captioned;
+
+ private:
+  void show(bool value);
+  bool value_ = false;
+};
+
+}  // namespace lumodevice::toolkit

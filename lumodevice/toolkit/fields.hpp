@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "lumodevice/toolkit/control.hpp"
+
+namespace lumodevice::toolkit {
+
+/// Key codes that the fields know.
+enum class Key { Enter = 13, Up = 38, Down = 40 };
+
+/// Change when the text becomes another one; setting the text that it already holds raises none.
+class TextBox : public Control {
+ public:
+  static constexpr Kind kKind = Kind::TextBox;
+  Event<> change;
+  Event<Key> keyDown;
+  [[nodiscard]] const std::string& text() const { return text_; }
+  void setText(std::string_view text);
+
+ protected:
+  friend class Surface;
+  using Control::Control;
+
+ private:
+  std::string text_;
+};
+
+}  // namespace lumodevice::toolkit

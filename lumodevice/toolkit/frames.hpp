@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "lumodevice/toolkit/control.hpp"
+
+namespace lumodevice::toolkit {
+
+/// The form itself: the container of all; its mouse pointer is the component's.
+class Form : public Container {
+ public:
+  static constexpr Kind kKind = Kind::Form;
+  /// 0 default, 1 arrow, 11 hourglass.
+  [[nodiscard]] int mousePointer() const { return mousePointer_; }
+  void setMousePointer(int pointer);
+
+ protected:
+  friend class Surface;
+  using Container::Container;
+
+ private:
+  int mousePointer_ = 0;
+};
+
+/// The caption that frames, labels, buttons and boxes share.
+template <typename Base>
+class Captioned : public Base {
+ public:
+  [[nodiscard]] const std::string& caption() const { return caption_; }
+  void setCaption(std::string_view caption) {
+    if (caption_ != caption) {
+      caption_ = caption;
+      this->changed(Property::Caption);
+    }
+  }
+
+ protected:
+  using Base::Base;
+
+ private:
+  std::string caption_;
+};
+
+class Frame : public Captioned<Container> {
+ public:
+  static constexpr Kind kKind = Kind::Frame;
+
+ protected:
+  friend class Surface;
+  using Captioned::Captioned;
+};
+
+}  // namespace lumodevice::toolkit

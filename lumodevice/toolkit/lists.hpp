@@ -1,0 +1,94 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/fields.hpp"
+
+namespace lumodevice::toolkit {
+
+/// The items and the selection that list boxes and combo boxes share.
+class ListControl : public Control {
+ public:
+  /// The selection changed from code, or the operator picked an entry (also the one already
+  /// selected).
+  Event<> click;
+  [[nodiscard]] int listCount() const { return static_cast<int>(items_.size()); }
+  /// Throws PropertyFault(381) outside 0 to listCount() - 1.
+  [[nodiscard]] const std::string& list(int index) const;
+  /// -1 when nothing is selected.
+  [[nodiscard]] int listIndex() const { return listIndex_; }
+  /// Throws PropertyFault(380) outside -1 to listCount() - 1.
+  void setListIndex(int index);
+  /// Adds at the end, or before the item at `position`. The selected item stays selected.
+  void addItem(std::string_view item);
+  void addItem(std::string_view item, int position);
+  /// Throws PropertyFault(5) for an index that holds no item. Removing the selected item selects
+  /// nothing.
+  void removeItem(int index);
+  /// Empties list, selection and text; raises nothing.
+  void clear();
+  /// The text: of a combo box what its edit field shows, of a list box the selected item or "".
+  [[nodiscard]] virtual std::string_view text() const = 0;
+
+ protected:
+  using Control::Control;
+  /// Runs when the selection moved, before its Click.
+  virtual void selectionChanged() {}
+
+ private:
+  void select(int index);
+  std::vector<std::string> items_;
+  int listIndex_ = -1;
+};
+
+/// An edit field with a list. Selecting an entry puts it into the field; setting the text selects
+/// none.
+class ComboBox : public ListControl {
+ public:
+  static constexpr Kind kKind = Kind::ComboBox;
+  Event<Key> keyDown;
+  [[nodiscard]] std::string_view text() const override { return text_; }
+  void setText(std::string_view text);
+
+ protected:
+  friend class Surface;
+  using ListControl::ListControl;
+  void selectionChanged() override;
+
+ private:
+  std::string text_;
+};
+
+/// What is dragged from one list box to another.
+struct DragData {
+  std::string text;
+  int allowedEffects = 0;
+};
+inline constexpr int kDropEffectNone = 0;
+inline constexpr int kDropEffectMove = 2;
+
+class ListBox : public ListControl {
+ public:
+  static constexpr Kind kKind = Kind::ListBox;
+  enum DropMode { kDropNone = 0, kDropManual = 1 };
+  /// A drag of the selected item starts; without a text or an allowed effect it does not go on.
+  Event<DragData&> startDrag;
+  /// Something was dropped here; raised only in the manual drop mode.
+  Event<const DragData&> drop;
+  [[nodiscard]] int oleDropMode() const { return dropMode_; }
+  /// Throws PropertyFault(380) for a mode other than 0 and 1.
+  void setOleDropMode(int mode);
+  [[nodiscard]] std::string_view text() const override;
+
+ protected:
+  friend class Surface;
+  using ListControl::ListControl;
+
+ private:
+  int dropMode_ = kDropNone;
+};
+
+}  // namespace lumodevice::toolkit

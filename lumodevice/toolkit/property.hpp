@@ -1,0 +1,62 @@
+#pragma once
+
+#include "lumodevice/text/fault.hpp"
+
+namespace lumodevice::toolkit {
+
+enum class Kind {
+  Form,
+  Frame,
+  Label,
+  TextBox,
+  ComboBox,
+  ListBox,
+  CheckBox,
+  OptionButton,
+  CommandButton,
+  Timer,
+  PictureBox,
+  Image,
+};
+
+/// What can change about a control. The three Item... kinds carry the item's index with the
+/// notification.
+enum class Property {
+  Text,
+  Caption,
+  Value,
+  Enabled,
+  Visible,
+  Tag,
+  ListIndex,
+  ItemInserted,
+  ItemRemoved,
+  ItemsCleared,
+  Interval,
+  Place,
+  MousePointer,
+  OLEDropMode,
+  ZOrder,
+};
+
+/// Left, top, width and height in twips (1440 to the inch, 15 to the pixel at 96 dpi), relative to
+/// the container.
+struct Place {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+  friend bool operator==(const Place&, const Place&) = default;
+};
+
+/// A value that a property does not take (number 380), or a property that the control has not
+/// (438).
+class PropertyFault : public Fault {
+ public:
+  using Fault::Fault;
+};
+
+inline constexpr int kInvalidPropertyValue = 380;
+inline constexpr int kNoSuchProperty = 438;
+
+}  // namespace lumodevice::toolkit
