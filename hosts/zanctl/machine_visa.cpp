@@ -50,9 +50,12 @@ Visa& MachineVisa::target() {
       name_ = loaded.name;
     } else {
       visa_ = std::make_unique<posix::BuiltinVisa>();
-      name_ = "built-in layer";
+      name_ = "the built-in layer";
       for (const posix::VisaLibraryFailure& failure : loaded.failures) {
         tried_ += (tried_.empty() ? "" : ", ") + failure.name;
+        if (failure.reason != posix::kNoSuchFile) {
+          broken_ += (broken_.empty() ? "" : ", ") + failure.name + " " + failure.reason;
+        }
       }
     }
   }
@@ -66,6 +69,9 @@ MachineVisa::ViStatus MachineVisa::viOpen(ViSession resourceManager, const std::
       ForwardingVisa::viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
   if (status < VI_SUCCESS) {
     refused_.insert_or_assign(descriptor, status);
+  } else {
+    refused_.erase(descriptor);
+    opened_ = true;
   }
   return status;
 }
@@ -75,13 +81,18 @@ std::string MachineVisa::advice() const {
   for (const auto& [descriptor, status] : refused_) {
     text += descriptor + " cannot be opened (" + statusText(status) + "); ";
   }
-  if (!tried_.empty()) {
-    return text + "no VISA library is installed (tried " + tried_ +
-           "; name one with --visa-library PATH), and the built-in layer sees none among the USB "
-           "instruments; for a serial device try --link serial";
+  if (!broken_.empty()) {
+    text +=
+        "no VISA library can be used (" + broken_ + "; name another with --visa-library PATH); ";
+  } else if (!tried_.empty()) {
+    text +=
+        "no VISA library is installed (tried " + tried_ + "; name one with --visa-library PATH); ";
   }
-  return text + "no other resource of " + name_ +
-         " answers as a ZAN; check its power and cable, or for a serial device try --link serial";
+  const bool nothing = !opened_ && refused_.empty();
+  text += nothing ? name_ + " sees no instrument"
+                  : std::string("no ") + (refused_.empty() ? "" : "other ") + "resource of " +
+                        name_ + " answers as a ZAN";
+  return text + "; check its power and cable, or for a serial device try --link serial";
 }
 
 }  // namespace zanctl

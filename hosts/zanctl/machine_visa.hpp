@@ -21,7 +21,7 @@ class MachineVisa : public lumodevice::io::ForwardingVisa {
                   std::uint32_t accessMode, std::uint32_t openTimeout,
                   ViSession& instrument) override;
 
-  /// The library's name, or "built-in layer".
+  /// The library's name, or "the built-in layer".
   [[nodiscard]] const std::string& name() const { return name_; }
   /// One line on why nothing was found, and what to try.
   [[nodiscard]] std::string advice() const;
@@ -34,7 +34,11 @@ class MachineVisa : public lumodevice::io::ForwardingVisa {
   std::string name_;
   /// The names that were tried in vain when the built-in layer had to stand in.
   std::string tried_;
+  /// Those of them that are there and cannot be used, each with the reason.
+  std::string broken_;
+  /// The resources that could not be opened.
   std::map<std::string, ViStatus> refused_;
+  bool opened_ = false;
 };
 
 }  // namespace zanctl

@@ -118,6 +118,10 @@ bool drag(ListBox& from, std::string_view text, ListBox& onto) {
   while (index < from.listCount() && from.list(index) != text) {
     ++index;
   }
+  if (index == from.listCount()) {
+    throw PropertyFault(kInvalidPropertyValue,
+                        from.fullName() + " holds no item \"" + std::string(text) + '"');
+  }
   pick(from, index);
   DragData data;
   from.startDrag.raise(data);

@@ -175,7 +175,7 @@ std::string loaderReason(const std::string& name) {
   std::string reason = words == nullptr ? "cannot be loaded" : words;
   if (reason.find("No such file or directory") != std::string::npos &&
       reason.starts_with(name + ":")) {
-    return "no such file";
+    return kNoSuchFile;
   }
   if (reason.starts_with(name + ": ")) reason.erase(0, name.size() + 2);
   return reason;
@@ -217,7 +217,7 @@ std::string VisaLibraryResult::failureText() const {
 VisaLibraryResult loadVisaLibrary(const std::string& path) {
   VisaLibraryResult result;
   if (path.empty()) {
-    result.failures.push_back({path, "no such file"});
+    result.failures.push_back({path, kNoSuchFile});
   } else {
     tryLibrary(path, result);
   }

@@ -8,6 +8,9 @@
 
 namespace lumodevice::posix {
 
+/// The reason of a name that leads nowhere; every other one is that of a library which is there.
+inline constexpr const char* kNoSuchFile = "no such file";
+
 /// Why a name did not lead to a usable VISA library.
 struct VisaLibraryFailure {
   std::string name;

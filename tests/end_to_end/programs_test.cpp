@@ -1,4 +1,6 @@
 #include <csignal>
+#include <cstdlib>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
@@ -227,6 +229,19 @@ TEST_F(Programs, withoutAVisaLibraryTheNamesThatWereTriedAreTold) {
   const Outcome ran = zanctl({"connect"});
   EXPECT_EQ(ran.status, 1);
   EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("libvisa.so"), HasSubstr("--visa-library"))));
+}
+
+TEST_F(Programs, anInstalledVisaLibraryThatCannotBeUsedIsToldWithItsReason) {
+  if (aVisaLibraryIsInstalled()) {
+    GTEST_SKIP() << "a library that works stands in";
+  }
+  std::ofstream(path("libvisa.so")) << "no library at all";
+  ::setenv("LD_LIBRARY_PATH", folder_.path().c_str(), 1);
+  const Outcome ran = zanctl({"--virtual-time", "connect"});
+  ::unsetenv("LD_LIBRARY_PATH");
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("no VISA library can be used (libvisa.so "),
+                                          HasSubstr("name another with --visa-library PATH"))));
 }
 
 TEST_F(Programs, anInterruptedHostClosesItsLinkForTheNextOne) {
