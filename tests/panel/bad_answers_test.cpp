@@ -9,10 +9,9 @@ namespace lumodevice::panel {
 namespace {
 
 using support::kLinks;
+using support::kNoAnswerBox;
 using support::Over;
 using support::PanelBench;
-
-constexpr const char* kNoAnswerBox = "box Error:Device has not sent back some data yet!\n";
 
 /// A query of the read-backs and what shows its answer: a property of a control.
 struct ReadBack {

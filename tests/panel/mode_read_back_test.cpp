@@ -9,6 +9,7 @@ namespace lumodevice::panel {
 namespace {
 
 using support::kLinks;
+using support::kNoAnswerBox;
 using support::linkName;
 using support::Over;
 using support::PanelBench;
@@ -116,10 +117,7 @@ TEST(ModeReadBack, takesNoAnswerForCcHigh) {
     bench.instrument.on(":Mode?", nothing);
     bench.select("cmbChannel", 0);
     EXPECT_EQ(modePart(bench.sent()),
-              ":CHAN 1\n:Mode?\n"
-              "box Error:Device has not sent back some data yet!\n"
-              ":MODE CCH\n" +
-                  kCc);
+              std::string(":CHAN 1\n:Mode?\n") + kNoAnswerBox + ":MODE CCH\n" + kCc);
     EXPECT_TRUE(bench.mode(0).value());
   }
 }

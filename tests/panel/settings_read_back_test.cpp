@@ -7,13 +7,12 @@
 namespace lumodevice::panel {
 namespace {
 
+using support::kEmptyBox;
 using support::kLinks;
+using support::kNumberBox;
 using support::linkName;
 using support::Over;
 using support::PanelBench;
-
-constexpr const char* kEmptyBox = "box You Should input setting up new value! first\n";
-constexpr const char* kNumberBox = "box Input Value is not a numeric format!\n";
 
 /// The lines of a channel selection that belong to the settings.
 std::string settingsPart(const std::string& sent) {

@@ -17,6 +17,11 @@ inline constexpr Over kLinks[] = {Over::VisaLibrary, Over::VisaCom, Over::Serial
 /// For the names of tests that run over every link.
 void PrintTo(Over link, std::ostream* output);
 
+// Information boxes of the panel, as PanelBench::sent() shows them.
+inline constexpr const char* kEmptyBox = "box You Should input setting up new value! first\n";
+inline constexpr const char* kNumberBox = "box Input Value is not a numeric format!\n";
+inline constexpr const char* kNoAnswerBox = "box Error:Device has not sent back some data yet!\n";
+
 /// A bench with a load that answers every query: channels "CH1-ZAN2040" and "CH2-ZAN6310", mode
 /// "CCH", low voltage range, every switch off, "0.5" to whatever else is asked.
 class PanelBench : public Bench {
