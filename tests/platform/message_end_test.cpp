@@ -1,7 +1,10 @@
 #include "platform/posix/message_end.hpp"
 
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
+#include <vector>
 
 namespace lumodevice::posix {
 namespace {
@@ -61,6 +64,91 @@ TEST(MessageEnd, knowsWhetherAMessageIsUnderWay) {
   end.take("abc");
   end.restart();
   EXPECT_FALSE(end.insideMessage());
+}
+
+/// Messages, bytes without any order, and the pieces in which they arrive; all follow from the
+/// seed.
+class Stream {
+ public:
+  explicit Stream(std::uint32_t seed) : random_(seed) {}
+
+  /// A block with text behind it, or text alone.
+  std::string message() {
+    std::string text;
+    if (below(2) == 0) {
+      const std::string data = bytes(below(300));
+      const std::string length = std::to_string(data.size());
+      text = '#' + std::to_string(length.size()) + length + data;
+    } else {
+      text = 'T';
+    }
+    for (const char c : bytes(below(20))) {
+      text += c == '\n' ? ' ' : c;
+    }
+    return text + '\n';
+  }
+
+  std::string bytes(std::size_t count) {
+    static const std::string kBytes("#0123456789\n\r\0 \xFFx", 17);
+    std::string made;
+    while (made.size() < count) {
+      made += kBytes[below(kBytes.size())];
+    }
+    return made;
+  }
+
+  /// Cuts the bytes where messages end, the rest being the last one; they arrive in pieces of up to
+  /// `longest` bytes.
+  std::vector<std::string> cut(std::string_view stream, std::size_t longest) {
+    std::vector<std::string> messages(1);
+    MessageEnd end;
+    while (!stream.empty()) {
+      const std::string_view piece = stream.substr(0, 1 + below(longest));
+      const auto taken = end.take(piece);
+      EXPECT_GT(taken.length, 0U);
+      EXPECT_LE(taken.length, piece.size());
+      EXPECT_TRUE(taken.ended || taken.length == piece.size());
+      EXPECT_NE(taken.ended, end.insideMessage());
+      if (taken.length == 0 || taken.length > piece.size()) {
+        break;
+      }
+      messages.back() += stream.substr(0, taken.length);
+      stream.remove_prefix(taken.length);
+      if (taken.ended) {
+        messages.emplace_back();
+      }
+    }
+    return messages;
+  }
+
+  std::size_t below(std::size_t count) {
+    return std::uniform_int_distribution<std::size_t>(0, count - 1)(random_);
+  }
+
+ private:
+  std::mt19937 random_;
+};
+
+TEST(MessageEnd, cutsWhatWasSentIntoTheMessagesThatItWas) {
+  for (std::uint32_t seed = 1; seed <= 200; ++seed) {
+    Stream stream(seed);
+    std::vector<std::string> messages;
+    std::string sent;
+    for (int i = 0; i < 20; ++i) {
+      messages.push_back(stream.message());
+      sent += messages.back();
+    }
+    messages.emplace_back();
+    EXPECT_EQ(stream.cut(sent, 1 + stream.below(400)), messages) << "seed " << seed;
+  }
+}
+
+TEST(MessageEnd, ofBytesWithoutOrderDoesNotDependOnTheirPieces) {
+  for (std::uint32_t seed = 1; seed <= 200; ++seed) {
+    Stream stream(seed);
+    const std::string bytes = stream.bytes(1 + stream.below(2000));
+    EXPECT_EQ(stream.cut(bytes, 1 + stream.below(100)), stream.cut(bytes, 1)) << "seed " << seed;
+  }
 }
 
 }  // namespace

@@ -316,23 +316,5 @@ TEST(SocketSession, attributesKeepToTheirWidths) {
   EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_INTF_INST_NAME, 0), io::VI_ERROR_ATTR_READONLY);
 }
 
-TEST(SocketAddress, takesWhatNamesARawSocketAndNothingElse) {
-  const auto full = parseSocketAddress("TCPIP2::zan.bench.lan::5025::SOCKET");
-  ASSERT_TRUE(full);
-  EXPECT_EQ(full->board, 2);
-  EXPECT_EQ(full->host, "zan.bench.lan");
-  EXPECT_EQ(full->port, 5025);
-  EXPECT_EQ(parseSocketAddress("tcpip::h::1::socket")->host, "h");
-  EXPECT_EQ(parseSocketAddress("TCPIP0::[::1]::65535::SOCKET")->host, "::1");
-  for (const char* other :
-       {"", "SOCKET", "TCPIP0::SOCKET", "TCPIP0::1::SOCKET", "TCPIP0::::1::SOCKET",
-        "TCPIP0::h::0::SOCKET", "TCPIP0::h::65536::SOCKET", "TCPIP0::h::-1::SOCKET",
-        "TCPIP0::h::1x::SOCKET", "TCPIP0::h::1::INSTR", "TCPIPx::h::1::SOCKET",
-        "TCPIP-1::h::1::SOCKET", "USB0::h::1::SOCKET", "TCPIP0::a::b::1::SOCKET",
-        "TCPIP0::?*::1::SOCKET", "TCPIP0::a b::1::SOCKET", "?*SOCKET"}) {
-    EXPECT_FALSE(parseSocketAddress(other)) << other;
-  }
-}
-
 }  // namespace
 }  // namespace lumodevice::posix

@@ -1,6 +1,9 @@
 #include "simulator/framer.hpp"
 
+#include <algorithm>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -36,6 +39,48 @@ std::vector<std::string> frame(Framer& framer, std::string_view bytes, bool end 
 }
 
 using Messages = std::vector<std::string>;
+
+/// What a link brings; all of it follows from the seed.
+class Traffic {
+ public:
+  explicit Traffic(std::uint32_t seed) : random_(seed) {}
+
+  /// A message without what ends it: text that may end in quotes or in a block.
+  std::string message() {
+    std::string text = 'T' + bytes("ABC:? ,;1", below(30));
+    switch (below(3)) {
+      case 0: {
+        const std::string data = bytes("#\r\n\"' x\xFF", below(200));
+        const std::string length = std::to_string(data.size());
+        return text + '#' + std::to_string(length.size()) + length + data;
+      }
+      case 1:
+        return text + '"' + bytes("#123' x", below(20)) + '"';
+      default:
+        return text;
+    }
+  }
+
+  std::string terminator() {
+    static const std::string kTerminators[] = {"\r", "\n", "\r\n", "\n \n"};
+    return kTerminators[below(4)];
+  }
+
+  std::string bytes(const std::string& of, std::size_t count) {
+    std::string made;
+    while (made.size() < count) {
+      made += of[below(of.size())];
+    }
+    return made;
+  }
+
+  std::size_t below(std::size_t count) {
+    return std::uniform_int_distribution<std::size_t>(0, count - 1)(random_);
+  }
+
+ private:
+  std::mt19937 random_;
+};
 
 }  // namespace
 
@@ -116,4 +161,40 @@ TEST(Framer, itIsIdleBetweenMessages) {
   EXPECT_TRUE(framer.idle());
   framer.put('\n');
   EXPECT_TRUE(framer.idle());
+}
+
+TEST(Framer, cutsWhatWasSentIntoTheMessagesThatItWas) {
+  for (std::uint32_t seed = 1; seed <= 200; ++seed) {
+    Traffic traffic(seed);
+    Messages messages;
+    std::string sent;
+    for (int i = 0; i < 20; ++i) {
+      messages.push_back(traffic.message());
+      sent += messages.back() + traffic.terminator();
+    }
+    Framer framer;
+    EXPECT_EQ(frame(framer, sent), messages) << "seed " << seed;
+    EXPECT_TRUE(framer.idle());
+  }
+}
+
+TEST(Framer, ofAnyBytesHoldsNoMoreThanItsLimitsAndReadsTheNextMessage) {
+  constexpr std::size_t kLongestHeader = 11;
+  std::string every;
+  for (int i = 0; i < 256; ++i) {
+    every += static_cast<char>(i);
+  }
+  for (std::uint32_t seed = 1; seed <= 100; ++seed) {
+    Traffic traffic(seed);
+    const std::string bytes = traffic.bytes(seed % 2 == 0 ? every : "#0123456789\"' x\n", 20'000);
+    Framer framer;
+    std::size_t longest = 0;
+    for (const char byte : bytes) {
+      static_cast<void>(framer.put(byte));
+      longest = std::max(longest, framer.message().size());
+    }
+    EXPECT_LE(longest, Framer::kLongestText + kLongestHeader + Framer::kLongestBlock);
+    static_cast<void>(framer.end());
+    EXPECT_EQ(frame(framer, "*IDN?\n"), Messages{"*IDN?"}) << "seed " << seed;
+  }
 }
