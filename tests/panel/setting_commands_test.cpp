@@ -1,8 +1,13 @@
+#include "lumodevice/panel/setting_commands.hpp"
+
 #include <array>
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "lumodevice/text/text.hpp"
 #include "tests/support/panel_bench.hpp"
 
 namespace lumodevice::panel {
@@ -179,6 +184,24 @@ TEST(SetButton, sendsANumberOfTenThousandDigits) {
   const std::string digits = "0." + std::string(10'000, '3');
   bench.set(0, digits);
   EXPECT_EQ(bench.sent(), ":CURR:STAT:L1 " + digits + "\n");
+}
+
+TEST(FormatValue, writesAValueAsThePanelDoes) {
+  const std::pair<double, const char*> rows[] = {
+      {5, "5"},       {0, "0"},         {0.5, "0.5"},       {5.25, "5.25"},
+      {-3.1, "-3.1"}, {-0.0004, "0"},   {0.0004, "0"},      {12345.6789, "12345.679"},
+      {1000, "1000"}, {99.9996, "100"}, {-0.0006, "-0.001"}};
+  for (const auto& [value, text] : rows) {
+    EXPECT_EQ(FormatValue(value), text);
+  }
+}
+
+TEST(FormatValue, hasNoTextForWhatIsNoNumber) {
+  for (const double value :
+       {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+        std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_THROW((void)FormatValue(value), text::NumberFault);
+  }
 }
 
 TEST(SetButton, isSilentWithoutALink) {
