@@ -172,15 +172,45 @@ TEST(ChannelSelection, endsInStateTwoWhenTheAutoQueryIsTickedMeanwhile) {
   EXPECT_TRUE(bench.switchesSend());
 }
 
-TEST(ChannelSelection, asksNoMoreOnceTheLinkHasGone) {
-  PanelBench bench;
-  bench.connect();
-  actAfter(bench, ":CURR:STAT:L2?", [&] { bench.click("optConnRS232"); });
-  bench.select("cmbChannel", 0);
-  const std::string sent = bench.journal({"viWrite"});
-  EXPECT_EQ(sent.find(":CURR:STAT:RISE?"), std::string::npos) << sent;
-  EXPECT_FALSE(bench.zan().isConnected());
-  EXPECT_FALSE(bench.switchesSend());
+/// What the panel shows of the settings: the texts of the boxes, the switches and the range.
+std::string shownSettings(PanelBench& bench) {
+  std::string shown;
+  for (int i = 0; i < 29; ++i) {
+    shown += bench.input(i).text() + '|';
+  }
+  for (const char* name : {"chkVON", "chkLoad", "chkOCP", "chkOVP", "chkUVP", "chkGoNogo"}) {
+    shown += std::to_string(bench.box(name).value()) + '|';
+  }
+  return shown + bench.read("cmbVolRange", "Text") + '|' + bench.read("lblVoRange", "Caption");
+}
+
+TEST(ChannelSelection, asksAndShowsNoMoreOnceTheLinkHasGone) {
+  for (const Over link : kLinks) {
+    SCOPED_TRACE(linkName(link));
+    PanelBench bench;
+    bench.connect(link);
+    for (int i = 0; i < 29; ++i) {
+      bench.input(i).setText(std::to_string(i));
+    }
+    for (const char* name : {"chkVON", "chkLoad", "chkOCP", "chkOVP", "chkUVP", "chkGoNogo"}) {
+      bench.box(name).setValue(1);
+    }
+    bench.combo("cmbVolRange").setListIndex(1);
+    bench.control<toolkit::Label>("lblVoRange").setCaption("80");
+    (void)bench.journal();
+    std::string before;
+    actAfter(bench, ":CURR:STAT:L2?", [&] {
+      before = shownSettings(bench);
+      bench.click(link == Over::Serial ? "optVISA" : "optConnRS232");
+    });
+    bench.select("cmbChannel", 0);
+    const std::string sent = bench.journal({"viWrite", "WriteString", "COM3 write"});
+    EXPECT_EQ(sent.find(":CURR:STAT:RISE?"), std::string::npos) << sent;
+    EXPECT_TRUE(before.starts_with("0.5|1|2|3|")) << before;
+    EXPECT_EQ(shownSettings(bench), before);
+    EXPECT_FALSE(bench.zan().isConnected());
+    EXPECT_FALSE(bench.switchesSend());
+  }
 }
 
 TEST(ChannelSelection, isNotLoadedAfterALinkThatWentDuringIt) {
