@@ -276,6 +276,51 @@ TEST_F(AutoQuery, showsAnswersThatAreNoReadingsAsTheyCame) {
   }
 }
 
+TEST_F(AutoQuery, showsSixtyKilobytesAsTheyCameOverEveryLink) {
+  for (const Over link : kLinks) {
+    SCOPED_TRACE(linkName(link));
+    PanelBench fresh;
+    fresh.connect(link);
+    fresh.click("chkAutoQuery");
+    const std::string answer(60'000, '7');
+    for (const char* query : {":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?", ":LOAD?"}) {
+      fresh.instrument.on(query, answer + "\n");
+    }
+    fresh.run(kPeriod * 10);
+    // The buffer of the library link holds 80 characters, of which the last is dropped.
+    const std::string shown = link == Over::VisaLibrary ? answer.substr(0, 79) : answer;
+    EXPECT_EQ(fresh.text("txtVoltage(0)"), shown);
+    EXPECT_EQ(fresh.text("txtCurrent(0)"), shown);
+    EXPECT_EQ(fresh.text("txtPower(0)"), shown);
+    EXPECT_EQ(fresh.box("chkLoad").value(), 0) << "the number does not fit";
+  }
+}
+
+TEST_F(AutoQuery, keepsTheReadOutOfAMissingOrEmptyAnswerOverEveryLink) {
+  for (const Over link : kLinks) {
+    for (const auto& nothing : {support::silence(), support::answer("\n"), support::answer("")}) {
+      SCOPED_TRACE(linkName(link));
+      PanelBench fresh;
+      fresh.connect(link);
+      fresh.click("chkAutoQuery");
+      fresh.run(kPeriod * 10);
+      ASSERT_EQ(fresh.text("txtCurrent(0)"), "0.5");
+      fresh.instrument.on(":FETC:CURR?", nothing);
+      fresh.instrument.on(":LOAD?", nothing);
+      fresh.instrument.on(":FETC:VOLT?", "1.25\n");
+      fresh.instrument.on(":FETC:POW?", "2.5\n");
+      fresh.box("chkLoad").setValue(1);
+      // A read that finds nothing lasts as long as the time-out of the link.
+      fresh.run(30s);
+      EXPECT_EQ(fresh.text("txtVoltage(0)"), "1.25");
+      EXPECT_EQ(fresh.text("txtCurrent(0)"), "0.5");
+      EXPECT_EQ(fresh.text("txtPower(0)"), "2.5");
+      EXPECT_EQ(fresh.box("chkLoad").value(), 1);
+      EXPECT_TRUE(fresh.zan().isConnected());
+    }
+  }
+}
+
 TEST_F(AutoQuery, ofALinkThatFailsGoesOn) {
   start(Over::Serial);
   bench.script.fail("COM3 write", io::kSerialDeviceBusy);

@@ -32,6 +32,31 @@ const std::vector<ReadBack> kTexts = {{":CURR:STAT:L1?", "txtInput(0)", "Text"},
                                       {":FETC:VOLT?", "txtVoltage(0)", "Text"},
                                       {":FETC:CURR?", "txtCurrent(0)", "Text"},
                                       {":FETC:POW?", "txtPower(0)", "Text"}};
+/// The boxes that are read in a mode alone, from the first one on, by the instrument's name of the
+/// mode.
+struct ModeBoxes {
+  const char* mode;
+  int firstBox;
+  std::vector<const char*> queries;
+};
+const std::vector<const char*> kCc = {":CURR:STAT:L1?", ":CURR:STAT:L2?", ":CURR:STAT:RISE?",
+                                      ":CURR:STAT:FALL?"};
+const std::vector<const char*> kCr = {":RES:L1?", ":RES:L2?", ":RES:RISE?", ":RES:FALL?"};
+const std::vector<const char*> kCcDynamic = {":CURR:DYN:L1?",   ":CURR:DYN:L2?", ":CURR:DYN:RISE?",
+                                             ":CURR:DYN:FALL?", ":CURR:DYN:T1?", ":CURR:DYN:T2?"};
+const std::vector<const char*> kCrDynamic = {":RES:DYN:LOW:L1?",   ":RES:DYN:LOW:L2?",
+                                             ":RES:DYN:LOW:RISE?", ":RES:DYN:LOW:FALL?",
+                                             ":RES:DYN:LOW:T1?",   ":RES:DYN:LOW:T2?"};
+const std::vector<ModeBoxes> kModeBoxes = {{"CCH", 0, kCc},
+                                           {"CCL", 0, kCc},
+                                           {"CV", 11, {":VOLT:L1?", ":VOLT:L2?", ":VOLT:CURR?"}},
+                                           {"CV", 27, {":SPEC:CURR:H?", ":SPEC:CURR:L?"}},
+                                           {"CRH", 14, kCr},
+                                           {"CRL", 14, kCr},
+                                           {"CCDH", 4, kCcDynamic},
+                                           {"CCDL", 4, kCcDynamic},
+                                           {"CRDH", 18, kCrDynamic},
+                                           {"CRDL", 18, kCrDynamic}};
 const std::vector<ReadBack> kWholes = {{":CONF:VOLT:LAT?", "chkVON", "Value"},
                                        {":LOAD?", "chkLoad", "Value"},
                                        {":CONF:PROT:CURR:STAT?", "chkOCP", "Value"},
@@ -80,8 +105,40 @@ class BadAnswer : public testing::TestWithParam<Over> {
     sent = bench.sent();
     bench.instrument.on(row.query, "0.25\n");
   }
+  /// Selects a channel of a load in that mode, whose settings it answers with this; true when each
+  /// box shows `shown` then.
+  testing::AssertionResult showsInEveryBox(const ModeBoxes& row, const support::Reply& reply,
+                                           const std::string& shown) {
+    bench.instrument.on(":Mode?", std::string(row.mode) + "\n");
+    for (const char* query : row.queries) {
+      bench.instrument.on(query, reply);
+    }
+    const auto boxes = static_cast<int>(row.queries.size());
+    for (int i = 0; i < boxes; ++i) {
+      bench.input(row.firstBox + i).setText("before");
+    }
+    (void)bench.journal();
+    bench.select("cmbChannel", 0);
+    sent = bench.sent();
+    for (int i = 0; i < boxes; ++i) {
+      if (bench.input(row.firstBox + i).text() != shown) {
+        return testing::AssertionFailure()
+               << row.mode << ": box " << row.firstBox + i << " shows "
+               << support::escaped(bench.input(row.firstBox + i).text().substr(0, 30));
+      }
+    }
+    return testing::AssertionSuccess();
+  }
   /// True when the read-back went to its end.
   [[nodiscard]] bool wentOn() const { return sent.ends_with(":FETC:POW?\n"); }
+
+  [[nodiscard]] std::size_t boxes() const {
+    std::size_t count = 0;
+    for (auto at = sent.find("box "); at != std::string::npos; at = sent.find("box ", at + 1)) {
+      ++count;
+    }
+    return count;
+  }
 
   PanelBench bench;
   std::string sent;
@@ -100,6 +157,38 @@ TEST_P(BadAnswer, isShownInATextAsItCame) {
       EXPECT_EQ(bench.read(row.control, row.property), received(GetParam(), answer))
           << row.query << ' ' << support::escaped(answer.substr(0, 30));
       EXPECT_NE(sent.find(":FETC:POW?\n"), std::string::npos);
+    }
+  }
+}
+
+TEST_P(BadAnswer, isShownInTheBoxesOfEveryModeAsItCame) {
+  bench.connect(GetParam());
+  for (const ModeBoxes& row : kModeBoxes) {
+    for (const std::string& answer : badAnswers()) {
+      const std::string shown = received(GetParam(), answer);
+      if (shown.find_first_not_of(' ') == std::string::npos) {
+        continue;  // blanks are read again on some links
+      }
+      EXPECT_TRUE(showsInEveryBox(row, support::answer(answer + "\n"), shown));
+      EXPECT_TRUE(wentOn()) << sent;
+    }
+  }
+}
+
+TEST_P(BadAnswer, thatIsMissingOrEmptyIsReportedOnceForEachBoxOfAMode) {
+  bench.connect(GetParam());
+  bench.type("Text5", "10");
+  for (const ModeBoxes& row : kModeBoxes) {
+    for (const auto& nothing : {support::silence(), support::answer("\n")}) {
+      EXPECT_TRUE(showsInEveryBox(row, nothing, ""));
+      for (const char* query : row.queries) {
+        EXPECT_NE(sent.find(std::string(query) + "\n" + kNoAnswerBox), std::string::npos) << sent;
+      }
+      EXPECT_EQ(boxes(), row.queries.size()) << sent;
+      EXPECT_TRUE(wentOn()) << sent;
+    }
+    for (const char* query : row.queries) {
+      bench.instrument.on(query, "0.25\n");
     }
   }
 }
@@ -150,21 +239,54 @@ TEST_P(BadAnswer, beyondANumberLeavesTheUvpBoxAsItWas) {
   }
 }
 
-TEST_P(BadAnswer, thatIsMissingIsReportedOnceAndTheReadBackGoesOn) {
+TEST_P(BadAnswer, ofTheUvpLevelIsShownAsItCame) {
   bench.connect(GetParam());
-  for (const ReadBack& row : kTexts) {
-    bench.type("Text5", "10");
-    readBack(row, support::silence());
-    EXPECT_EQ(bench.read(row.control, row.property), "") << row.query;
-    EXPECT_NE(sent.find(std::string(row.query) + "\n" + kNoAnswerBox), std::string::npos) << sent;
-    EXPECT_EQ(sent.find("box "), sent.rfind("box ")) << sent;
-    EXPECT_NE(sent.find(":FETC:POW?\n"), std::string::npos);
-  }
-  for (const ReadBack& row : kWholes) {
-    bench.box(row.control).setValue(1);
-    readBack(row, support::silence());
-    EXPECT_EQ(bench.box(row.control).value(), 0) << row.query;
+  const ReadBack level{":CONF:PROT:UVP:LEV?", "txtInput(26)", "Text"};
+  for (const std::string& answer : badAnswers()) {
+    const std::string shown = received(GetParam(), answer);
+    if (shown.find_first_not_of(' ') == std::string::npos) {
+      continue;  // blanks are read again on some links
+    }
+    bench.input(26).setText("4");
+    readBack(level, support::answer(answer + "\n"));
+    EXPECT_EQ(bench.input(26).text(), shown) << support::escaped(answer.substr(0, 30));
     EXPECT_TRUE(wentOn()) << sent;
+  }
+}
+
+TEST_P(BadAnswer, thatIsMissingOrEmptyForTheUvpLevelEmptiesItAndClearsTheSwitch) {
+  bench.connect(GetParam());
+  bench.type("Text5", "10");
+  const ReadBack level{":CONF:PROT:UVP:LEV?", "txtInput(26)", "Text"};
+  for (const auto& nothing : {support::silence(), support::answer("\n")}) {
+    bench.input(26).setText("4");
+    bench.box("chkUVP").setValue(1);
+    readBack(level, nothing);
+    EXPECT_EQ(bench.input(26).text(), "");
+    EXPECT_EQ(bench.box("chkUVP").value(), 0);
+    EXPECT_EQ(boxes(), 2U) << "asked for the switch and for the box: " << sent;
+    EXPECT_TRUE(wentOn()) << sent;
+  }
+}
+
+TEST_P(BadAnswer, thatIsMissingOrEmptyIsReportedOnceAndTheReadBackGoesOn) {
+  bench.connect(GetParam());
+  bench.type("Text5", "10");
+  for (const auto& nothing : {support::silence(), support::answer("\n")}) {
+    for (const ReadBack& row : kTexts) {
+      readBack(row, nothing);
+      EXPECT_EQ(bench.read(row.control, row.property), "") << row.query;
+      EXPECT_NE(sent.find(std::string(row.query) + "\n" + kNoAnswerBox), std::string::npos) << sent;
+      EXPECT_EQ(boxes(), 1U) << sent;
+      EXPECT_NE(sent.find(":FETC:POW?\n"), std::string::npos);
+    }
+    for (const ReadBack& row : kWholes) {
+      bench.box(row.control).setValue(1);
+      readBack(row, nothing);
+      EXPECT_EQ(bench.box(row.control).value(), 0) << row.query;
+      EXPECT_EQ(boxes(), 1U) << sent;
+      EXPECT_TRUE(wentOn()) << sent;
+    }
   }
 }
 
