@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <system_error>
 
@@ -23,8 +24,11 @@ ExitStatus runScript(Station& station, const Options& options) {
     return script.run(station.streams().input, file, station.errors());
   }
   std::ifstream lines(file);
-  if (!lines) {
-    throw WrongCommandLine("cannot read " + file + ": " + std::generic_category().message(errno));
+  // A folder can be opened; it is only its reading that fails.
+  std::error_code unknown;
+  if (!lines || std::filesystem::is_directory(file, unknown)) {
+    throw Unusable("cannot read " + file + ": " +
+                   std::generic_category().message(lines ? EISDIR : errno));
   }
   return script.run(lines, file, station.errors());
 }

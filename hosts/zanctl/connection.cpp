@@ -1,6 +1,9 @@
 #include "hosts/zanctl/connection.hpp"
 
+#include <optional>
+
 #include "hosts/zanctl/escape.hpp"
+#include "hosts/zanctl/search_report.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 
@@ -54,6 +57,10 @@ std::string identityText(Station& station) {
 }  // namespace
 
 bool connectOrExplain(Station& station, const Options& options) {
+  std::optional<SearchReport> report;
+  if (station.errors().isTerminal()) {
+    report.emplace(station.component().surface(), station.loop(), station.errors());
+  }
   if (station.component().AutoConnect()) {
     return true;
   }

@@ -32,7 +32,7 @@ ExitStatus runControls(Station& station, const Options& options) {
     }
   }
   if (rows.size() == 1) {
-    throw WrongCommandLine("unknown control " + escaped(options.arguments[0]));
+    throw Unusable("unknown control " + escaped(options.arguments[0]) + " (see zanctl controls)");
   }
   station.output().write(alignedTable(rows));
   return kDone;

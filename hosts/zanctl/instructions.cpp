@@ -8,6 +8,7 @@
 #include "hosts/zanctl/script.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/properties.hpp"
+#include "lumodevice/toolkit/surface.hpp"
 
 namespace zanctl {
 
@@ -45,6 +46,22 @@ std::optional<ControlProperty> controlProperty(Script& script, const std::string
                       "; it is for: " + std::string(member.use));
 }
 
+/// The member of that word. Who names a control is told how a control is written for the
+/// instruction.
+const Member& memberNamed(Script& script, const std::string& word, std::string_view written) {
+  const std::string name = word.substr(0, word.find('.'));
+  for (const auto& control : script.component().surface().controls()) {
+    if (control->fullName() == name || control->name() == name) {
+      const bool element = control->index() && control->name() == name;
+      const std::string whole = name + (element ? "(i)" : "");
+      throw ScriptMistake(name + (element ? " is a control array" : " is a control") + "; write " +
+                          std::string(written.substr(0, written.find(' ') + 1)) + whole +
+                          std::string(written.substr(written.find(' ') + 1)));
+    }
+  }
+  return findMember(word);
+}
+
 void get(Script& script, Script::Words words) {
   if (const auto target = controlProperty(script, words[0])) {
     const std::string value =
@@ -52,7 +69,7 @@ void get(Script& script, Script::Words words) {
     script.output().line(target->property == "Caption" ? escapedCaption(value) : escaped(value));
     return;
   }
-  const Member& member = findMember(words[0]);
+  const Member& member = memberNamed(script, words[0], "get .PROPERTY");
   if (member.get == nullptr) {
     misused(member, "read");
   }
@@ -60,7 +77,7 @@ void get(Script& script, Script::Words words) {
 }
 
 void put(Script& script, Script::Words words) {
-  const Member& member = findMember(words[0]);
+  const Member& member = memberNamed(script, words[0], "set .PROPERTY VALUE");
   if (member.put == nullptr) {
     misused(member, "written");
   }
@@ -68,7 +85,7 @@ void put(Script& script, Script::Words words) {
 }
 
 void call(Script& script, Script::Words words) {
-  const Member& member = findMember(words[0]);
+  const Member& member = memberNamed(script, words[0], "get .PROPERTY");
   if (member.call == nullptr) {
     misused(member, "called");
   }

@@ -35,7 +35,7 @@ class Links {
 /// A simulated instrument behind each of the links. The clock must outlive them.
 [[nodiscard]] std::unique_ptr<Links> simulatedLinks(lumodevice::io::Clock& clock);
 
-/// What the machine has. Throws WrongCommandLine when the VISA library that was named cannot be
+/// What the machine has. Throws Unusable when the VISA library that was named cannot be
 /// loaded. `errors` must outlive them.
 [[nodiscard]] std::unique_ptr<Links> realLinks(const Options& options, Output& errors);
 

@@ -1,5 +1,9 @@
 #include "hosts/zanctl/machine_serial.hpp"
 
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
 namespace zanctl {
 
 using namespace lumodevice::io;
@@ -10,6 +14,10 @@ constexpr std::string_view kNameADevice = "name the device with --port COMn=DEVI
 
 std::string portName(int port) {
   return "COM" + std::to_string(port);
+}
+
+bool isAboutPermission(const std::pair<const int, std::string>& refused) {
+  return refused.second.find(std::generic_category().message(EACCES)) != std::string::npos;
 }
 
 }  // namespace
@@ -40,6 +48,11 @@ std::string WitnessedSerialDevices::advice() const {
   if (!answerless.empty()) {
     return text + "no ZAN answered on " + answerless +
            "; check its power, cable and baud rate, or " + std::string(kNameADevice);
+  }
+  // Another name is of no help where the right device only lacks the permission.
+  if (!refused_.empty() && std::ranges::all_of(refused_, isAboutPermission)) {
+    text.erase(text.size() - std::string_view("; ").size());
+    return text;
   }
   return text + (refused_.empty() ? "there is no COM port; " : "") + std::string(kNameADevice);
 }

@@ -5,7 +5,6 @@
 
 #include "hosts/zanctl/mistake.hpp"
 #include "platform/posix/builtin_visa.hpp"
-#include "platform/posix/visa_library.hpp"
 
 namespace zanctl {
 
@@ -29,13 +28,43 @@ std::string statusText(ViStatus status) {
   }
 }
 
+std::string joined(const auto& names) {
+  std::string text;
+  for (const std::string& name : names) {
+    text += (text.empty() ? "" : ", ") + name;
+  }
+  return text;
+}
+
 }  // namespace
+
+std::string whyNoLibrary(const std::vector<posix::VisaLibraryFailure>& failures) {
+  std::vector<std::string> missing;
+  std::string broken;
+  for (const posix::VisaLibraryFailure& failure : failures) {
+    if (failure.absent) {
+      missing.push_back(failure.name);
+    } else {
+      broken.append(failure.name).append(": ").append(failure.reason).append("; ");
+    }
+  }
+  if (failures.empty()) {
+    return "";
+  }
+  if (broken.empty()) {
+    return "no VISA library is installed (tried " + joined(missing) +
+           "; name one with --visa-library PATH)";
+  }
+  return "no VISA library can be used (" + broken +
+         (missing.empty() ? "" : "not there: " + joined(missing) + "; ") +
+         "name another with --visa-library PATH)";
+}
 
 MachineVisa::MachineVisa(const std::optional<std::string>& library) {
   if (library) {
     posix::VisaLibraryResult loaded = posix::loadVisaLibrary(*library);
     if (loaded.library == nullptr) {
-      throw WrongCommandLine("cannot load the VISA library: " + loaded.failureText());
+      throw Unusable("cannot load the VISA library: " + loaded.failureText());
     }
     visa_ = std::move(loaded.library);
     name_ = loaded.name;
@@ -50,13 +79,8 @@ Visa& MachineVisa::target() {
       name_ = loaded.name;
     } else {
       visa_ = std::make_unique<posix::BuiltinVisa>();
-      name_ = "the built-in layer";
-      for (const posix::VisaLibraryFailure& failure : loaded.failures) {
-        tried_ += (tried_.empty() ? "" : ", ") + failure.name;
-        if (failure.reason != posix::kNoSuchFile) {
-          broken_ += (broken_.empty() ? "" : ", ") + failure.name + " " + failure.reason;
-        }
-      }
+      name_ = "built-in layer";
+      failures_ = std::move(loaded.failures);
     }
   }
   return *visa_;
@@ -69,9 +93,10 @@ MachineVisa::ViStatus MachineVisa::viOpen(ViSession resourceManager, const std::
       ForwardingVisa::viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
   if (status < VI_SUCCESS) {
     refused_.insert_or_assign(descriptor, status);
+    opened_.erase(descriptor);
   } else {
+    opened_.insert(descriptor);
     refused_.erase(descriptor);
-    opened_ = true;
   }
   return status;
 }
@@ -81,18 +106,18 @@ std::string MachineVisa::advice() const {
   for (const auto& [descriptor, status] : refused_) {
     text += descriptor + " cannot be opened (" + statusText(status) + "); ";
   }
-  if (!broken_.empty()) {
-    text +=
-        "no VISA library can be used (" + broken_ + "; name another with --visa-library PATH); ";
-  } else if (!tried_.empty()) {
-    text +=
-        "no VISA library is installed (tried " + tried_ + "; name one with --visa-library PATH); ";
+  const std::string other = refused_.empty() ? "" : "other ";
+  if (failures_.empty()) {
+    return text + "no " + other + "resource of " + name_ +
+           " answers as a ZAN; check its power and cable, or for a serial device try --link serial";
   }
-  const bool nothing = !opened_ && refused_.empty();
-  text += nothing ? name_ + " sees no instrument"
-                  : std::string("no ") + (refused_.empty() ? "" : "other ") + "resource of " +
-                        name_ + " answers as a ZAN";
-  return text + "; check its power and cable, or for a serial device try --link serial";
+  text += whyNoLibrary(failures_) + ", and ";
+  if (opened_.empty()) {
+    return text + "the built-in layer sees no " + other +
+           "USB instrument; for a serial device try --link serial";
+  }
+  return text + "over the built-in layer no ZAN answered on " + joined(opened_) +
+         "; check its power and cable, or for a serial device try --link serial";
 }
 
 }  // namespace zanctl

@@ -9,6 +9,7 @@ enum ExitStatus : int {
   kDone = 0,
   kFailed = 1,
   kWrongCommandLine = 2,
+  kUnusable = 2,
   kNotAvailable = 2,
   /// The reader of the output is gone: what a shell reports for a program that a closed pipe ended.
   kOutputClosed = 141,
@@ -26,8 +27,14 @@ class NotAvailable : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A command line, or a setting that goes with it, with which the program cannot start.
+/// A command line that is not written as the help says.
 class WrongCommandLine : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// What a command line names is of no use: a file, a library, a control. The text says why.
+class Unusable : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };

@@ -13,7 +13,7 @@ FileOutput::FileOutput(const std::string& path)
     : descriptor_(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
       owned_(true) {
   if (descriptor_ < 0) {
-    throw WrongCommandLine("cannot write " + path + ": " + std::generic_category().message(errno));
+    throw Unusable("cannot write " + path + ": " + std::generic_category().message(errno));
   }
 }
 
@@ -21,6 +21,10 @@ FileOutput::~FileOutput() {
   if (owned_) {
     ::close(descriptor_);
   }
+}
+
+bool FileOutput::isTerminal() const {
+  return ::isatty(descriptor_) == 1;
 }
 
 void FileOutput::write(std::string_view text) {

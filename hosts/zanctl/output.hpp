@@ -21,6 +21,8 @@ class Output {
   /// goes.
   [[nodiscard]] virtual int error() const { return 0; }
   [[nodiscard]] bool closed() const { return error() != 0; }
+  /// Whether a person reads along as it is written.
+  [[nodiscard]] virtual bool isTerminal() const { return false; }
 };
 
 /// An open file descriptor, unbuffered. SIGPIPE must be ignored.
@@ -28,11 +30,12 @@ class FileOutput : public Output {
  public:
   /// Does not close the descriptor.
   explicit FileOutput(int descriptor) : descriptor_(descriptor) {}
-  /// Creates the file, or empties it. Throws WrongCommandLine when it cannot.
+  /// Creates the file, or empties it. Throws Unusable when it cannot.
   explicit FileOutput(const std::string& path);
   ~FileOutput() override;
   void write(std::string_view text) override;
   [[nodiscard]] int error() const override { return error_; }
+  [[nodiscard]] bool isTerminal() const override;
 
  private:
   int descriptor_;

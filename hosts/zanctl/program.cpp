@@ -41,6 +41,9 @@ ExitStatus runProgram(const std::vector<std::string>& words, const Environment& 
   } catch (const WrongCommandLine& wrong) {
     streams.errors.line("zanctl: " + std::string(wrong.what()) + " (see zanctl --help)");
     status = kWrongCommandLine;
+  } catch (const Unusable& named) {
+    streams.errors.line("zanctl: " + std::string(named.what()));
+    status = kUnusable;
   } catch (const NotAvailable& missing) {
     streams.errors.line("zanctl: " + std::string(missing.what()));
     status = kNotAvailable;

@@ -23,7 +23,7 @@ struct Streams {
 /// One component with all that it needs, as the options say.
 class Station {
  public:
-  /// Chooses the link by the operator's clicks. Throws WrongCommandLine. The streams must outlive
+  /// Chooses the link by the operator's clicks. Throws Unusable. The streams must outlive
   /// it.
   Station(const Options& options, const Streams& streams);
   ~Station();

@@ -169,16 +169,25 @@ bool isElf(const std::string& path) {
          "ELF";
 }
 
-/// The loader's words, without the name that they begin with and the version that some end with.
-std::string loaderReason(const std::string& name) {
+VisaLibraryFailure absent(const std::string& name) {
+  return {.name = name, .reason = "no such file", .absent = true};
+}
+
+/// What the loader said of a name: its words, without the name that they begin with and the version
+/// that some end with. A file that the library itself needs and that is missing goes by its own
+/// name there.
+VisaLibraryFailure loaderFailure(const std::string& name) {
   const char* words = ::dlerror();
   std::string reason = words == nullptr ? "cannot be loaded" : words;
   if (reason.find("No such file or directory") != std::string::npos &&
       reason.starts_with(name + ":")) {
-    return kNoSuchFile;
+    return absent(name);
   }
+  // Only a path names a file of the current folder: the loader looks for plain names elsewhere.
+  const bool path = name.find('/') != std::string::npos;
+  if (path && std::ifstream(name).good() && !isElf(name)) return {name, "not an ELF file"};
   if (reason.starts_with(name + ": ")) reason.erase(0, name.size() + 2);
-  return reason;
+  return {name, std::move(reason)};
 }
 
 /// Tries one name; adds to the result what came of it.
@@ -186,10 +195,7 @@ void tryLibrary(const std::string& name, VisaLibraryResult& result) {
   ::dlerror();
   LoadedLibrary library(::dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL));
   if (!library) {
-    std::string reason = loaderReason(name);
-    const bool readable = std::ifstream(name).good();
-    if (readable && !isElf(name)) reason = "not an ELF file";
-    result.failures.push_back({name, std::move(reason)});
+    result.failures.push_back(loaderFailure(name));
     return;
   }
   Functions functions;
@@ -206,9 +212,9 @@ void tryLibrary(const std::string& name, VisaLibraryResult& result) {
 
 std::string VisaLibraryResult::failureText() const {
   std::string text;
-  for (const auto& [failed, reason] : failures) {
+  for (const VisaLibraryFailure& failure : failures) {
     if (!text.empty()) text += "; ";
-    text.append(failed).append(": ").append(reason);
+    text.append(failure.name).append(": ").append(failure.reason);
   }
   return text;
 }
@@ -217,7 +223,7 @@ std::string VisaLibraryResult::failureText() const {
 VisaLibraryResult loadVisaLibrary(const std::string& path) {
   VisaLibraryResult result;
   if (path.empty()) {
-    result.failures.push_back({path, kNoSuchFile});
+    result.failures.push_back(absent(path));
   } else {
     tryLibrary(path, result);
   }

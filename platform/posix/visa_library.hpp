@@ -8,14 +8,12 @@
 
 namespace lumodevice::posix {
 
-/// The reason of a name that leads nowhere; every other one is that of a library which is there.
-inline constexpr const char* kNoSuchFile = "no such file";
-
 /// Why a name did not lead to a usable VISA library.
 struct VisaLibraryFailure {
   std::string name;
   std::string
       reason;  ///< "no such file", "not an ELF file", "lacks viRead", or the loader's own words
+  bool absent = false;  ///< there is no such file; else it is there and of no use
 };
 
 /// Either a library or the reasons why there is none. The library stays loaded as long as the

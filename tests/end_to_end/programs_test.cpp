@@ -240,7 +240,7 @@ TEST_F(Programs, anInstalledVisaLibraryThatCannotBeUsedIsToldWithItsReason) {
   const Outcome ran = zanctl({"--virtual-time", "connect"});
   ::unsetenv("LD_LIBRARY_PATH");
   EXPECT_EQ(ran.status, 1);
-  EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("no VISA library can be used (libvisa.so "),
+  EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("no VISA library can be used (libvisa.so: "),
                                           HasSubstr("name another with --visa-library PATH"))));
 }
 

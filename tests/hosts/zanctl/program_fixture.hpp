@@ -22,11 +22,15 @@ class ProgramTest : public testing::Test {
   };
 
   std::map<std::string, std::string> variables;
+  bool errorsGoToATerminal = false;
 
   Ended run(const std::vector<std::string>& words, const std::string& input = "") {
     std::istringstream lines(input);
     TextOutput output;
     TextOutput errors;
+    if (errorsGoToATerminal) {
+      errors.pretendToBeATerminal();
+    }
     const Environment environment = [this](const char* name) {
       const auto found = variables.find(name);
       return found == variables.end() ? std::nullopt : std::optional(found->second);

@@ -100,10 +100,10 @@ TEST_F(Program, controlsTakesAnArrayOrOneOfItsElements) {
             "cmdSet(3)  CommandButton  Set              True     True     14\n");
 }
 
-TEST_F(Program, controlsOfAnUnknownNameIsAWrongCommandLine) {
+TEST_F(Program, controlsOfAnUnknownNameSaysWhereTheNamesAre) {
   const Ended ended = simulate({"controls", "cmdNothing"});
-  EXPECT_EQ(ended.status, kWrongCommandLine);
-  EXPECT_EQ(ended.errors, "zanctl: unknown control cmdNothing (see zanctl --help)\n");
+  EXPECT_EQ(ended.status, kUnusable);
+  EXPECT_EQ(ended.errors, "zanctl: unknown control cmdNothing (see zanctl controls)\n");
 }
 
 TEST_F(Program, aScriptComesFromAFile) {
@@ -116,12 +116,12 @@ TEST_F(Program, aScriptComesFromAFile) {
 
 TEST_F(Program, aScriptThatCannotBeReadIsReported) {
   const Ended missing = simulate({"run", file("none.zan")});
-  EXPECT_EQ(missing.status, kWrongCommandLine);
-  EXPECT_EQ(missing.errors, "zanctl: cannot read " + file("none.zan") +
-                                ": No such file or directory (see zanctl --help)\n");
+  EXPECT_EQ(missing.status, kUnusable);
+  EXPECT_EQ(missing.errors,
+            "zanctl: cannot read " + file("none.zan") + ": No such file or directory\n");
   const Ended directory = simulate({"run", folder.string()});
-  EXPECT_EQ(directory.status, kFailed);
-  EXPECT_EQ(directory.errors, folder.string() + ":1: cannot be read\n");
+  EXPECT_EQ(directory.status, kUnusable);
+  EXPECT_EQ(directory.errors, "zanctl: cannot read " + folder.string() + ": Is a directory\n");
 }
 
 TEST_F(Program, theTraceGoesToAFileOrToStandardError) {
@@ -146,11 +146,28 @@ TEST_F(Program, theTraceOfASerialSearchIsThatOfItsWaits) {
   EXPECT_THAT(ended.errors, EndsWith("close COM3\n"));
 }
 
+TEST_F(Program, aSerialSearchTellsATerminalEachAttempt) {
+  errorsGoToATerminal = true;
+  const Ended found = simulate({"connect", "--link", "serial", "--trace", file("wire.trace")});
+  EXPECT_EQ(found.status, kDone);
+  EXPECT_EQ(found.errors,
+            "trying COM3 at 38400 baud ...\n"
+            "trying COM3 at 19200 baud ...\n"
+            "trying COM3 at 9600 baud ...\n");
+  EXPECT_THAT(content("wire.trace"), HasSubstr("0.000 sleep 1500\n"));
+  EXPECT_EQ(simulate({"connect"}).errors, "") << "there is nothing to try over VISA";
+}
+
+TEST_F(Program, aSerialSearchIsSilentWhereNobodyReadsAlong) {
+  EXPECT_EQ(simulate({"connect", "--link", "serial"}).errors, "");
+}
+
 TEST_F(Program, aTraceThatCannotBeWrittenEndsItBeforeItStarts) {
   const Ended ended = simulate({"connect", "--trace", file("none/wire.trace")});
-  EXPECT_EQ(ended.status, kWrongCommandLine);
+  EXPECT_EQ(ended.status, kUnusable);
   EXPECT_EQ(ended.output, "");
-  EXPECT_THAT(ended.errors, StartsWith("zanctl: cannot write " + file("none/wire.trace")));
+  EXPECT_EQ(ended.errors,
+            "zanctl: cannot write " + file("none/wire.trace") + ": No such file or directory\n");
 }
 
 TEST_F(Program, commandsToComeSaySo) {
@@ -172,10 +189,10 @@ TEST_F(Program, aWrongCommandLineEndsWithStatusTwo) {
 
 TEST_F(Program, aVisaLibraryThatCannotBeLoadedEndsItBeforeItStarts) {
   const Ended option = run({"connect", "--visa-library", file("none.so")});
-  EXPECT_EQ(option.status, kWrongCommandLine);
+  EXPECT_EQ(option.status, kUnusable);
   EXPECT_EQ(option.output, "");
-  EXPECT_THAT(option.errors,
-              StartsWith("zanctl: cannot load the VISA library: " + file("none.so")));
+  EXPECT_EQ(option.errors,
+            "zanctl: cannot load the VISA library: " + file("none.so") + ": no such file\n");
   variables["LUMODEVICE_VISA_LIBRARY"] = file("none.so");
   EXPECT_EQ(run({"controls"}).errors, option.errors);
 }
@@ -221,6 +238,18 @@ TEST_F(Program, aFullDiskIsReported) {
   EXPECT_EQ(runProgram({"--simulate", "controls"}, none, {lines, output, errors}), kFailed);
   EXPECT_EQ(errors.text(), "zanctl: cannot write the output: No space left on device\n");
   ::close(full);
+}
+
+TEST_F(Program, theDischargeOfTheExampleEndsWithTheTripOfItsProtection) {
+  const Ended ended = simulate({"run", std::string(ZANCTL_EXAMPLES) + "/discharge.zan"});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(ended.errors, "");
+  EXPECT_THAT(ended.output, EndsWith("What tripped, and the load that it switched off:\n"
+                                     "UVP\n"
+                                     "0\n"
+                                     "A load that tripped stays off until it is cleared:\n"
+                                     "-300,\"Device-specific error\"\n"
+                                     "NONE\n"));
 }
 
 class ExampleScripts : public ProgramTest, public testing::WithParamInterface<const char*> {};

@@ -11,8 +11,11 @@ class TextOutput : public Output {
  public:
   void write(std::string_view text) override { text_ += text; }
   [[nodiscard]] const std::string& text() const { return text_; }
+  [[nodiscard]] bool isTerminal() const override { return terminal_; }
+  void pretendToBeATerminal() { terminal_ = true; }
 
  private:
+  bool terminal_ = false;
   std::string text_;
 };
 
