@@ -1,6 +1,6 @@
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <vector>
