@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <iterator>
 #include <sys/stat.h>
 
 #include "platform/posix/visa_library.hpp"
@@ -145,6 +146,22 @@ TEST_F(Programs, aSocketOfAnotherProcessOverTheBuiltInLayer) {
                  "call SendCmd :CHAN?\nget ResultStr\n");
   EXPECT_EQ(ran.output, "7\n1\n");
   EXPECT_EQ(ran.status, 0);
+}
+
+TEST_F(Programs, theExampleOfASocketConnects) {
+  if (aVisaLibraryIsInstalled()) {
+    GTEST_SKIP() << "the built-in layer is not used here";
+  }
+  ChildProgram simulator(ZANSIM_PROGRAM, {"--tcp", "0"});
+  const std::string place = simulator.line();
+  std::ifstream file(ZANCTL_EXAMPLES "/socket.zan");
+  std::string script{std::istreambuf_iterator<char>(file), {}};
+  const std::string port = "::5025::";
+  script.replace(script.find(port), port.size(), "::" + place.substr(place.rfind(':') + 1) + "::");
+  const Outcome ran = zanctl({"--virtual-time", "run"}, script);
+  EXPECT_EQ(ran.status, 0);
+  EXPECT_EQ(ran.output,
+            "True\nTrue\nOstbrook Instruments,ZAN63200,SIM00001,1.02.3\n7\nCH1-2021L\n");
 }
 
 TEST_F(Programs, aVisaLibraryThatCannotBeLoadedIsExplainedInOneLine) {
