@@ -262,17 +262,6 @@ TEST_P(ExampleScripts, runToTheirEnd) {
   EXPECT_THAT(ended.output, HasSubstr("CH7-2030\n"));
 }
 
-TEST_F(Program, theDischargeExampleEndsWithTheTripOfItsProtection) {
-  const Ended ended = simulate({"run", std::string(ZANCTL_EXAMPLES) + "/discharge.zan"});
-  EXPECT_EQ(ended.status, kDone);
-  EXPECT_EQ(ended.errors, "");
-  EXPECT_THAT(ended.output, HasSubstr("CHAN LOAD ON\n11."));
-  EXPECT_THAT(ended.output, HasSubstr("20.0000\n"));
-  EXPECT_THAT(ended.output,
-              testing::ContainsRegex("11[.][0-9]{4}\n0[.]0000\nWhat tripped[^\n]*\nUVP\n0\n"));
-  EXPECT_THAT(ended.output, EndsWith("-300,\"Device-specific error\"\nNONE\n"));
-}
-
 INSTANTIATE_TEST_SUITE_P(All, ExampleScripts,
                          testing::Values("first-contact.zan", "serial-search.zan"));
 
