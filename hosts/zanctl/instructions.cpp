@@ -46,17 +46,18 @@ std::optional<ControlProperty> controlProperty(Script& script, const std::string
                       "; it is for: " + std::string(member.use));
 }
 
-/// The member of that word. Who names a control is told how a control is written for the
-/// instruction.
+/// The member of that word. Who names a control is told how it is `written` for the instruction:
+/// "get .PROPERTY", where the control goes behind the blank.
 const Member& memberNamed(Script& script, const std::string& word, std::string_view written) {
   const std::string name = word.substr(0, word.find('.'));
   for (const auto& control : script.component().surface().controls()) {
     if (control->fullName() == name || control->name() == name) {
       const bool element = control->index() && control->name() == name;
-      const std::string whole = name + (element ? "(i)" : "");
-      throw ScriptMistake(name + (element ? " is a control array" : " is a control") + "; write " +
-                          std::string(written.substr(0, written.find(' ') + 1)) + whole +
-                          std::string(written.substr(written.find(' ') + 1)));
+      const std::size_t place = written.find(' ') + 1;
+      std::string wrong = name + (element ? " is a control array" : " is a control");
+      wrong.append("; write ").append(written.substr(0, place)).append(name);
+      wrong.append(element ? "(i)" : "").append(written.substr(place));
+      throw ScriptMistake(wrong);
     }
   }
   return findMember(word);
