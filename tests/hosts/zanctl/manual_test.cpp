@@ -1,48 +1,97 @@
 #include <fstream>
-#include <gtest/gtest.h>
 #include <iterator>
-#include <string>
+#include <set>
 
 #include "hosts/zanctl/commands.hpp"
+#include "hosts/zanctl/members.hpp"
 #include "hosts/zanctl/script.hpp"
+#include "tests/hosts/zanctl/program_fixture.hpp"
 
 namespace zanctl {
 namespace {
 
-/// A manual without the escapes of its format, so that names stand in it as they are typed.
-std::string manual(const char* path) {
-  std::ifstream file(path);
-  std::string text{std::istreambuf_iterator<char>(file), {}};
-  for (std::size_t at = text.find("\\-"); at != std::string::npos; at = text.find("\\-", at)) {
-    text.erase(at, 1);
-  }
-  return text;
+using testing::AnyOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+std::string content(const std::string& file) {
+  std::ifstream stream(std::string(ZANCTL_DOCS) + "/" + file);
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-class Manual : public testing::TestWithParam<const char*> {};
+/// The text of a man page with its hyphens as they are typed.
+std::string typed(std::string page) {
+  for (std::size_t at = page.find("\\-"); at != std::string::npos; at = page.find("\\-", at)) {
+    page.erase(at, 1);
+  }
+  return page;
+}
 
-TEST_P(Manual, namesEveryCommandOptionAndInstruction) {
-  const std::string text = manual(GetParam());
-  const auto named = [&](const std::string& name) {
-    EXPECT_NE(text.find(name), std::string::npos) << name << " is not in " << GetParam();
-  };
+/// Every word of a text that begins with two hyphens.
+std::set<std::string> optionsIn(const std::string& text) {
+  std::set<std::string> names;
+  for (std::size_t at = text.find("--"); at != std::string::npos; at = text.find("--", at)) {
+    const std::size_t end = text.find_first_not_of("-abcdefghijklmnopqrstuvwxyz", at);
+    names.insert(text.substr(at, end - at));
+    at = end;
+  }
+  return names;
+}
+
+class Manual : public ProgramTest {
+ protected:
+  const std::string manual = content("terminal-host.md");
+  const std::string page = typed(content("man/zanctl.1"));
+
+  /// Every option that the help of the program and of its commands lists.
+  std::set<std::string> options() {
+    std::string help = run({"--help"}).output;
+    for (const Command& command : commands()) {
+      help += run({std::string(command.name), "--help"}).output;
+    }
+    return optionsIn(help);
+  }
+};
+
+TEST_F(Manual, listsEveryCommand) {
   for (const Command& command : commands()) {
-    named(std::string(command.name));
-  }
-  for (const Instruction& instruction : instructions()) {
-    named(std::string(instruction.name) + " ");
-  }
-  for (const char* option :
-       {"--simulate", "--visa-library", "--port", "--drive-c", "--link", "--virtual-time",
-        "--trace", "--channel", "--count", "--every", "--csv"}) {
-    named(option);
+    const std::string name(command.name);
+    EXPECT_THAT(manual, AnyOf(HasSubstr("`" + name + "`"), HasSubstr("`" + name + " "))) << name;
+    EXPECT_THAT(page, ContainsRegex("\n[.]TP\n[.]BR? ([^\n]* )?" + name + "[ ,\n]"));
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Both, Manual,
-                         testing::Values(ZANCTL_DOCS "/terminal-host.md",
-                                         ZANCTL_DOCS "/man/zanctl.1"),
-                         [](const auto& manual) { return manual.index == 0 ? "markdown" : "man"; });
+TEST_F(Manual, listsEveryOption) {
+  const std::set<std::string> names = options();
+  EXPECT_TRUE(names.contains("--visa-library") && names.contains("--csv"));
+  for (const std::string& name : names) {
+    EXPECT_THAT(manual, ContainsRegex("[[`]" + name + "[] `]"));
+    EXPECT_THAT(page, ContainsRegex("\n[.]B[IR]? ([^\n]*[^-a-z])?" + name + "[^-a-z]"));
+  }
+}
+
+TEST_F(Manual, listsEveryInstruction) {
+  for (const Instruction& instruction : instructions()) {
+    const std::string name(instruction.name);
+    EXPECT_THAT(manual, HasSubstr("`" + name + " ")) << name;
+    EXPECT_THAT(page, HasSubstr("\n.BI " + name + " ")) << name;
+  }
+}
+
+TEST_F(Manual, listsEveryMemberWithItsUse) {
+  for (const Member& member : members()) {
+    const std::string name(member.name);
+    const std::string use(member.use);
+    const std::string help =
+        std::string(member.help) + (member.available() ? "" : " (not available yet)");
+    std::string row = "\n| `";
+    row.append(name).append("` | ").append(use).append(" | ").append(help).append(" |\n");
+    EXPECT_THAT(manual, HasSubstr(row));
+    std::string entry = "\n.TP\n.BR ";
+    entry.append(name).append(" \" (").append(use).append(")\"\n").append(help).append(".\n");
+    EXPECT_THAT(page, HasSubstr(entry));
+  }
+}
 
 }  // namespace
 }  // namespace zanctl
