@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "lumodevice/io/find_expression.hpp"
+#include "platform/posix/same_name.hpp"
 #include "platform/posix/socket_session.hpp"
 #include "platform/posix/usbtmc_session.hpp"
 
@@ -12,12 +13,6 @@ namespace lumodevice::posix {
 namespace {
 
 constexpr io::ViStatus VI_ERROR_INV_ACC_MODE = io::viStatus(0xBFFF0013);
-
-bool sameName(std::string_view left, std::string_view right) {
-  const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; };
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [&](char a, char b) { return upper(a) == upper(b); });
-}
 
 /// Descriptors come out of fixed-length buffers and may still carry their blanks.
 std::string_view withoutPadding(std::string_view text) {

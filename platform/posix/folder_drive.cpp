@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/posix/file_descriptor.hpp"
+#include "platform/posix/same_name.hpp"
 
 namespace lumodevice::posix {
 
@@ -45,18 +46,9 @@ int faultNumber(int error) {
                        path.string() + ": " + std::generic_category().message(error));
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool sameName(std::string_view left, std::string_view right) {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return lower(a) == lower(b); });
-}
-
 /// The names along a path of drive C:, ".." resolved; nothing for a path of another kind.
 std::optional<std::vector<std::string>> namesOf(std::string_view path) {
-  if (path.size() < 2 || lower(path[0]) != 'c' || path[1] != ':') return {};
+  if (!sameName(path.substr(0, 2), "C:")) return {};
   if (path.find('\0') != std::string_view::npos) return {};
   std::vector<std::string> names;
   for (std::size_t begin = 2; begin <= path.size();) {

@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "platform/posix/same_name.hpp"
+
 namespace lumodevice::posix {
 
 namespace {
@@ -9,15 +11,6 @@ namespace {
 constexpr std::string_view kInterface = "TCPIP";
 constexpr std::string_view kClass = "SOCKET";
 constexpr std::string_view kSeparator = "::";
-
-bool equalIgnoringCase(std::string_view text, std::string_view upper) {
-  if (text.size() != upper.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i] >= 'a' && text[i] <= 'z' ? static_cast<char>(text[i] - 32) : text[i];
-    if (c != upper[i]) return false;
-  }
-  return true;
-}
 
 template <typename Number>
 bool wholeNumber(std::string_view text, Number& number) {
@@ -37,13 +30,13 @@ std::string_view takeLast(std::string_view& text) {
 }  // namespace
 
 std::optional<SocketAddress> parseSocketAddress(std::string_view resource) {
-  if (!equalIgnoringCase(takeLast(resource), kClass)) return {};
+  if (!sameName(takeLast(resource), kClass)) return {};
   SocketAddress address;
   if (!wholeNumber(takeLast(resource), address.port) || address.port == 0) return {};
   const auto cut = resource.find(kSeparator);
   if (cut == std::string_view::npos) return {};
   const std::string_view interface = resource.substr(0, cut);
-  if (!equalIgnoringCase(interface.substr(0, kInterface.size()), kInterface)) return {};
+  if (!sameName(interface.substr(0, kInterface.size()), kInterface)) return {};
   const std::string_view board = interface.substr(kInterface.size());
   if (!board.empty() && (!wholeNumber(board, address.board) || address.board < 0)) return {};
   std::string_view host = resource.substr(cut + kSeparator.size());
