@@ -31,6 +31,7 @@ Channel& Mainframe::channel(std::size_t number, Duration now) {
 
 void Mainframe::reset(Duration now) {
   selected_ = 1;
+  page_ = Page::Readings;
   for (std::size_t number = 1; number <= channels_.size(); ++number) {
     Channel& reset = channel(number, now);
     reset.switchOff();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -32,6 +33,11 @@ class Mainframe {
   [[nodiscard]] std::size_t selectedChannel() const { return selected_; }
   void selectChannel(std::size_t channel) { selected_ = channel; }
 
+  /// What the screen shows of the selected channel; the soft key F1 turns the page.
+  enum class Page : std::uint8_t { Readings, Settings };
+  [[nodiscard]] Page page() const { return page_; }
+  void turnPage() { page_ = page_ == Page::Readings ? Page::Settings : Page::Readings; }
+
   /// As after power-on, but for the error queue and the event register.
   void reset(Duration now);
 
@@ -39,6 +45,7 @@ class Mainframe {
   Configuration configuration_;
   std::vector<Channel> channels_;
   std::size_t selected_ = 1;
+  Page page_ = Page::Readings;
   Status status_;
 };
 
