@@ -16,7 +16,6 @@ constexpr char kCarriageReturn = '\r';
 constexpr char kLineFeed = '\n';
 constexpr std::size_t kVisaAnswerSize = 80;
 constexpr double kSerialQueryWait = 50;
-constexpr int kObjectNotSet = 91;
 
 /// Queries with long answers. They end in a carriage return, and VISA COM waits five units for
 /// them.
@@ -30,21 +29,6 @@ bool isQuery(std::string_view command) {
 
 bool isTerminator(char character) {
   return character == kLineFeed || character == kCarriageReturn;
-}
-
-io::FormattedIO488& requireDevice(const Link& link) {
-  if (!link.devZAN) {
-    throw io::VisaComFault(kObjectNotSet, "no VISA COM instrument is open");
-  }
-  return *link.devZAN;
-}
-
-io::MessageSession& requireSession(const io::FormattedIO488& device) {
-  const auto session = device.IO();
-  if (!session) {
-    throw io::VisaComFault(kObjectNotSet, "the formatted-I/O object has no session");
-  }
-  return *session;
 }
 
 }  // namespace
@@ -84,12 +68,9 @@ void Exchange::sendOverSerial(const std::string& command) {
 
 void Exchange::sendOverVisaCom(const std::string& command) {
   toolkit::TextBox& answer = link_.form.txtReturn;
-  const auto read = [&] { attempt([&] { answer.setText(requireDevice(link_).ReadString()); }); };
-  attempt([&] {
-    requireSession(requireDevice(link_))
-        .setTimeout(text::toWhole32(text::Val(link_.form.txtVISATimeout.text())));
-  });
-  attempt([&] { requireDevice(link_).WriteString(text::Trim(command) + terminator(), true); });
+  const auto read = [&] { attempt([&] { answer.setText(link_.device().ReadString()); }); };
+  attempt([&] { link_.session()->setTimeout(link_.chosenTimeout()); });
+  attempt([&] { link_.device().WriteString(text::Trim(command) + terminator(), true); });
   if (!isQuery(command)) {
     return;
   }

@@ -4,6 +4,31 @@
 
 namespace lumodevice::link {
 
+namespace {
+
+constexpr int kObjectNotSet = 91;
+
+}  // namespace
+
+io::FormattedIO488& Link::device() const {
+  if (!devZAN) {
+    throw io::VisaComFault(kObjectNotSet, "no VISA COM instrument is open");
+  }
+  return *devZAN;
+}
+
+std::shared_ptr<io::MessageSession> Link::session() const {
+  auto session = device().IO();
+  if (!session) {
+    throw io::VisaComFault(kObjectNotSet, "the formatted-I/O object has no session");
+  }
+  return session;
+}
+
+std::int32_t Link::chosenTimeout() const {
+  return text::toWhole32(text::Val(form.txtVISATimeout.text()));
+}
+
 void Link::forgetSerialAnswer() {
   answerPending = false;
   receiveBuffer.clear();
@@ -26,6 +51,11 @@ void Link::closeVisa() {
   closeVisaObject(visaSession);
   closeVisaObject(findList);
   closeVisaObject(resourceManager);
+}
+
+void Link::pause(double milliseconds) {
+  processEvents();
+  host.loop.sleep(milliseconds);
 }
 
 void Link::waitUnits(double units) {

@@ -65,6 +65,14 @@ struct Link {
   std::shared_ptr<io::ResourceManager> resourceManagerObject;
   std::shared_ptr<io::FormattedIO488> devZAN;
 
+  /// devZAN, where there is one; throws VisaComFault(91) otherwise, as session() does where it has
+  /// no session.
+  [[nodiscard]] io::FormattedIO488& device() const;
+  [[nodiscard]] std::shared_ptr<io::MessageSession> session() const;
+  /// The time-out that the operator chose, milliseconds. Throws text::NumberFault for one that does
+  /// not fit.
+  [[nodiscard]] std::int32_t chosenTimeout() const;
+
   // Serial port.
   io::SerialPort MSComm1;
   bool answerPending = false;
@@ -91,6 +99,8 @@ struct Link {
   /// Waits `units` times the wait unit, the milliseconds in Text5. A unit that is no number, or too
   /// large a one, is no wait.
   void waitUnits(double units);
+  /// Processes events once, then waits.
+  void pause(double milliseconds);
   void processEvents() { host.loop.processEvents(); }
   void showBox(std::string_view text) const { host.informationBox(text); }
 };
