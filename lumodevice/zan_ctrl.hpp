@@ -71,6 +71,34 @@ class ZANCtrl {
   /// Puts the panel into its unconnected look. Closes nothing; isConnected stays as it is.
   void NotConnect();
 
+  // Memory files and the screen. All files lie in "C:\temp" of the host's drive, which is created
+  // when it is missing. The serial port carries them while optConnRS232 is selected, else the VISA
+  // COM session; over the VISA library nothing is transferred. The serial transfers wait fixed
+  // times, the others as long as the instrument needs, at most the time-out.
+
+  /// Saves the instrument's sequence file as "c:\temp\ZANSeq.a". Always true, also when nothing
+  /// came: look at the file. Blocks 5 s on the serial port.
+  bool GetSeqFile();
+  /// Saves the system settings as "c:\temp\ZANProg.b". As GetSeqFile; blocks 4.5 s.
+  bool GetSysFile();
+  /// Sends "c:\temp\ZANProgUpload.b" as system settings: always 5580 bytes, a longer file cut, a
+  /// shorter one filled up with zero bytes. False when there is no such file. Blocks 1 s on the
+  /// serial port.
+  bool SendSysFile();
+  /// Saves the instrument's screen as "c:\temp\ZAN.bmp". On the serial port the bitmap that the
+  /// instrument draws (230 kB: a minute at 38400 baud); over VISA COM the display memory, which
+  /// goes to "c:\temp\DispOutD.dat", converted. False when that failed, and on the VISA library
+  /// link.
+  bool GetBMPFile();
+  /// Saves the preset as "c:\temp\zanbank.dev", whatever `sFile` says: over the serial port the raw
+  /// answer (898 bytes), over VISA COM its 892 data bytes. False when a step failed. Blocks 1 s on
+  /// the serial port.
+  bool GetPresetFile(std::string_view sFile);
+  /// Sends "c:\temp\zanbank.dev", saved over the same kind of link, as preset; only while there is
+  /// a file "c:\temp\test.dev". False when a step failed or a file is missing. Blocks 1 s on the
+  /// serial port.
+  bool SetPresetFile();
+
   /// All controls of the panel, for views, hands and tests.
   [[nodiscard]] toolkit::Surface& surface();
 

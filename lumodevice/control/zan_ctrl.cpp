@@ -3,6 +3,9 @@
 #include <string>
 #include <utility>
 
+#include "lumodevice/capture/screen_capture.hpp"
+#include "lumodevice/files/memory_files.hpp"
+#include "lumodevice/files/working_files.hpp"
 #include "lumodevice/form/form.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/command_table.hpp"
@@ -47,7 +50,10 @@ class ZANCtrl::Component {
         settings(link, exchange, commands),
         modes(link, exchange, settings),
         channelPanel(link, exchange, settings, modes),
-        switches(link, exchange, settings) {
+        switches(link, exchange, settings),
+        workingFiles(host.drive),
+        memoryFiles(link, workingFiles),
+        capture(link, workingFiles) {
     form.cmdConnect.click.handle([this] { showConnectionPanel(); });
     form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
     initialise();
@@ -75,6 +81,9 @@ class ZANCtrl::Component {
   panel::Modes modes;
   panel::ChannelPanel channelPanel;
   panel::Switches switches;
+  files::WorkingFiles workingFiles;
+  files::MemoryFiles memoryFiles;
+  capture::ScreenCapture capture;
 
  private:
   void initialise() {
@@ -196,6 +205,32 @@ bool ZANCtrl::AutoConnect() {
 
 void ZANCtrl::NotConnect() {
   component_->channels.NotConnect();
+}
+
+bool ZANCtrl::GetSeqFile() {
+  component_->memoryFiles.GetSequence();
+  return true;
+}
+
+bool ZANCtrl::GetSysFile() {
+  component_->memoryFiles.GetSystem();
+  return true;
+}
+
+bool ZANCtrl::SendSysFile() {
+  return component_->memoryFiles.SendSystemForHost();
+}
+
+bool ZANCtrl::GetBMPFile() {
+  return component_->capture.GetBMPFile();
+}
+
+bool ZANCtrl::GetPresetFile(std::string_view /*sFile*/) {
+  return component_->memoryFiles.GetPresetForHost();
+}
+
+bool ZANCtrl::SetPresetFile() {
+  return component_->memoryFiles.SetPresetForHost();
 }
 
 toolkit::Surface& ZANCtrl::surface() {

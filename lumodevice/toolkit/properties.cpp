@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -25,6 +26,13 @@ namespace {
 
 std::string boolText(bool value) {
   return value ? "True" : "False";
+}
+
+/// Width and height of a picture in points.
+std::string sizeText(const std::shared_ptr<const Picture>& picture) {
+  return picture == nullptr
+             ? "None"
+             : std::to_string(picture->width()) + " x " + std::to_string(picture->height());
 }
 
 std::optional<bool> parseBool(std::string_view text) {
@@ -180,6 +188,18 @@ constexpr std::array kAccessors = {
              [](Control& c, std::string_view v) {
                return writeInt<Form>(c, "MousePointer", v,
                                      [](auto& t, int n) { t.setMousePointer(n); });
+             }},
+    Accessor{"Picture",
+             [](const Control& c) {
+               return readAs<PictureBox, Image>(c, [](auto& t) { return sizeText(t.picture()); });
+             },
+             nullptr},
+    Accessor{"Stretch",
+             [](const Control& c) {
+               return readAs<Image>(c, [](auto& t) { return boolText(t.stretch()); });
+             },
+             [](Control& c, std::string_view v) {
+               return writeBool<Image>(c, "Stretch", v, [](auto& t, bool b) { t.setStretch(b); });
              }},
     Accessor{"OLEDropMode",
              [](const Control& c) {

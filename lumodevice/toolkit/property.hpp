@@ -36,6 +36,8 @@ enum class Property {
   Place,
   MousePointer,
   OLEDropMode,
+  Picture,
+  Stretch,
   ZOrder,
 };
 

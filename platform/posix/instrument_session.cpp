@@ -32,6 +32,11 @@ io::ViStatus InstrumentSession::setAttribute(io::ViAttr attribute, std::uint32_t
     case io::VI_ATTR_SEND_END_EN:
       settings_.sendEnd = asBoolean(value);
       break;
+    case io::VI_ATTR_ASRL_END_IN:
+    case io::VI_ATTR_ASRL_END_OUT:
+      // Sockets and USBTMC have no serial line. Hosts switch its end modes around a binary
+      // transfer, which needs nothing of the kind here: taking them lets the transfer through.
+      return io::VI_SUCCESS;
     case io::VI_ATTR_INTF_INST_NAME:
       return io::VI_ERROR_ATTR_READONLY;
     default:

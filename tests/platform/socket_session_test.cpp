@@ -311,9 +311,20 @@ TEST(SocketSession, attributesKeepToTheirWidths) {
   link.set(io::VI_ATTR_TERMCHAR_EN, 0x10000);
   EXPECT_EQ(link.read(80, VI_SUCCESS), "b\rc\n") << "16 bits of it are zero: false";
   link.set(io::VI_ATTR_SEND_END_EN, 0);
-  EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_ASRL_END_IN, 2), io::VI_ERROR_NSUP_ATTR);
-  EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_ASRL_END_OUT, 0), io::VI_ERROR_NSUP_ATTR);
   EXPECT_EQ(link.session().setAttribute(io::VI_ATTR_INTF_INST_NAME, 0), io::VI_ERROR_ATTR_READONLY);
+}
+
+TEST(SocketSession, serialEndModesAreTakenAndLeaveTheEndOfMessagesAlone) {
+  Exchange link([](PeerConnection& peer) {
+    peer.send("#13a\nb\nc\n");
+    peer.awaitClose();
+  });
+  for (const std::uint32_t mode : {0U, 2U}) {
+    link.set(io::VI_ATTR_ASRL_END_IN, mode);
+    link.set(io::VI_ATTR_ASRL_END_OUT, mode);
+  }
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "#13a\nb\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "c\n");
 }
 
 }  // namespace

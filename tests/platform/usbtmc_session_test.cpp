@@ -63,8 +63,9 @@ TEST_F(UsbtmcSessionTest, anUnpluggedInstrumentIsAnErrorOfReadAndWrite) {
   EXPECT_LT(session->write("x", count), 0);
 }
 
-TEST_F(UsbtmcSessionTest, serialEndModesAreRefused) {
-  EXPECT_EQ(open()->setAttribute(io::VI_ATTR_ASRL_END_IN, 0), io::VI_ERROR_NSUP_ATTR);
+TEST_F(UsbtmcSessionTest, serialEndModesAreTaken) {
+  EXPECT_EQ(open()->setAttribute(io::VI_ATTR_ASRL_END_IN, 0), io::VI_SUCCESS);
+  EXPECT_EQ(open()->setAttribute(io::VI_ATTR_ASRL_END_OUT, 0), io::VI_SUCCESS);
 }
 
 TEST_F(UsbtmcSessionTest, aDeviceThatIsNotThereIsNotFound) {

@@ -35,6 +35,10 @@ std::string_view propertyName(toolkit::Property property) {
       return "MousePointer";
     case toolkit::Property::OLEDropMode:
       return "OLEDropMode";
+    case toolkit::Property::Picture:
+      return "Picture";
+    case toolkit::Property::Stretch:
+      return "Stretch";
     case toolkit::Property::ItemInserted:
     case toolkit::Property::ItemRemoved:
     case toolkit::Property::ItemsCleared:

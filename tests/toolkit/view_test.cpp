@@ -13,16 +13,16 @@
 namespace lumodevice::toolkit {
 namespace {
 
-constexpr const char* kNames[] = {"Text",  "Caption",   "Value",        "Enabled",    "Visible",
-                                  "Tag",   "ListIndex", "Interval",     "Left",       "Top",
-                                  "Width", "Height",    "MousePointer", "OLEDropMode"};
+constexpr const char* kNames[] = {
+    "Text", "Caption", "Value", "Enabled", "Visible",      "Tag",         "ListIndex", "Interval",
+    "Left", "Top",     "Width", "Height",  "MousePointer", "OLEDropMode", "Picture",   "Stretch"};
 
 /// All that a view could draw of one control.
-struct Picture {
+struct Copy {
   std::map<std::string, std::string> properties;
   std::vector<std::string> items;
   int zOrder = 0;
-  friend bool operator==(const Picture&, const Picture&) = default;
+  friend bool operator==(const Copy&, const Copy&) = default;
 };
 
 std::string readOrEmpty(const Control& control, const char* property) {
@@ -33,18 +33,18 @@ std::string readOrEmpty(const Control& control, const char* property) {
   }
 }
 
-Picture pictureOf(const Control& control) {
-  Picture picture;
+Copy copyOf(const Control& control) {
+  Copy copy;
   for (const char* name : kNames) {
-    picture.properties[name] = readOrEmpty(control, name);
+    copy.properties[name] = readOrEmpty(control, name);
   }
   if (const auto* list = dynamic_cast<const ListControl*>(&control)) {
     for (int i = 0; i < list->listCount(); ++i) {
-      picture.items.push_back(list->list(i));
+      copy.items.push_back(list->list(i));
     }
   }
-  picture.zOrder = control.zOrder();
-  return picture;
+  copy.zOrder = control.zOrder();
+  return copy;
 }
 
 /// Keeps its own copy of every property, fed by notifications alone: of what it is told it reads
@@ -53,7 +53,7 @@ class CopyingView : public View {
  public:
   explicit CopyingView(Surface& surface) : surface_(surface) {
     for (const auto& control : surface.controls()) {
-      pictures_[control.get()] = pictureOf(*control);
+      copies_[control.get()] = copyOf(*control);
     }
     surface.attach(*this);
   }
@@ -62,30 +62,30 @@ class CopyingView : public View {
   CopyingView& operator=(const CopyingView&) = delete;
 
   void changed(const Control& control, Property property, int item) override {
-    Picture& picture = pictures_.at(&control);
+    Copy& copy = copies_.at(&control);
     switch (property) {
       case Property::ItemInserted:
-        picture.items.insert(picture.items.begin() + item,
-                             dynamic_cast<const ListControl&>(control).list(item));
+        copy.items.insert(copy.items.begin() + item,
+                          dynamic_cast<const ListControl&>(control).list(item));
         return;
       case Property::ItemRemoved:
-        picture.items.erase(picture.items.begin() + item);
+        copy.items.erase(copy.items.begin() + item);
         return;
       case Property::ItemsCleared:
-        picture.items.clear();
+        copy.items.clear();
         return;
       case Property::ZOrder:
-        picture.zOrder = control.zOrder();
+        copy.zOrder = control.zOrder();
         return;
       case Property::Place:
         for (const char* name : {"Left", "Top", "Width", "Height"}) {
-          picture.properties[name] = readProperty(control, name);
+          copy.properties[name] = readProperty(control, name);
         }
         return;
       case Property::ListIndex:
-        picture.properties["ListIndex"] = readProperty(control, "ListIndex");
+        copy.properties["ListIndex"] = readProperty(control, "ListIndex");
         if (control.kind() == Kind::ListBox) {
-          picture.properties["Text"] = readProperty(control, "Text");
+          copy.properties["Text"] = readProperty(control, "Text");
         }
         return;
       default: {
@@ -98,22 +98,24 @@ class CopyingView : public View {
             {Property::Tag, "Tag"},
             {Property::Interval, "Interval"},
             {Property::MousePointer, "MousePointer"},
-            {Property::OLEDropMode, "OLEDropMode"}};
+            {Property::OLEDropMode, "OLEDropMode"},
+            {Property::Picture, "Picture"},
+            {Property::Stretch, "Stretch"}};
         const char* name = names.at(property);
-        picture.properties[name] = readProperty(control, name);
+        copy.properties[name] = readProperty(control, name);
       }
     }
   }
 
   void expectEqualToControls() const {
     for (const auto& control : surface_.controls()) {
-      EXPECT_TRUE(pictures_.at(control.get()) == pictureOf(*control)) << control->fullName();
+      EXPECT_TRUE(copies_.at(control.get()) == copyOf(*control)) << control->fullName();
     }
   }
 
  private:
   Surface& surface_;
-  std::map<const Control*, Picture> pictures_;
+  std::map<const Control*, Copy> copies_;
 };
 
 /// One random act of code or operator; acts that a control refuses are part of the game.

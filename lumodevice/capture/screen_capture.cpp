@@ -1,0 +1,281 @@
+#include "lumodevice/capture/screen_capture.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdio>
+#include <memory>
+
+#include "lumodevice/capture/display_dump.hpp"
+#include "lumodevice/files/block.hpp"
+#include "lumodevice/files/block_session.hpp"
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice::capture {
+
+namespace {
+
+using InputModes = io::SerialPort::InputModes;
+
+constexpr std::string_view kDump = "c:\\temp\\DispOutD.dat";
+constexpr std::string_view kConverted = "c:\\temp\\ZAN200K.bmp";
+constexpr std::string_view kHostsBitmap = "c:\\temp\\ZAN.bmp";
+
+constexpr std::string_view kDumpQuery = ":DISP:OUTP?";
+constexpr std::string_view kBitmapQuery = ":DISP:COL?";
+
+// Milliseconds.
+constexpr std::int32_t kDumpTimeout = 2000;
+constexpr std::int32_t kBitmapTimeout = 1500;
+constexpr double kDumpWait = 1000;
+constexpr double kBitmapWait = 1500;
+constexpr double kPieceWait = 100;
+constexpr double kLongestSilence = 1000;
+
+constexpr int kDumpPasses = 20;
+constexpr std::size_t kShownPoints = std::size_t{kScreenWidth} * kScreenHeight;
+/// What is read at most of a file that is to be shown.
+constexpr std::size_t kLargestPicture = std::size_t{16} << 20;
+constexpr std::size_t kFilePiece = std::size_t{64} << 10;
+constexpr int kFileNotFound = 53;
+
+bool namesBitmap(std::string_view path) {
+  std::string name(path);
+  std::ranges::transform(name, name.begin(), [](unsigned char character) {
+    return static_cast<char>(std::toupper(character));
+  });
+  return text::contains(name, "BMP");
+}
+
+std::string line(std::string_view command) {
+  return std::string(command) + '\n';
+}
+
+/// The number under which transfers open their files is not taken: pictures have one of their own.
+std::unique_ptr<io::BinaryFile> openExisting(io::Drive& drive, std::string_view path) {
+  if (!drive.fileExists(path)) {
+    throw io::DriveFault(kFileNotFound, "there is no " + std::string(path));
+  }
+  return drive.open(path);
+}
+
+files::Bytes wholeFile(io::Drive& drive, std::string_view path) {
+  const auto file = openExisting(drive, path);
+  files::Bytes bytes;
+  std::size_t got = kFilePiece;
+  while (got == kFilePiece && bytes.size() < kLargestPicture) {
+    const std::size_t before = bytes.size();
+    bytes.resize(before + kFilePiece);
+    got = file->get(std::span(bytes).subspan(before));
+    bytes.resize(before + got);
+  }
+  return bytes;
+}
+
+}  // namespace
+
+ScreenCapture::ScreenCapture(link::Link& link, files::WorkingFiles& files)
+    : link_(link), files_(files) {
+  FillScreenPalette(palette_);
+  link_.form.cmdGetBMPFile.click.handle([this] { GetBitmap(); });
+  link_.form.cmdGetCTRLScrn.click.handle([this] { GetDump(); });
+  link_.form.cmdWork.click.handle([this] { ConvertDump(); });
+}
+
+// ---- buttons and members
+
+void ScreenCapture::GetBitmap() {
+  attempt([this] {
+    files_.ensureFolder();
+    const std::string name = timeStampedName();
+    if (serial()) {
+      CaptureScreenSerial(name, kColourBitmap);
+    } else {
+      CaptureScreenVisa(name, kColourBitmap);
+    }
+    showFile(name);
+  });
+}
+
+void ScreenCapture::GetDump() {
+  attempt([this] {
+    files_.ensureFolder();
+    CaptureRawDump(kDump, serial() ? kRawDump : kColourBitmap);
+  });
+}
+
+void ScreenCapture::ConvertDump() {
+  attempt([this] {
+    files_.ensureFolder();
+    ConvertDumpToBitmap(kConverted);
+  });
+}
+
+bool ScreenCapture::GetBMPFile() {
+  bool captured = false;
+  attempt([&] {
+    files_.ensureFolder();
+    if (serial()) {
+      captured = CaptureScreenSerial(kHostsBitmap, kColourBitmap);
+    } else if (link_.form.optVisa2.value()) {
+      captured = CaptureScreenVisa(kHostsBitmap, kRawDump);
+    }
+  });
+  return captured;
+}
+
+std::string ScreenCapture::timeStampedName() const {
+  const io::LocalTime now = link_.host.wallClock.now();
+  std::array<char, 48> name{};
+  (void)std::snprintf(name.data(), name.size(), "c:\\temp\\ZAN%02d%02d%02d.bmp", now.hour,
+                      now.minute, now.second);
+  return name.data();
+}
+
+// ---- serial port
+
+bool ScreenCapture::CaptureScreenSerial(std::string_view sFile, int mode) {
+  return attempt([&] {
+    if (mode == kRawDump) {
+      captureDumpOverSerial(sFile);
+    } else {
+      captureBitmapOverSerial(sFile);
+    }
+  });
+}
+
+bool ScreenCapture::CaptureRawDump(std::string_view sFile, int mode) {
+  return mode == kRawDump ? CaptureScreenSerial(sFile, kRawDump)
+                          : CaptureScreenVisa(sFile, kRawDump);
+}
+
+/// The file holds the answer as it came, block header included.
+void ScreenCapture::captureDumpOverSerial(std::string_view sFile) {
+  io::SerialPort& port = link_.MSComm1;
+  std::string received;
+  {
+    auto file = files_.open(sFile);
+    port.setInputMode(InputModes::Binary);
+    port.Output(line(kDumpQuery));
+    link_.pause(kDumpWait);
+    for (int pass = 0; pass < kDumpPasses; ++pass) {
+      const std::string piece = port.Input();
+      if (piece.empty()) {
+        break;
+      }
+      received += piece;
+      file.put(files::asBytes(piece));
+      link_.pause(kPieceWait);
+    }
+    seenValues_.clear();
+    if (received.size() < kShownPoints) {
+      throw files::BlockFault("the dump is shorter than a screen");
+    }
+    for (const std::uint8_t value : files::asBytes(received).first(kShownPoints)) {
+      seenValues_.offer(value);
+    }
+  }
+  port.setInputMode(InputModes::Text);
+}
+
+void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
+  io::SerialPort& port = link_.MSComm1;
+  files::BlockAssembler block;
+  port.setInputMode(InputModes::Binary);
+  port.Output(line(kBitmapQuery));
+  link_.pause(kBitmapWait);
+  auto state = block.add(port.Input());
+  for (double silence = 0;
+       state == files::BlockAssembler::State::Incomplete && silence < kLongestSilence;) {
+    link_.pause(kPieceWait);
+    const std::string piece = port.Input();
+    silence = piece.empty() ? silence + kPieceWait : 0;
+    state = block.add(piece);
+  }
+  const auto data = block.data();
+  if (!data) {
+    throw files::BlockFault("no complete bitmap arrived");
+  }
+  replace(sFile, files::asBytes(*data));
+  port.setInputMode(InputModes::Text);
+}
+
+// ---- VISA COM
+
+bool ScreenCapture::CaptureScreenVisa(std::string_view sFile, int mode) {
+  bool captured = false;
+  attempt([&] { captured = captureOverVisa(sFile, mode); });
+  return captured;
+}
+
+bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
+  const bool raw = mode == kRawDump;
+  link_.session()->setTimeout(raw ? kDumpTimeout : kBitmapTimeout);
+  if (!link_.form.optVisa2.value()) {
+    return false;
+  }
+  files::BlockSession session(link_, files::BlockSession::End::Reading);
+  const files::Bytes data = session.read(raw ? kDumpQuery : kBitmapQuery);
+  if (data.size() < files::kLeastBlock) {
+    return false;
+  }
+  if (!raw) {
+    replace(sFile, data);
+    session.restore();
+    return true;
+  }
+  files_.write(kDump, data);
+  session.restore();
+  return !namesBitmap(sFile) || ConvertDumpToBitmap(sFile);
+}
+
+// ---- pictures
+
+bool ScreenCapture::ConvertDumpToBitmap(std::string_view sFile) {
+  return attempt([&] { convertDump(sFile); });
+}
+
+void ScreenCapture::convertDump(std::string_view sFile) {
+  form::Form& form = link_.form;
+  FillScreenPalette(palette_);
+  files::Bytes dump(DisplayDump::kSize);
+  {
+    const auto file = openExisting(link_.host.drive, kDump);
+    form.Picture1.setPicture(nullptr);
+    if (file->get(dump) < dump.size()) {
+      throw files::BlockFault("the dump is shorter than its planes");
+    }
+  }
+  auto picture = std::make_shared<toolkit::Picture>(kScreenWidth, kScreenHeight);
+  paintDump(DisplayDump(std::span(dump).first<DisplayDump::kSize>()), palette_, *picture);
+  form.Picture1.setPicture(picture);
+  form.Picture1.setVisible(form.cmdConnect.visible());
+  form.Picture1.bringToFront();
+  form.Image1.setPicture(picture);
+  replace(sFile, picture->bitmap());
+}
+
+void ScreenCapture::showFile(std::string_view sFile) {
+  form::Form& form = link_.form;
+  form.Picture1.setPicture(std::make_shared<toolkit::Picture>(
+      toolkit::Picture::fromBitmap(wholeFile(link_.host.drive, sFile))));
+  form.Image1.setPicture(form.Picture1.picture());
+  form.Picture1.setVisible(form.cmdConnect.visible());
+  form.Image1.setVisible(true);
+  form.Image1.setStretch(true);
+  form.Picture1.bringToFront();
+  form.Image1.bringToFront();
+}
+
+/// A bitmap is there as a whole or not at all.
+void ScreenCapture::replace(std::string_view sFile, std::span<const std::uint8_t> data) {
+  files_.removeIfThere(sFile);
+  try {
+    files_.write(sFile, data);
+  } catch (const io::DriveFault&) {
+    attempt([&] { files_.removeIfThere(sFile); });
+    throw;
+  }
+}
+
+}  // namespace lumodevice::capture

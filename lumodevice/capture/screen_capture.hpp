@@ -1,0 +1,66 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "lumodevice/capture/screen_palette.hpp"
+#include "lumodevice/capture/seen_values.hpp"
+#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::capture {
+
+/// Saves the instrument's screen, as the bitmap that it draws itself (":DISP:COL?") or by way of
+/// its raw display memory (":DISP:OUTP?"), and shows it in Picture1 and Image1. The operations
+/// return false at the first failure; what they have written by then stays.
+class ScreenCapture {
+ public:
+  /// What is asked for. Everything but a raw dump is a colour bitmap.
+  enum Mode { kRawDump = 1, kColourBitmap = 2 };
+
+  /// Takes over cmdGetBMPFile, cmdGetCTRLScrn and cmdWork.
+  ScreenCapture(link::Link& link, files::WorkingFiles& files);
+
+  // The buttons.
+  void GetBitmap();
+  void GetDump();
+  void ConvertDump();
+
+  /// Into "c:\temp\ZAN.bmp": by the serial port while optConnRS232 is selected, over VISA COM while
+  /// optVisa2 is; false for every other link.
+  bool GetBMPFile();
+
+  /// Over the serial port. A colour bitmap is waited for 1.5 s, then until it is complete or
+  /// nothing has arrived for a second; the file holds exactly the bitmap, or is not touched. A raw
+  /// dump is read for at most three seconds.
+  bool CaptureScreenSerial(std::string_view sFile, int mode);
+
+  /// A raw dump over the serial port, or for any mode but kRawDump over VISA COM.
+  bool CaptureRawDump(std::string_view sFile, int mode);
+
+  /// Over VISA COM while optVisa2 is selected. A raw dump goes to "c:\temp\DispOutD.dat" and
+  /// becomes a picture in `sFile` when that is a bitmap's name.
+  bool CaptureScreenVisa(std::string_view sFile, int mode);
+
+  /// Paints "c:\temp\DispOutD.dat", shows the picture and saves it.
+  bool ConvertDumpToBitmap(std::string_view sFile);
+
+  [[nodiscard]] const SeenValues& seenValues() const { return seenValues_; }
+
+ private:
+  void captureDumpOverSerial(std::string_view sFile);
+  void captureBitmapOverSerial(std::string_view sFile);
+  bool captureOverVisa(std::string_view sFile, int mode);
+  void convertDump(std::string_view sFile);
+  void showFile(std::string_view sFile);
+  void replace(std::string_view sFile, std::span<const std::uint8_t> data);
+  [[nodiscard]] std::string timeStampedName() const;
+  [[nodiscard]] bool serial() const { return link_.form.optConnRS232.value(); }
+
+  link::Link& link_;
+  files::WorkingFiles& files_;
+  ScreenPalette palette_{};
+  SeenValues seenValues_;
+};
+
+}  // namespace lumodevice::capture

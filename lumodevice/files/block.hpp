@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/text/fault.hpp"
+
+/// The instrument's memory files on their way to disk and back.
+namespace lumodevice::files {
+
+/// An answer that does not hold the block which it promises (number 9, subscript out of range).
+class BlockFault : public Fault {
+ public:
+  explicit BlockFault(const std::string& what) : Fault(kOutOfBounds, what) {}
+  static constexpr int kOutOfBounds = 9;
+};
+
+/// What the header of a definite-length block says: "#", the count of length digits, the length.
+struct BlockHeader {
+  std::int16_t lengthDigits = 0;
+  std::int16_t dataLength = 0;  ///< bytes
+};
+
+/// Reads a header that is expected at the very start of the answer. The digits are taken from
+/// where they should stand, whatever stands there: what is no number is 0. Throws text::NumberFault
+/// for a length that does not fit into 16 bits.
+[[nodiscard]] BlockHeader parseBlockHeader(std::string_view answer);
+
+/// The data bytes behind such a header. Throws BlockFault when the answer is shorter than promised
+/// or the promise is no byte at all, text::NumberFault when the end of the data lies beyond 16
+/// bits.
+[[nodiscard]] std::string_view blockData(std::string_view answer, const BlockHeader& header);
+
+/// Puts a block together from the pieces in which a serial port delivers it, for lengths up to
+/// kLargestData. What stands in front of the first "#" (the late answer of another query) is
+/// dropped.
+class BlockAssembler {
+ public:
+  static constexpr std::size_t kLargestData = std::size_t{16} << 20;
+  /// Bytes in front of "#" after which it is waited for no longer.
+  static constexpr std::size_t kLargestPreamble = 4096;
+
+  enum class State { Incomplete, Complete, Broken };
+
+  /// Takes the next piece. Broken is final: the header is none, or promises too much or nothing.
+  State add(std::string_view piece);
+
+  /// The data bytes of a complete block, else nothing. Bytes behind the block are left out.
+  [[nodiscard]] std::optional<std::string_view> data() const;
+
+ private:
+  State parse();
+
+  State state_ = State::Incomplete;
+  std::string bytes_;
+  std::size_t dropped_ = 0;
+  std::size_t headerLength_ = 0;  ///< 0 until the header is there
+  std::size_t dataLength_ = 0;
+};
+
+}  // namespace lumodevice::files

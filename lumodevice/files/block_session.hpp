@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::files {
+
+/// Block transfer over the VISA COM object. A resource that is no GPIB one has its serial end modes
+/// switched for the transfer, because a terminator inside the data would end it; they are switched
+/// back only where an operation says so. Every call throws io::VisaComFault, and text::NumberFault
+/// for a chosen time-out that does not fit.
+class BlockSession {
+ public:
+  /// Which of the end modes a transfer switches.
+  enum class End { Reading, Writing };
+
+  /// Fetches the session of a resource that needs it.
+  BlockSession(link::Link& link, End end);
+
+  /// Switches the termination character and the serial end mode off.
+  void begin();
+
+  /// Asks and reads the data bytes of the answer, switched for the transfer. What arrives is the
+  /// caller's to judge.
+  [[nodiscard]] Bytes read(std::string_view query);
+
+  void write(std::string_view command, std::span<const std::uint8_t> data);
+
+  /// Puts the chosen time-out and the end mode back; the termination character stays off.
+  void restore();
+
+ private:
+  void setEndMode(int mode);
+
+  link::Link& link_;
+  End end_;
+  std::shared_ptr<io::MessageSession> session_;  ///< null for a GPIB resource
+};
+
+/// An answer of fewer bytes is none: nothing is written, and the session stays as it is.
+inline constexpr std::size_t kLeastBlock = 2;
+
+}  // namespace lumodevice::files

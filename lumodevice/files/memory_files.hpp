@@ -1,0 +1,63 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::files {
+
+/// A file that is read from the instrument; the waits are those of the serial port, in
+/// milliseconds.
+struct Reading {
+  std::string_view query;
+  std::string_view target;
+  double firstWait;
+  double secondWait;
+};
+
+/// Copies the instrument's memory files between the instrument and "C:\temp": over the serial port
+/// while optConnRS232 is selected, else over the VISA COM session. An operation ends silently at
+/// its first failure; what it has written or deleted by then stays, and so does the input mode of
+/// the serial port. The serial transfers wait fixed times (1 to 5 s in all).
+class MemoryFiles {
+ public:
+  /// Takes over cmdGetSeqFile, cmdGetSystemFile, cmdSendSystemFile, cmdGetPresetFile and
+  /// cmdSetPresetFile.
+  MemoryFiles(link::Link& link, WorkingFiles& files);
+
+  // The buttons.
+  void GetSequence();
+  void GetSystem();
+  void SendSystem();
+  void GetPreset();
+  void SetPreset();
+
+  // The host's way to the same transfers.
+  /// Whether there is a file to send; sends it.
+  bool SendSystemForHost();
+  bool GetPresetForHost();
+  bool SetPresetForHost();
+
+ private:
+  void getFile(const Reading& reading);
+  void getOverSerial(const Reading& reading);
+  void getOverVisa(std::string_view query, std::string_view target);
+  void sendSystemOverSerial();
+  void sendSystemOverVisa();
+  [[nodiscard]] Bytes systemFile();
+
+  bool ReadPresetFromDevice(std::string_view sFile);
+  void readPresetOverSerial(std::string_view sFile);
+  bool SendPresetToDevice(std::string_view sFile);
+  void sendPresetOverSerial(std::string_view sFile);
+  void sendPresetOverVisa(std::string_view sFile);
+
+  [[nodiscard]] bool serial() const { return link_.form.optConnRS232.value(); }
+
+  link::Link& link_;
+  WorkingFiles& files_;
+};
+
+}  // namespace lumodevice::files
