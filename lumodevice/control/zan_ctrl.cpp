@@ -56,6 +56,7 @@ class ZANCtrl::Component {
         capture(link, workingFiles) {
     form.cmdConnect.click.handle([this] { showConnectionPanel(); });
     form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
+    form.panel.show.handle([this] { shown(); });
     initialise();
   }
 
@@ -100,6 +101,20 @@ class ZANCtrl::Component {
     form.cmbChannel.clear();
     for (toolkit::ListBox* list : {&form.List1, &form.List2, &form.List3}) {
       list->setOleDropMode(toolkit::ListBox::kDropManual);
+    }
+  }
+
+  /// A panel that comes into view after a serial search starts from the first mode, as the
+  /// instrument does.
+  void shown() {
+    if (!serial.found()) {
+      return;
+    }
+    toolkit::OptionButton& first = form.optMode(0);
+    if (first.value()) {
+      first.click.raise();
+    } else {
+      first.setValue(true);
     }
   }
 

@@ -25,6 +25,9 @@ class SerialConnection {
   /// Command2: opens the port of Text1 at the baud rate of Combo2.
   void Connect();
 
+  /// The last automatic search found an instrument.
+  [[nodiscard]] bool found() const { return found_; }
+
  private:
   void ScanSerialPorts();
   void FindSerialInstrument();
@@ -37,7 +40,6 @@ class SerialConnection {
   /// The ports that could be opened, in the order found, from entry 1; entries not in use are 0.
   std::array<std::int16_t, kPorts + 1> ports_{};
   std::int16_t portCount_ = 0;
-  /// The last automatic search found an instrument.
   bool found_ = false;
   /// Outcome of the last connect; a manual one that gets no answer leaves it as it was.
   bool connected_ = false;

@@ -11,6 +11,8 @@ namespace lumodevice::toolkit {
 class Form : public Container {
  public:
   static constexpr Kind kKind = Kind::Form;
+  /// The form comes into view; raised by what shows it.
+  Event<> show;
   /// 0 default, 1 arrow, 11 hourglass.
   [[nodiscard]] int mousePointer() const { return mousePointer_; }
   void setMousePointer(int pointer);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "lumodevice/toolkit/controls.hpp"
 #include "tests/support/bench.hpp"
 
 namespace lumodevice {
@@ -115,6 +116,57 @@ TEST_F(SideBySide, oneGoesOnWhenTheOtherIsGone) {
   right.connectVisa();
   left.destroy();
   EXPECT_EQ(right.ask(":CHAN?"), "2");
+}
+
+/// A component whose form is yet to come into view.
+class Show : public testing::Test {
+ protected:
+  void show() { bench.control<toolkit::Form>("ZANCtrl").show.raise(); }
+
+  /// Searches the serial ports and leaves the link.
+  void search() {
+    bench.serial.ports[3].instrument = &bench.instrument;
+    bench.click("optConnRS232");
+    bench.click("cmdAuto");
+    bench.journal();
+  }
+
+  Bench bench;
+};
+
+TEST_F(Show, withoutASearchBeforeDoesNothing) {
+  bench.click("optMode(4)");
+  bench.journal();
+  show();
+  EXPECT_EQ(bench.read("optMode(4)", "Value"), "True");
+  EXPECT_EQ(bench.journal(), "");
+}
+
+TEST_F(Show, afterASearchThatFoundAnInstrumentSelectsTheFirstMode) {
+  search();
+  ASSERT_TRUE(bench.zan().isConnected());
+  bench.click("optMode(4)");
+  bench.journal();
+  show();
+  EXPECT_EQ(bench.read("optMode(0)", "Value"), "True");
+  EXPECT_NE(bench.journal({"COM3 write :MODE CCH"}), "");
+}
+
+TEST_F(Show, selectsTheFirstModeAlsoWhereItIsSelected) {
+  search();
+  bench.click("optMode(0)");
+  bench.journal();
+  show();
+  EXPECT_NE(bench.journal({"COM3 write :MODE CCH"}), "");
+}
+
+TEST_F(Show, afterASearchThatFoundNothingDoesNothing) {
+  bench.instrument.on("*IDN?", support::silence());
+  search();
+  bench.click("optMode(4)");
+  bench.journal();
+  show();
+  EXPECT_EQ(bench.read("optMode(4)", "Value"), "True");
 }
 
 }  // namespace
