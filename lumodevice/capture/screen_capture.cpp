@@ -112,14 +112,14 @@ void ScreenCapture::ConvertDump() {
 }
 
 bool ScreenCapture::GetBMPFile() {
+  if (!serial() && !link_.form.optVisa2.value()) {
+    return false;
+  }
   bool captured = false;
   attempt([&] {
     files_.ensureFolder();
-    if (serial()) {
-      captured = CaptureScreenSerial(kHostsBitmap, kColourBitmap);
-    } else if (link_.form.optVisa2.value()) {
-      captured = CaptureScreenVisa(kHostsBitmap, kRawDump);
-    }
+    captured = serial() ? CaptureScreenSerial(kHostsBitmap, kColourBitmap)
+                        : CaptureScreenVisa(kHostsBitmap, kRawDump);
   });
   return captured;
 }

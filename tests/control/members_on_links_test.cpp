@@ -176,6 +176,7 @@ TEST_P(MembersOnEveryLink, GetBMPFileIsFalseWhereNothingCanBeCaptured) {
   bench.instrument.on(":DISP:OUTP?", std::string(122880, '\0'));
   EXPECT_EQ(bench.zan().GetBMPFile(), GetParam().carriesFiles);
   EXPECT_EQ(bench.drive.fileExists("c:\\temp\\ZAN.bmp"), GetParam().carriesFiles);
+  EXPECT_EQ(bench.drive.folderExists("C:\\temp"), GetParam().carriesFiles);
 }
 
 INSTANTIATE_TEST_SUITE_P(Links, MembersOnEveryLink, testing::ValuesIn(kCases),
