@@ -17,6 +17,8 @@ namespace zansim {
 [[nodiscard]] std::span<const Row> settingCommands();
 /// Protections, the load-on voltage, Go/NoGo limits.
 [[nodiscard]] std::span<const Row> protectionCommands();
+/// The picture on the screen.
+[[nodiscard]] std::span<const Row> displayCommands();
 
 /// All tables in the order in which they are searched.
 [[nodiscard]] std::span<const std::span<const Row>> commandTables();

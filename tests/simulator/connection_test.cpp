@@ -229,3 +229,55 @@ TEST(Faults, aTextThatIsNoFaultIsExplained) {
         << c.text;
   }
 }
+
+namespace {
+
+/// All that the links bring of the screen's picture, ten minutes after it was asked for.
+std::string pictureUnder(std::string_view fault) {
+  Instrument instrument;
+  instrument.faults.add(fault);
+  Connection connection(instrument, Connection::Kind::MessageBased);
+  connection.feed(":DISP:COL?\n", true, 0s);
+  std::string all;
+  for (std::string part = take(connection, 600s); !part.empty(); part = take(connection, 600s)) {
+    all += part;
+  }
+  return all;
+}
+
+}  // namespace
+
+TEST(ConnectionWithPictures, anAnswerIsAsBinaryAsItsBlock) {
+  const std::string whole = pictureUnder("late=0");
+  EXPECT_EQ(whole.size(), 8U + 230454 + 1);
+  EXPECT_EQ(whole.substr(0, 10), "#6230454BM");
+  EXPECT_EQ(whole.back(), '\n');
+  EXPECT_NE(whole.find('\0'), std::string::npos);
+  EXPECT_TRUE(pictureUnder("pieces=1000") == whole);
+  EXPECT_TRUE(pictureUnder("pieces=7 gap=1") == whole);
+  EXPECT_TRUE(pictureUnder("unterminated") + '\n' == whole);
+  EXPECT_TRUE(pictureUnder("long=100") == whole);
+}
+
+TEST(ConnectionWithPictures, faultsDisturbBlocksLikeTexts) {
+  std::string whole = pictureUnder("late=0");
+  const std::string garbled = pictureUnder("garble");
+  ASSERT_EQ(garbled.size(), whole.size());
+  EXPECT_EQ(garbled.back(), '\n');
+  for (std::size_t i = 0; i + 1 < whole.size(); ++i) {
+    ASSERT_NE(garbled[i], whole[i]) << i;
+  }
+  whole.back() = 'X';
+  EXPECT_TRUE(pictureUnder("long=230465") == whole + "X\n");
+  EXPECT_EQ(pictureUnder("silent"), "");
+}
+
+TEST(ConnectionWithPictures, theNextMessageDiscardsWhatWasNotTaken) {
+  Instrument instrument;
+  Connection connection(instrument, Connection::Kind::MessageBased);
+  connection.feed(":DISP:OUTP?\n", true, 0s);
+  EXPECT_EQ(take(connection, 0s).substr(0, 8), "#6122880");
+  connection.feed(":CHAN?\n", true, 0s);
+  EXPECT_EQ(take(connection, 0s), "1\n");
+  EXPECT_EQ(instrument.mainframe.status().take(), Error::QueryInterrupted);
+}

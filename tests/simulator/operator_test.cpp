@@ -31,7 +31,7 @@ TEST(Operator, whateverIsSentTheInstrumentStaysSound) {
     const std::string answer =
         bench.ask(header.substr(0, header.find('[')) + (below(3) == 0 ? "?" : "") +
                   values[below(std::size(values))]);
-    ASSERT_LT(answer.size(), 79U) << answer;
+    ASSERT_TRUE(answer.size() < 79U || answer.front() == '#') << answer;
     if (below(4) == 0) {
       bench.pass(std::chrono::nanoseconds(static_cast<std::int64_t>(
           std::pow(10, std::uniform_real_distribution<double>(0, 12)(random)))));

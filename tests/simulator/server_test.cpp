@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "simulator/real_clock.hpp"
+#include "simulator/screen_dump.hpp"
 
 using zansim::Descriptor;
 using zansim::Instrument;
@@ -226,4 +227,44 @@ TEST_F(ServerTest, anOldLinkIsReplacedAnotherFileIsNot) {
   EXPECT_THROW(server_.openTerminal(link() + "file"), std::invalid_argument);
   EXPECT_TRUE(std::filesystem::is_regular_file(link() + "file"));
   EXPECT_THROW(server_.openTerminal(folder_ + "/none/zan"), std::system_error);
+}
+
+namespace {
+
+std::string receiveBytes(const Descriptor& from, std::size_t count) {
+  std::string bytes(count, '\0');
+  std::size_t at = 0;
+  pollfd poll{from.get(), POLLIN, 0};
+  while (at<count&& ::poll(&poll, 1, 5000)> 0) {
+    const ssize_t got = ::read(from.get(), bytes.data() + at, count - at);
+    if (got <= 0) {
+      break;
+    }
+    at += static_cast<std::size_t>(got);
+  }
+  bytes.resize(at);
+  return bytes;
+}
+
+}  // namespace
+
+TEST_F(ServerTest, picturesPassSocketsAndTerminalsUnchanged) {
+  const std::uint16_t port = server_.listenTcp(0);
+  server_.openTerminal(link(), 0);
+  // Nothing hangs on the terminals, so that the picture stands still.
+  for (std::size_t channel = 1; channel <= instrument_.mainframe.channelCount(); ++channel) {
+    instrument_.mainframe.channel(channel, zansim::Duration::zero()).connect({});
+  }
+  const std::string data =
+      zansim::bitmap(zansim::drawScreen(instrument_.mainframe, zansim::Duration::zero()));
+  const std::string picture = "#6230454" + data + "\n";
+  start();
+  const Descriptor socket = connectTo(port);
+  send(socket, ":DISP:COL?\n:CHAN?\n");
+  EXPECT_TRUE(receiveBytes(socket, picture.size()) == picture);
+  EXPECT_EQ(receive(socket), "1\n");
+  const Descriptor terminal = openTerminal(link());
+  send(terminal, ":DISP:COL?\n:CHAN?\n");
+  EXPECT_TRUE(receiveBytes(terminal, picture.size()) == picture);
+  EXPECT_EQ(receive(terminal), "1\n");
 }

@@ -177,7 +177,7 @@ TEST(SettingCommands, everyAnswerIsShortAndPlain) {
         const std::string answer =
             bench.ask(std::string(row.header.substr(0, row.header.find('['))) + "?");
         EXPECT_FALSE(answer.empty()) << row.header;
-        EXPECT_LT(answer.size(), 79U) << row.header;
+        EXPECT_TRUE(answer.size() < 79U || answer.front() == '#') << row.header;
         if (row.setting.number != nullptr) {
           EXPECT_EQ(answer.find_first_not_of("0123456789."), std::string::npos) << answer;
           EXPECT_NE(answer.back(), '.');

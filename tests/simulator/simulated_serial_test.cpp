@@ -157,3 +157,17 @@ TEST_F(SimulatedSerialTest, twoPortsLeadToTheSameInstrument) {
   EXPECT_EQ(receivedAfter(*second, 0s), "3\n");
   EXPECT_EQ(receivedAfter(*first, 0s), "");
 }
+
+TEST_F(SimulatedSerialTest, aPictureArrivesWholeAtTheSpeedOfTheLine) {
+  devices_.plug(1, instrument_, 115200);
+  const auto line = devices_.open(1, {.baud = 115200});
+  line->write(":DISP:COL?\n");
+  const zansim::Duration byte = zansim::Duration(10s) / 115200;
+  std::string picture = receivedAfter(*line, byte * (11 + 100'000));
+  EXPECT_EQ(picture.size(), 100'000U);
+  EXPECT_EQ(picture.substr(0, 10), "#6230454BM");
+  picture += receivedAfter(*line, byte * 130'463);
+  EXPECT_EQ(picture.size(), 230'463U);
+  EXPECT_EQ(picture.back(), '\n');
+  EXPECT_EQ(receivedAfter(*line, 1s), "");
+}

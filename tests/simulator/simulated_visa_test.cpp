@@ -370,3 +370,34 @@ TEST(VisaBench, aResourceOfAnUnknownInterfaceIsRefused) {
   VisaBench bench(clock);
   EXPECT_THROW(bench.add("TCPIP0::host::5::SOCKET", "TCPIP0"), std::invalid_argument);
 }
+
+TEST_F(SimulatedVisaTest, aPictureIsReadWholeWhileTheTerminationCharacterIsOff) {
+  const ViSession session = open(kUsb);
+  visa_.viSetAttribute(session, VI_ATTR_TERMCHAR_EN, 0);
+  write(session, ":DISP:COL?");
+  const Read first = read(session, 1000);
+  EXPECT_EQ(first.status, VI_SUCCESS_MAX_CNT);
+  const Read rest = read(session, 300'000);
+  EXPECT_EQ(rest.status, VI_SUCCESS);
+  EXPECT_EQ(first.text.substr(0, 10), "#6230454BM");
+  EXPECT_EQ(first.text.size() + rest.text.size(), 8U + 230454 + 1);
+}
+
+TEST_F(SimulatedVisaTest, aPictureIsCutAtEachTerminationCharacterWhileItIsOn) {
+  const ViSession session = open(kUsb);
+  write(session, ":DISP:OUTP?");
+  const Read whole = read(session, 300'000);
+  visa_.viSetAttribute(session, VI_ATTR_TERMCHAR_EN, 1);
+  visa_.viSetAttribute(session, VI_ATTR_TERMCHAR, '6');
+  write(session, ":DISP:OUTP?");
+  std::string all;
+  Read part = read(session, 300'000);
+  EXPECT_EQ(part.text, "#6");
+  while (part.status == VI_SUCCESS_TERM_CHAR) {
+    ASSERT_EQ(part.text.find('6'), part.text.size() - 1);
+    all += part.text;
+    part = read(session, 300'000);
+  }
+  EXPECT_EQ(part.status, VI_SUCCESS);
+  EXPECT_TRUE(all + part.text == whole.text);
+}

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -86,6 +87,13 @@ TEST_F(VisaLibrary, aProgramFindsOpensAsksAndCloses) {
   EXPECT_EQ(count, 6U);
   ASSERT_EQ(read(instrument, buffer, sizeof buffer, &count), 0);
   EXPECT_EQ(std::string(buffer, buffer + count), "Ostbrook Instruments,ZAN63200,SIM00001,1.02.3\n");
+  EXPECT_EQ(setAttribute(instrument, 0x3FFF0038, 0), 0);
+  std::vector<unsigned char> picture(300'000);
+  const auto* const query = reinterpret_cast<const unsigned char*>(":DISP:COL?\n");
+  ASSERT_EQ(write(instrument, query, 11, &count), 0);
+  ASSERT_EQ(read(instrument, picture.data(), 300'000, &count), 0);
+  EXPECT_EQ(count, 8U + 230454 + 1);
+  EXPECT_EQ(std::string(picture.begin(), picture.begin() + 10), "#6230454BM");
   EXPECT_EQ(write(instrument, reinterpret_cast<const unsigned char*>("*RST\n"), 5, nullptr), 0);
   EXPECT_EQ(close(instrument), 0);
   EXPECT_EQ(close(manager), 0);

@@ -14,6 +14,7 @@
 #include "tests/support/child_program.hpp"
 
 using lumodevice::support::ChildProgram;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
@@ -83,6 +84,17 @@ TEST_F(Zansim, faultsSlotsAndTheShownExchange) {
   EXPECT_EQ(program.errorLine(), "*RDT? -> 2030,0");
   EXPECT_EQ(ask(socket.get(), "\x01\xFF\\;\n:CHAN?\n"), "1XXXXXXXXXX");
   EXPECT_EQ(program.errorLine(), "\\xFF\\x5C;");
+}
+
+TEST_F(Zansim, aShownPictureIsCut) {
+  Program program({"--tcp", "0", "--verbose"});
+  const Descriptor socket = connectTo(program.line());
+  const std::string query = ":DISP:COL?\n";
+  ASSERT_EQ(::write(socket.get(), query.data(), query.size()), static_cast<ssize_t>(query.size()));
+  const std::string shown = program.errorLine();
+  EXPECT_THAT(shown, StartsWith(":DISP:COL? -> #6230454BM6\\x84\\x03"));
+  EXPECT_THAT(shown, EndsWith("... (230462 bytes)"));
+  EXPECT_LT(shown.size(), 1000U);
 }
 
 TEST_F(Zansim, sourcesHangOnTheChannelsTheyAreGivenTo) {
