@@ -73,8 +73,16 @@ std::string printable(std::string_view text) {
   return shown;
 }
 
+/// What is long, such as a picture, is cut, and its length told.
+std::string shown(std::string_view text) {
+  constexpr std::size_t kMost = 200;
+  return text.size() <= kMost
+             ? printable(text)
+             : printable(text.substr(0, kMost)) + "... (" + std::to_string(text.size()) + " bytes)";
+}
+
 void show(std::string_view message, std::string_view answer) {
-  std::cerr << printable(message) << (answer.empty() ? "" : " -> ") << printable(answer) << '\n';
+  std::cerr << shown(message) << (answer.empty() ? "" : " -> ") << shown(answer) << '\n';
 }
 
 int serve(const Options& options) {
