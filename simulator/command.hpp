@@ -65,6 +65,9 @@ struct Call {
 
   /// Argument `index` as one of two words, 0 or 1; fails like number.
   [[nodiscard]] std::optional<bool> choice(std::size_t index, const Words& words);
+  /// The data bytes of argument `index`, a definite-length block. Fails with DataType for an
+  /// argument that is no block, with InvalidBlock for one with a header that is none.
+  [[nodiscard]] std::optional<std::string_view> block(std::size_t index);
   /// Fails as an argument that is none of the words that the command knows does.
   void failWord(std::size_t index);
 
@@ -73,6 +76,8 @@ struct Call {
   /// Appends a number with all of its `decimals`.
   void replyFixed(double value, int decimals);
   void reply(std::string_view text);
+  /// Appends a definite-length block.
+  void replyBlock(std::string_view bytes);
 };
 
 /// True when `word` is the long or the short form of `pattern` ("MAXimum"), in any case.

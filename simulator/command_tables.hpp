@@ -19,6 +19,8 @@ namespace zansim {
 [[nodiscard]] std::span<const Row> protectionCommands();
 /// The picture on the screen.
 [[nodiscard]] std::span<const Row> displayCommands();
+/// The files that the instrument keeps when it is switched off.
+[[nodiscard]] std::span<const Row> memoryCommands();
 
 /// All tables in the order in which they are searched.
 [[nodiscard]] std::span<const std::span<const Row>> commandTables();

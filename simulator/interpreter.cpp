@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "simulator/block.hpp"
 #include "simulator/characters.hpp"
 #include "simulator/command.hpp"
 #include "simulator/command_tables.hpp"
@@ -18,20 +19,8 @@ std::string_view withoutLeadingBlanks(std::string_view text) {
 
 /// The length of the block at the start of `text`, header included; 1 when it is none.
 std::size_t blockLength(std::string_view text) {
-  const std::size_t digits = text.size() > 1 && text[1] >= '1' && text[1] <= '9'
-                                 ? static_cast<std::size_t>(text[1] - '0')
-                                 : 0;
-  if (digits == 0 || text.size() < 2 + digits) {
-    return 1;
-  }
-  std::size_t length = 0;
-  for (const char c : text.substr(2, digits)) {
-    if (c < '0' || c > '9') {
-      return 1;
-    }
-    length = length * 10 + static_cast<std::size_t>(c - '0');
-  }
-  return std::min(2 + digits + length, text.size());
+  const std::optional<BlockHeader> header = blockHeader(text);
+  return header ? std::min(header->size + header->length, text.size()) : 1;
 }
 
 /// Splits a text at the separators that stand outside quotes and blocks.

@@ -9,6 +9,7 @@
 
 #include "simulator/channel.hpp"
 #include "simulator/configuration.hpp"
+#include "simulator/memory.hpp"
 #include "simulator/status.hpp"
 
 namespace zansim {
@@ -33,12 +34,14 @@ class Mainframe {
   [[nodiscard]] std::size_t selectedChannel() const { return selected_; }
   void selectChannel(std::size_t channel) { selected_ = channel; }
 
+  [[nodiscard]] Memory& memory() { return memory_; }
+
   /// What the screen shows of the selected channel; the soft key F1 turns the page.
   enum class Page : std::uint8_t { Readings, Settings };
   [[nodiscard]] Page page() const { return page_; }
   void turnPage() { page_ = page_ == Page::Readings ? Page::Settings : Page::Readings; }
 
-  /// As after power-on, but for the error queue and the event register.
+  /// As after power-on, but for the error queue, the event register and the memory.
   void reset(Duration now);
 
  private:
@@ -47,6 +50,7 @@ class Mainframe {
   std::size_t selected_ = 1;
   Page page_ = Page::Readings;
   Status status_;
+  Memory memory_;
 };
 
 }  // namespace zansim

@@ -18,6 +18,7 @@ constexpr std::pair<Error, std::string_view> kTexts[] = {
     {Error::InvalidBlock, "Invalid block data"},
     {Error::SettingsConflict, "Settings conflict"},
     {Error::OutOfRange, "Data out of range"},
+    {Error::TooMuchData, "Too much data"},
     {Error::IllegalParameter, "Illegal parameter value"},
     {Error::HardwareMissing, "Hardware missing"},
     {Error::DeviceSpecific, "Device-specific error"},

@@ -19,6 +19,7 @@ enum class Error : std::int16_t {
   InvalidBlock = -161,
   SettingsConflict = -221,
   OutOfRange = -222,
+  TooMuchData = -223,
   IllegalParameter = -224,
   HardwareMissing = -241,
   DeviceSpecific = -300,

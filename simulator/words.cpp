@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "simulator/block.hpp"
 #include "simulator/characters.hpp"
 #include "simulator/command.hpp"
 #include "simulator/mainframe.hpp"
@@ -114,6 +115,15 @@ std::optional<bool> Call::choice(std::size_t index, const Words& words) {
   return value ? std::optional(*value >= 0.5) : std::nullopt;
 }
 
+std::optional<std::string_view> Call::block(std::size_t index) {
+  const std::string_view text = arguments.items[index];
+  const std::optional<std::string_view> data = blockData(text);
+  if (!data) {
+    fail(text.front() == '#' ? Error::InvalidBlock : Error::DataType);
+  }
+  return data;
+}
+
 void Call::failWord(std::size_t index) {
   const char first = arguments.items[index].front();
   fail(isLetter(first) ? Error::IllegalParameter : Error::DataType);
@@ -137,6 +147,10 @@ void Call::replyFixed(double value, int decimals) {
 
 void Call::reply(std::string_view text) {
   answer.append(text);
+}
+
+void Call::replyBlock(std::string_view bytes) {
+  appendBlock(answer, bytes);
 }
 
 }  // namespace zansim
