@@ -7,10 +7,12 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "simulator/real_clock.hpp"
 #include "simulator/server.hpp"
+#include "simulator/state_file.hpp"
 
 namespace {
 
@@ -29,6 +31,7 @@ struct Options {
   std::int32_t baud = 0;
   std::string slots;
   std::vector<std::string> sources;
+  std::string state;
   bool verbose = false;
 };
 
@@ -52,6 +55,9 @@ void declare(CLI::App& app, Options& options) {
                  "CHANNEL=VOLTS,OHMS,AMPEREHOURS; may be repeated")
       ->type_name("TEXT")
       ->allow_extra_args(false);
+  app.add_option("--state", options.state,
+                 "Keep the memory files in FILE; they start from what it holds")
+      ->type_name("FILE");
   app.add_flag("--verbose", options.verbose, "Show each message and its answer on standard error");
   app.footer(
       "Faults: silent, late=MS, pieces=N, garble, identity=TEXT, long=N, unterminated, vanish=N;\n"
@@ -85,6 +91,30 @@ void show(std::string_view message, std::string_view answer) {
   std::cerr << shown(message) << (answer.empty() ? "" : " -> ") << shown(answer) << '\n';
 }
 
+/// The instrument goes on without its file.
+void save(const zansim::StateFile& file, const zansim::Memory& memory) {
+  try {
+    file.save(memory);
+  } catch (const std::system_error& error) {
+    std::cerr << "zansim: " << error.what() << '\n';
+  }
+}
+
+/// What becomes of each message that was carried out, before its answer leaves: what it stored is
+/// on the disk when the host hears of it.
+auto watch(zansim::Memory& memory, const Options& options) {
+  return [&memory, &options, saved = memory.changes()](std::string_view message,
+                                                       std::string_view answer) mutable {
+    if (options.verbose) {
+      show(message, answer);
+    }
+    if (!options.state.empty() && memory.changes() != saved) {
+      saved = memory.changes();
+      save(zansim::StateFile(options.state), memory);
+    }
+  };
+}
+
 int serve(const Options& options) {
   zansim::Configuration configuration;
   if (!options.slots.empty()) {
@@ -97,9 +127,11 @@ int serve(const Options& options) {
   for (const std::string& fault : options.faults) {
     instrument.faults.add(fault);
   }
-  if (options.verbose) {
-    instrument.onMessage = show;
+  zansim::Memory& memory = instrument.mainframe.memory();
+  if (!options.state.empty()) {
+    memory = zansim::StateFile(options.state).load();
   }
+  instrument.onMessage = watch(memory, options);
   zansim::RealClock clock;
   zansim::Server server(instrument, clock);
   if (options.port >= 0) {

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <string>
@@ -104,7 +105,32 @@ TEST_F(Zansim, sourcesHangOnTheChannelsTheyAreGivenTo) {
   EXPECT_EQ(ask(socket.get(), ":CHAN 3;:FETC:VOLT?\n"), "12.6000");
 }
 
+TEST_F(Zansim, memoryFilesOutliveTheProgram) {
+  const std::string preset = "#3892" + std::string(892, 'p');
+  for (const bool first : {true, false}) {
+    Program program({"--tcp", "0", "--state", folder_ + "/state"});
+    const Descriptor socket = connectTo(program.line());
+    if (first) {
+      EXPECT_EQ(ask(socket.get(), ":MEM:FILE:PRES " + preset + "*OPC?\n"), "1");
+    } else {
+      EXPECT_EQ(ask(socket.get(), ":MEM:FILE:PRES?\n"), preset);
+    }
+    EXPECT_EQ(program.end(SIGKILL), -1);
+  }
+}
+
+TEST_F(Zansim, aStateThatCannotBeKeptIsToldAndTheInstrumentGoesOn) {
+  Program program({"--tcp", "0", "--state", folder_ + "/missing/state"});
+  const Descriptor socket = connectTo(program.line());
+  const std::string preset = "#3892" + std::string(892, 'p');
+  EXPECT_EQ(ask(socket.get(), ":MEM:FILE:PRES " + preset + ":MEM:FILE:PRES?\n"), preset);
+  EXPECT_THAT(program.errorLine(), HasSubstr("cannot keep the state in " + folder_));
+  EXPECT_EQ(program.end(SIGTERM), 0);
+}
+
 TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
+  const std::string broken = folder_ + "/broken";
+  std::ofstream(broken) << "no state\n";
   struct Case {
     std::vector<std::string> arguments;
     std::string why;
@@ -115,6 +141,8 @@ TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
         Case{{"--tcp", "0", "--slots", "1,2"}, "modules are"},
         Case{{"--tcp", "0", "--source", "1=12"}, "CHANNEL=VOLTS,OHMS"},
         Case{{"--tcp", "0", "--slots", "2030", "--source", "2=12,1"}, "no channel 2"},
+        Case{{"--tcp", "0", "--state", broken}, "ZANSIM STATE 1"},
+        Case{{"--tcp", "0", "--state", folder_}, "directory"},
         Case{{"--pty", link(), "--baud", "7"}, "9600"}, Case{{"--nonsense"}, "--nonsense"}}) {
     Program program(c.arguments);
     EXPECT_THAT(program.errorLine(), HasSubstr(c.why));
