@@ -15,7 +15,6 @@ namespace {
 
 constexpr ViAttr kResourceClass = 0xBFFF0001;
 constexpr ViAttr kResourceName = 0xBFFF0002;
-constexpr ViStatus kInvalidAccessMode = viStatus(0xBFFF0013);
 constexpr std::uint32_t kAccessModes = 0x7;
 constexpr std::uint32_t kEndsByTerminationCharacter = 2;
 
@@ -106,7 +105,7 @@ ViStatus SimulatedVisa::viOpen(ViSession resourceManager, const std::string& des
     return VI_ERROR_INV_OBJECT;
   }
   if (accessMode > kAccessModes) {
-    return kInvalidAccessMode;
+    return VI_ERROR_INV_ACC_MODE;
   }
   bool known = false;
   VisaResource* const resource = bench_.find(descriptor, known);

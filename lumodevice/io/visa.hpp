@@ -31,6 +31,7 @@ inline constexpr ViStatus VI_ERROR_RSRC_LOCKED = viStatus(0xBFFF000F);
 inline constexpr ViStatus VI_ERROR_INV_EXPR = viStatus(0xBFFF0010);
 inline constexpr ViStatus VI_ERROR_RSRC_NFOUND = viStatus(0xBFFF0011);
 inline constexpr ViStatus VI_ERROR_INV_RSRC_NAME = viStatus(0xBFFF0012);
+inline constexpr ViStatus VI_ERROR_INV_ACC_MODE = viStatus(0xBFFF0013);
 inline constexpr ViStatus VI_ERROR_TMO = viStatus(0xBFFF0015);
 inline constexpr ViStatus VI_ERROR_NSUP_ATTR = viStatus(0xBFFF001D);
 inline constexpr ViStatus VI_ERROR_NSUP_ATTR_STATE = viStatus(0xBFFF001E);

@@ -12,8 +12,6 @@ namespace lumodevice::posix {
 
 namespace {
 
-constexpr io::ViStatus VI_ERROR_INV_ACC_MODE = io::viStatus(0xBFFF0013);
-
 /// Descriptors come out of fixed-length buffers and may still carry their blanks.
 std::string_view withoutPadding(std::string_view text) {
   return text.substr(0, text.find_last_not_of(' ') + 1);
@@ -103,7 +101,7 @@ io::ViStatus BuiltinVisa::viOpen(io::ViSession resourceManager, const std::strin
                                  io::ViSession& instrument) {
   instrument = 0;
   if (!isResourceManager(resourceManager)) return io::VI_ERROR_INV_OBJECT;
-  if (accessMode > io::VI_EXCLUSIVE_LOCK) return VI_ERROR_INV_ACC_MODE;
+  if (accessMode > io::VI_EXCLUSIVE_LOCK) return io::VI_ERROR_INV_ACC_MODE;
   io::ViStatus status = io::VI_SUCCESS;
   auto session = openInstrument(withoutPadding(descriptor), openTimeout, status);
   if (session) {

@@ -94,7 +94,7 @@ TEST_F(BuiltinVisaTest, whatCannotBeOpenedIsAStatusAndNoSession) {
   EXPECT_EQ(session, 0U);
   EXPECT_EQ(open("USB0::1::2::3::INSTR"), io::VI_ERROR_RSRC_NFOUND);
   EXPECT_EQ(open("nonsense"), io::VI_ERROR_INV_RSRC_NAME);
-  EXPECT_EQ(open(kFirst, 2), io::viStatus(0xBFFF0013));
+  EXPECT_EQ(open(kFirst, 2), io::VI_ERROR_INV_ACC_MODE);
   EXPECT_EQ(visa.viOpen(manager + 50, kFirst, 0, 0, session), io::VI_ERROR_INV_OBJECT);
 }
 

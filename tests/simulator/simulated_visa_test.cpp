@@ -102,7 +102,7 @@ TEST_F(SimulatedVisaTest, opensByAnyWayOfWritingTheName) {
   EXPECT_EQ(visa_.viOpen(manager_, "USB0::1::2::3::INSTR", 0, 1, session), VI_ERROR_RSRC_NFOUND);
   EXPECT_EQ(visa_.viOpen(manager_, "nonsense", 0, 1, session), VI_ERROR_INV_RSRC_NAME);
   EXPECT_EQ(visa_.viOpen(manager_, "", 0, 1, session), VI_ERROR_INV_RSRC_NAME);
-  EXPECT_EQ(visa_.viOpen(manager_, kUsb, 64, 1, session), viStatus(0xBFFF0013));
+  EXPECT_EQ(visa_.viOpen(manager_, kUsb, 64, 1, session), VI_ERROR_INV_ACC_MODE);
   EXPECT_EQ(visa_.viOpen(0, kUsb, 0, 1, session), VI_ERROR_INV_OBJECT);
 }
 
