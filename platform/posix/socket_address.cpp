@@ -1,5 +1,6 @@
 #include "platform/posix/socket_address.hpp"
 
+#include <algorithm>
 #include <charconv>
 
 #include "platform/posix/same_name.hpp"
@@ -16,6 +17,15 @@ template <typename Number>
 bool wholeNumber(std::string_view text, Number& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size();
+}
+
+/// What is in no name of a host and no address: blanks, control characters, and what only search
+/// expressions have.
+bool isForeignToHosts(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  constexpr unsigned char kDelete = 0x7F;
+  return byte <= ' ' || byte == kDelete ||
+         std::string_view("?*[](){}|\\").find(c) != std::string_view::npos;
 }
 
 /// Cuts the last field off `text`.
@@ -42,7 +52,7 @@ std::optional<SocketAddress> parseSocketAddress(std::string_view resource) {
   std::string_view host = resource.substr(cut + kSeparator.size());
   const bool bracketed = host.size() > 2 && host.front() == '[' && host.back() == ']';
   if (bracketed) host = host.substr(1, host.size() - 2);
-  if (host.empty() || host.find_first_of(" \t\r\n?*[](){}|\\") != std::string_view::npos) return {};
+  if (host.empty() || std::any_of(host.begin(), host.end(), isForeignToHosts)) return {};
   if (!bracketed && host.find(':') != std::string_view::npos) return {};
   address.host = host;
   return address;

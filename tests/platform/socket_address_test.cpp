@@ -85,6 +85,17 @@ TEST(SocketAddress, takesWhatNamesARawSocketAndNothingElse) {
   }
 }
 
+TEST(SocketAddress, aHostHasNoControlCharacters) {
+  for (const int code : {0x00, 0x01, 0x07, 0x08, 0x0B, 0x1B, 0x1F, 0x7F}) {
+    const char control = static_cast<char>(code);
+    for (const std::string& host :
+         {std::string("be") + control + "nch", std::string("[fe80::1") + control + "]"}) {
+      EXPECT_FALSE(parseSocketAddress("TCPIP0::" + host + "::1::SOCKET")) << code;
+    }
+  }
+  EXPECT_TRUE(parseSocketAddress("TCPIP0::b\xC3\xA4nk::1::SOCKET"));
+}
+
 TEST(SocketAddress, ofAnyTextIsNothingOrOneThatCanBeNamedAgain) {
   for (std::uint32_t seed = 1; seed <= 20; ++seed) {
     Names names(seed);
