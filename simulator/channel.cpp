@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "simulator/setting.hpp"
+
 namespace zansim {
 namespace {
 
@@ -22,7 +24,7 @@ Duration milliseconds(double value) {
 }  // namespace
 
 Channel::Channel(const Module& module, const Source& source, std::uint64_t seed)
-    : module_(&module), source_(source), seed_(seed) {}
+    : module_(module), source_(source), seed_(seed) {}
 
 Supply Channel::supply(const State& state) const {
   return {source_.voltsAfter(state.coulombs, state.at, seed_), source_.ohms};
@@ -33,7 +35,7 @@ Terminals Channel::terminals() const {
 }
 
 bool Channel::isOverRange() const {
-  return terminals().volts > kOverRange * settings_.fullScaleVolts(*module_);
+  return terminals().volts > kOverRange * settings_.fullScaleVolts(module_);
 }
 
 Verdict Channel::verdict() const {
@@ -83,6 +85,14 @@ void Channel::apply(const Settings& settings) {
   }
 }
 
+void Channel::become(const Module& module) {
+  switchOff();
+  module_ = module;
+  Settings changed = settings_;
+  bringWithinLimits(changed, module_);
+  apply(changed);
+}
+
 void Channel::connect(const Source& source) {
   source_ = source;
   state_.coulombs = 0;
@@ -104,8 +114,8 @@ double Channel::wantedAmps(const Supply& supply, double level) const {
 double Channel::reachableAmps(const Supply& supply, const State& state) const {
   // A load cannot be less than its least resistance, pass more than its current, or take more than
   // its power; below the load-on voltage an unlatched one gives way.
-  double most = std::min({module_->highAmps, supply.ampsAtOhms(module_->lowOhms.least),
-                          supply.ampsAtWatts(module_->watts)});
+  double most = std::min({module_.highAmps, supply.ampsAtOhms(module_.lowOhms.least),
+                          supply.ampsAtWatts(module_.watts)});
   if (!settings_.onLatch || !state.conducted) {
     most = std::min(most, supply.ampsAtVolts(settings_.onVolts));
   }
@@ -123,7 +133,7 @@ Waveform Channel::waveform(const Supply& supply, const State& state) const {
   };
   if (s.mode->regulation == Regulation::Voltage) {
     first = second = s.voltsA;
-    wave.rise = wave.fall = module_->slew.most * (s.voltsFast ? 1 : kSlowResponse);
+    wave.rise = wave.fall = module_.slew.most * (s.voltsFast ? 1 : kSlowResponse);
   } else if (s.mode->regulation == Regulation::Current && !s.mode->dynamic) {
     first = second = s.staticAmpsA;
     wave.rise = s.staticAmpsRise;
@@ -158,7 +168,7 @@ Trip Channel::tripIn(const Supply& supply, const Course& course, bool conducting
   if (settings_.overCurrentOn && course.most > settings_.overCurrent) {
     return Trip::OverCurrent;
   }
-  double overVoltage = kOverRange * settings_.fullScaleVolts(*module_);
+  double overVoltage = kOverRange * settings_.fullScaleVolts(module_);
   if (settings_.overVoltageOn) {
     overVoltage = std::min(overVoltage, settings_.overVoltage);
   }

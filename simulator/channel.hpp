@@ -32,7 +32,7 @@ class Channel {
  public:
   Channel(const Module& module, const Source& source, std::uint64_t seed);
 
-  [[nodiscard]] const Module& module() const { return *module_; }
+  [[nodiscard]] const Module& module() const { return module_; }
   [[nodiscard]] const Settings& settings() const { return settings_; }
 
   /// Instants before the present one change nothing.
@@ -53,6 +53,10 @@ class Channel {
   /// Takes new settings. A dynamic course starts anew where its kind or its times change; a trip of
   /// a protection that they switch off is cleared.
   void apply(const Settings& settings);
+
+  /// Takes the ratings of another module, with the load off. Settings that lie outside them go to
+  /// their nearer end.
+  void become(const Module& module);
 
   /// Puts another source, unused so far, on the terminals.
   void connect(const Source& source);
@@ -80,7 +84,7 @@ class Channel {
   /// The first state between the two that is tripped.
   [[nodiscard]] State firstTripped(const State& from, State tripped) const;
 
-  const Module* module_;
+  Module module_;
   Source source_;
   std::uint64_t seed_;
   Settings settings_;

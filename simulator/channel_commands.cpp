@@ -37,10 +37,12 @@ void selectChannel(Call& call) {
   }
 }
 
+/// In place of a further member of a group stands 0.
 void listChannels(Call& call) {
   for (std::size_t channel = 1; channel <= call.mainframe.channelCount(); ++channel) {
+    const bool listed = !call.mainframe.groups().isFurtherMember(channel);
     call.reply(channel == 1 ? "" : ",");
-    call.reply(static_cast<double>(channel));
+    call.reply(listed ? static_cast<double>(channel) : 0);
   }
 }
 

@@ -55,6 +55,9 @@ struct Call {
   /// The selected channel as it is now. Null, and the call fails, where every slot is empty.
   [[nodiscard]] Channel* channel();
 
+  /// Switches the selected channel and its group; fails with DeviceSpecific while one is tripped.
+  void switchLoad(bool on);
+
   /// Argument `index` as a number; MIN, MAX and DEF stand for the ends of the range and the value
   /// after power-on. Fails with DataType, InvalidNumber, InvalidSuffix, IllegalParameter (another
   /// word) or OutOfRange.

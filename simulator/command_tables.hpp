@@ -19,6 +19,8 @@ namespace zansim {
 [[nodiscard]] std::span<const Row> protectionCommands();
 /// The picture on the screen.
 [[nodiscard]] std::span<const Row> displayCommands();
+/// Channels joined into groups and what is shown of them.
+[[nodiscard]] std::span<const Row> groupCommands();
 /// The files that the instrument keeps when it is switched off.
 [[nodiscard]] std::span<const Row> memoryCommands();
 

@@ -21,7 +21,7 @@ enum class Half { Whole, Left, Right };
 struct Module {
   std::string_view text;  ///< as "*RDT?" shows it
   Half half;
-  bool groupable;  ///< may be joined with neighbours of its kind
+  bool groupable;  ///< may be joined with such neighbours
   double lowVolts;
   double highVolts;
   double lowAmps;

@@ -9,6 +9,7 @@
 
 #include "simulator/channel.hpp"
 #include "simulator/configuration.hpp"
+#include "simulator/groups.hpp"
 #include "simulator/memory.hpp"
 #include "simulator/status.hpp"
 
@@ -32,7 +33,31 @@ class Mainframe {
   /// Channel `number` as it is at `now`: its true physical state, whatever links say of it.
   [[nodiscard]] Channel& channel(std::size_t number, Duration now);
   [[nodiscard]] std::size_t selectedChannel() const { return selected_; }
-  void selectChannel(std::size_t channel) { selected_ = channel; }
+  /// A further member of a parallel group is no channel of its own: its head is selected.
+  void selectChannel(std::size_t channel);
+  /// Selects the next channel that is no further member of a group; after the last the first.
+  void selectNextChannel();
+
+  /// While channels are in parallel, the head of their group stands for all of them, on the source
+  /// that hangs on its own terminals, and the further members rest.
+  [[nodiscard]] const Groups& groups() const { return groups_; }
+  /// Makes the selected channel the head of a group of `size`; 1 sets it free. Its channels, former
+  /// and present, are switched off where this changes something. False, and nothing happens, where
+  /// there can be no such group (see Groups).
+  [[nodiscard]] bool resizeGroup(std::size_t size, Duration now);
+  /// Puts the group of the selected channel in parallel or synchronises it; switches off like
+  /// resizeGroup. False, and nothing happens, where it is in no group.
+  [[nodiscard]] bool setParallel(bool parallel, Duration now);
+
+  /// Switches the selected channel and all that are in a group with it. False, and nothing happens,
+  /// while one of them is tripped.
+  [[nodiscard]] bool switchOn(Duration now);
+  void switchOff(Duration now);
+
+  /// What the screen shows of a group.
+  enum class Style : std::uint8_t { VoltsAmps, VoltsWatts, AmpsWatts, Single };
+  [[nodiscard]] Style style() const { return style_; }
+  void setStyle(Style style) { style_ = style; }
 
   [[nodiscard]] Memory& memory() { return memory_; }
 
@@ -45,9 +70,16 @@ class Mainframe {
   void reset(Duration now);
 
  private:
+  /// The channels that the load switch of the selected one acts on.
+  [[nodiscard]] Group switchedTogether() const;
+  /// Gives the channels the ratings that follow from the groups.
+  void settle(const Group& channels, Duration now);
+
   Configuration configuration_;
   std::vector<Channel> channels_;
   std::size_t selected_ = 1;
+  Groups groups_;
+  Style style_ = Style::VoltsAmps;
   Page page_ = Page::Readings;
   Status status_;
   Memory memory_;

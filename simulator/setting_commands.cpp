@@ -87,18 +87,11 @@ void askVoltageRange(Call& call) {
 }
 
 void setLoad(Call& call) {
-  Channel* const channel = call.channel();
-  if (channel == nullptr) {
+  if (call.channel() == nullptr) {
     return;
   }
-  const auto on = call.choice(0, kOffOn);
-  if (!on) {
-    return;
-  }
-  if (!*on) {
-    channel->switchOff();
-  } else if (!channel->switchOn()) {
-    call.fail(Error::DeviceSpecific);
+  if (const auto on = call.choice(0, kOffOn)) {
+    call.switchLoad(*on);
   }
 }
 

@@ -50,7 +50,7 @@ std::span<const Row> systemCommands() {
 std::span<const std::span<const Row>> commandTables() {
   static const std::span<const Row> tables[] = {
       readingCommands(),    systemCommands(),  channelCommands(), settingCommands(),
-      protectionCommands(), displayCommands(), memoryCommands()};
+      protectionCommands(), displayCommands(), memoryCommands(),  groupCommands()};
   return tables;
 }
 

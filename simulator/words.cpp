@@ -68,6 +68,14 @@ Channel* Call::channel() {
   return &mainframe.channel(mainframe.selectedChannel(), now);
 }
 
+void Call::switchLoad(bool on) {
+  if (!on) {
+    mainframe.switchOff(now);
+  } else if (!mainframe.switchOn(now)) {
+    fail(Error::DeviceSpecific);
+  }
+}
+
 void Call::fail(Error why) {
   if (error == Error::None) {
     error = why;
