@@ -21,6 +21,8 @@ namespace zansim {
 [[nodiscard]] std::span<const Row> displayCommands();
 /// Channels joined into groups and what is shown of them.
 [[nodiscard]] std::span<const Row> groupCommands();
+/// The keys of the front panel.
+[[nodiscard]] std::span<const Row> keyboardCommands();
 /// The files that the instrument keeps when it is switched off.
 [[nodiscard]] std::span<const Row> memoryCommands();
 

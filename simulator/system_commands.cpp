@@ -49,8 +49,9 @@ std::span<const Row> systemCommands() {
 
 std::span<const std::span<const Row>> commandTables() {
   static const std::span<const Row> tables[] = {
-      readingCommands(),    systemCommands(),  channelCommands(), settingCommands(),
-      protectionCommands(), displayCommands(), memoryCommands(),  groupCommands()};
+      readingCommands(), systemCommands(),     channelCommands(),
+      settingCommands(), protectionCommands(), displayCommands(),
+      memoryCommands(),  groupCommands(),      keyboardCommands()};
   return tables;
 }
 

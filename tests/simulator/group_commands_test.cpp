@@ -184,7 +184,7 @@ TEST(GroupsWithoutModules, thereAreNone) {
   configuration.setSlots("0,0");
   zansim::Mainframe mainframe(configuration);
   for (const char* const message : {":CONF:PAR:UNIT 2", ":CONF:PAR:UNIT?", ":CONF:PAR:MODE 1",
-                                    ":CONF:PAR:MODE?"}) {
+                                    ":CONF:PAR:MODE?", ":KEYB:CODE 112,1", ":KEYB:CODE 111,1"}) {
     std::string answer;
     zansim::execute(mainframe, message, {}, answer);
     EXPECT_EQ(answer, "");
@@ -201,7 +201,7 @@ TEST_F(GroupCommands, whateverIsAskedForTheGroupsStaySoundAndTheListTellsThem) {
   std::size_t refused = 0;
   for (int round = 0; round < 5000; ++round) {
     bench_.ask(":CHAN " + below(8) + ";:CONF:PAR:UNIT " + below(5) + ";MODE " + below(2) +
-               ";:LOAD " + below(2));
+               ";:LOAD " + below(2) + ";:KEYB:CODE 11" + below(5) + ",1");
     while (bench_.error() != 0) {
       ++refused;
     }
