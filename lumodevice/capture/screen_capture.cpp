@@ -9,6 +9,7 @@
 #include "lumodevice/capture/display_dump.hpp"
 #include "lumodevice/files/block.hpp"
 #include "lumodevice/files/block_session.hpp"
+#include "lumodevice/files/serial_answer.hpp"
 #include "lumodevice/text/text.hpp"
 
 namespace lumodevice::capture {
@@ -30,7 +31,6 @@ constexpr std::int32_t kBitmapTimeout = 1500;
 constexpr double kDumpWait = 1000;
 constexpr double kBitmapWait = 1500;
 constexpr double kPieceWait = 100;
-constexpr double kLongestSilence = 1000;
 
 constexpr int kDumpPasses = 20;
 constexpr std::size_t kShownPoints = std::size_t{kScreenWidth} * kScreenHeight;
@@ -184,13 +184,11 @@ void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
   port.setInputMode(InputModes::Binary);
   port.Output(line(kBitmapQuery));
   link_.pause(kBitmapWait);
-  auto state = block.add(port.Input());
-  for (double silence = 0;
-       state == files::BlockAssembler::State::Incomplete && silence < kLongestSilence;) {
-    link_.pause(kPieceWait);
-    const std::string piece = port.Input();
-    silence = piece.empty() ? silence + kPieceWait : 0;
-    state = block.add(piece);
+  const auto takes = [&](std::string_view piece) {
+    return block.add(piece) == files::BlockAssembler::State::Incomplete;
+  };
+  if (takes(port.Input())) {
+    files::readOn(link_, takes);
   }
   const auto data = block.data();
   if (!data) {

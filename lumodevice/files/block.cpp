@@ -29,6 +29,9 @@ BlockHeader parseBlockHeader(std::string_view answer) {
 }
 
 std::string_view blockData(std::string_view answer, const BlockHeader& header) {
+  if (!answer.starts_with(kMark)) {
+    throw BlockFault("the answer does not begin with a block");
+  }
   if (header.dataLength < 1) {
     throw BlockFault("the header promises no data");
   }
@@ -41,6 +44,34 @@ std::string_view blockData(std::string_view answer, const BlockHeader& header) {
                        static_cast<std::size_t>(header.dataLength));
 }
 
+BlockProgress blockProgress(std::string_view bytes) {
+  using State = BlockProgress::State;
+  if (!bytes.starts_with(kMark)) {
+    return {};
+  }
+  if (bytes.size() < kMarkAndCount) {
+    return {.state = State::Incomplete};
+  }
+  if (!isDigit(bytes[1]) || bytes[1] == '0') {
+    return {};
+  }
+  const std::size_t header = kMarkAndCount + static_cast<std::size_t>(bytes[1] - '0');
+  std::size_t data = 0;
+  for (const char digit : bytes.substr(kMarkAndCount, header - kMarkAndCount)) {
+    if (!isDigit(digit)) {
+      return {};
+    }
+    data = 10 * data + static_cast<std::size_t>(digit - '0');
+  }
+  if (bytes.size() < header) {
+    return {.state = State::Incomplete};
+  }
+  const bool complete = bytes.size() - header >= data;
+  return {.state = complete ? State::Complete : State::Incomplete,
+          .headerSize = header,
+          .dataSize = data};
+}
+
 BlockAssembler::State BlockAssembler::add(std::string_view piece) {
   if (state_ == State::Incomplete) {
     bytes_.append(piece);
@@ -50,40 +81,26 @@ BlockAssembler::State BlockAssembler::add(std::string_view piece) {
 }
 
 BlockAssembler::State BlockAssembler::parse() {
-  if (headerLength_ == 0) {
-    const std::size_t preamble = std::min(bytes_.find(kMark), bytes_.size());
-    bytes_.erase(0, preamble);
-    dropped_ += preamble;
-    if (bytes_.size() < 2) {
-      return dropped_ > kLargestPreamble ? State::Broken : State::Incomplete;
-    }
-    if (!isDigit(bytes_[1]) || bytes_[1] == '0') {
-      return State::Broken;
-    }
-    const std::size_t wanted = kMarkAndCount + static_cast<std::size_t>(bytes_[1] - '0');
-    for (std::size_t i = kMarkAndCount; i < std::min(wanted, bytes_.size()); ++i) {
-      if (!isDigit(bytes_[i])) {
-        return State::Broken;
-      }
-    }
-    if (bytes_.size() < wanted) {
-      return State::Incomplete;
-    }
-    dataLength_ = static_cast<std::size_t>(
-        text::Val(std::string_view(bytes_).substr(kMarkAndCount, wanted - kMarkAndCount)));
-    headerLength_ = wanted;
+  const std::size_t preamble = std::min(bytes_.find(kMark), bytes_.size());
+  bytes_.erase(0, preamble);
+  dropped_ += preamble;
+  if (bytes_.empty()) {
+    return dropped_ > kLargestPreamble ? State::Broken : State::Incomplete;
   }
-  if (dataLength_ == 0 || dataLength_ > kLargestData) {
+  progress_ = blockProgress(bytes_);
+  const bool sensible =
+      progress_.headerSize == 0 || (progress_.dataSize > 0 && progress_.dataSize <= kLargestData);
+  if (progress_.state == BlockProgress::State::None || !sensible) {
     return State::Broken;
   }
-  return bytes_.size() - headerLength_ >= dataLength_ ? State::Complete : State::Incomplete;
+  return progress_.state == BlockProgress::State::Complete ? State::Complete : State::Incomplete;
 }
 
 std::optional<std::string_view> BlockAssembler::data() const {
   if (state_ != State::Complete) {
     return std::nullopt;
   }
-  return std::string_view(bytes_).substr(headerLength_, dataLength_);
+  return std::string_view(bytes_).substr(progress_.headerSize, progress_.dataSize);
 }
 
 }  // namespace lumodevice::files

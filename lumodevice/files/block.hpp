@@ -29,10 +29,19 @@ struct BlockHeader {
 /// for a length that does not fit into 16 bits.
 [[nodiscard]] BlockHeader parseBlockHeader(std::string_view answer);
 
-/// The data bytes behind such a header. Throws BlockFault when the answer is shorter than promised
-/// or the promise is no byte at all, text::NumberFault when the end of the data lies beyond 16
-/// bits.
+/// The data bytes behind such a header, of an answer that begins with a block. Throws BlockFault
+/// when it does not, is shorter than promised or the promise is no byte at all, text::NumberFault
+/// when the end of the data lies beyond 16 bits.
 [[nodiscard]] std::string_view blockData(std::string_view answer, const BlockHeader& header);
+
+/// How much of a block is at the start of `bytes`.
+struct BlockProgress {
+  enum class State { None, Incomplete, Complete };
+  State state = State::None;
+  std::size_t headerSize = 0;  ///< 0 until the header is complete
+  std::size_t dataSize = 0;    ///< as the header says
+};
+[[nodiscard]] BlockProgress blockProgress(std::string_view bytes);
 
 /// Puts a block together from the pieces in which a serial port delivers it, for lengths up to
 /// kLargestData. What stands in front of the first "#" (the late answer of another query) is
@@ -55,10 +64,9 @@ class BlockAssembler {
   State parse();
 
   State state_ = State::Incomplete;
-  std::string bytes_;
+  std::string bytes_;  ///< from "#" on
   std::size_t dropped_ = 0;
-  std::size_t headerLength_ = 0;  ///< 0 until the header is there
-  std::size_t dataLength_ = 0;
+  BlockProgress progress_;
 };
 
 }  // namespace lumodevice::files

@@ -4,6 +4,7 @@
 
 #include "lumodevice/files/block.hpp"
 #include "lumodevice/files/block_session.hpp"
+#include "lumodevice/files/serial_answer.hpp"
 
 namespace lumodevice::files {
 
@@ -69,13 +70,11 @@ void MemoryFiles::getFile(const Reading& reading) {
 void MemoryFiles::getOverSerial(const Reading& reading) {
   io::SerialPort& port = link_.MSComm1;
   port.Output(line(reading.query));
-  link_.pause(reading.firstWait);
-  const BlockHeader header = parseBlockHeader(port.Input());
+  const BlockHeader header = parseBlockHeader(answerAfter(link_, reading.firstWait));
   port.setInputMode(InputModes::Binary);
   port.Output(line(reading.query));
-  link_.pause(reading.secondWait);
-  const std::string answer = port.Input();
-  files_.write(reading.target, asBytes(blockData(answer, header)));
+  const std::string answer = answerAfter(link_, reading.secondWait);
+  files_.write(reading.target, asBytes(blockData(withoutLineEnds(answer), header)));
   port.setInputMode(InputModes::Text);
 }
 
@@ -159,16 +158,18 @@ bool MemoryFiles::ReadPresetFromDevice(std::string_view sFile) {
 }
 
 /// Keeps the answer as it came, header and terminator included. The first answer is not waited for:
-/// whatever has arrived of it counts as its header. An answer of no bytes is not written, for a
-/// preset file without a preset would wipe the instrument's when it is sent back.
+/// whatever has arrived of it counts as its header, and what arrives of it later is left out. An
+/// answer of no bytes is not written, for a preset file without a preset would wipe the
+/// instrument's when it is sent back.
 void MemoryFiles::readPresetOverSerial(std::string_view sFile) {
   io::SerialPort& port = link_.MSComm1;
   port.Output(line(kPresetQuery));
-  (void)parseBlockHeader(port.Input());
+  const std::string early = port.Input();
+  (void)parseBlockHeader(early);
   port.setInputMode(InputModes::Binary);
   port.Output(line(kPresetQuery));
-  link_.pause(kPresetReadWait);
-  const std::string answer = port.Input();
+  const std::string received = answerAfter(link_, kPresetReadWait);
+  const std::string_view answer = secondAnswer(early, received);
   if (!answer.empty()) {
     files_.write(sFile, asBytes(answer));
   }

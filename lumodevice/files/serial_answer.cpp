@@ -1,0 +1,74 @@
+#include "lumodevice/files/serial_answer.hpp"
+
+#include <algorithm>
+#include <limits>
+
+#include "lumodevice/files/block.hpp"
+
+namespace lumodevice::files {
+
+namespace {
+
+constexpr double kPieceWait = 100;
+constexpr double kLongestSilence = 1000;
+/// Two of the largest memory files: a device that never stops sending must not be listened to for
+/// ever.
+constexpr std::size_t kLargestAnswer = std::size_t{2} * std::numeric_limits<std::int16_t>::max();
+
+/// The size of the complete block at the start, its line end included; 0 when there is none.
+std::size_t completeSize(std::string_view answer) {
+  const BlockProgress block = blockProgress(answer);
+  if (block.state != BlockProgress::State::Complete) {
+    return 0;
+  }
+  const std::size_t size = block.headerSize + block.dataSize;
+  return answer.size() - withoutLineEnds(answer.substr(size)).size();
+}
+
+/// Whether the last block of an answer is yet to be completed.
+bool isUnfinished(std::string_view answer) {
+  answer = withoutLineEnds(answer);
+  while (const std::size_t size = completeSize(answer)) {
+    answer.remove_prefix(size);
+  }
+  return blockProgress(answer).state == BlockProgress::State::Incomplete;
+}
+
+}  // namespace
+
+void readOn(link::Link& link, const std::function<bool(std::string_view piece)>& takes) {
+  for (double silence = 0; silence < kLongestSilence;) {
+    link.pause(kPieceWait);
+    const std::string piece = link.MSComm1.Input();
+    silence = piece.empty() ? silence + kPieceWait : 0;
+    if (!takes(piece)) {
+      return;
+    }
+  }
+}
+
+std::string answerAfter(link::Link& link, double milliseconds) {
+  link.pause(milliseconds);
+  std::string answer = link.MSComm1.Input();
+  if (isUnfinished(answer)) {
+    // What follows a block at once belongs to the answer too: its line end, a further answer.
+    readOn(link, [&](std::string_view piece) {
+      answer.append(piece);
+      return answer.size() < kLargestAnswer && (isUnfinished(answer) || !piece.empty());
+    });
+  }
+  return answer;
+}
+
+std::string_view secondAnswer(std::string_view early, std::string_view received) {
+  const std::string both = std::string(early).append(received);
+  const std::size_t first = completeSize(both);
+  const bool another = first >= early.size() && first < both.size() && both[first] == '#';
+  return another ? received.substr(first - early.size()) : received;
+}
+
+std::string_view withoutLineEnds(std::string_view answer) {
+  return answer.substr(std::min(answer.find_first_not_of("\r\n"), answer.size()));
+}
+
+}  // namespace lumodevice::files

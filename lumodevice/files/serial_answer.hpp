@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::files {
+
+/// Goes on reading the serial port, every 100 ms, until `takes` has enough (returns false) or
+/// nothing has arrived for a second. `takes` is given each piece, also the empty ones.
+void readOn(link::Link& link, const std::function<bool(std::string_view piece)>& takes);
+
+/// What has arrived after a wait. Where that is the beginning of a block, the rest is read on for:
+/// a slow line needs longer than the waits, which are made for a fast one.
+[[nodiscard]] std::string answerAfter(link::Link& link, double milliseconds);
+
+/// The answer to the second of two queries that were sent in a row, when the answer to the first
+/// (of which `early` was read before) is in front of it; else all of `received`.
+[[nodiscard]] std::string_view secondAnswer(std::string_view early, std::string_view received);
+
+/// Without the line ends in front: what an answer before left behind.
+[[nodiscard]] std::string_view withoutLineEnds(std::string_view answer);
+
+}  // namespace lumodevice::files
