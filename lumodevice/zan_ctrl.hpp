@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "lumodevice/io/visa_com.hpp"
 #include "lumodevice/link/host.hpp"
+#include "lumodevice/records.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice {
@@ -98,6 +100,18 @@ class ZANCtrl {
   /// a file "c:\temp\test.dev". False when a step failed or a file is missing. Blocks 1 s on the
   /// serial port.
   bool SetPresetFile();
+
+  // For hosts in C++; not among the automation members.
+
+  /// The key areas of the host's picture of the instrument's front panel, in the order in which
+  /// they are looked at, in place of the ones before; a new component has none. Throws
+  /// std::length_error for more than 51, which changes nothing.
+  void setKeys(std::span<const devButton> keys);
+  /// Presses the key of the instrument at that position of the picture: the first area that holds
+  /// it, its edges not included. The keys "CHAN", "LOAD" and "F1" send their command, as SendCmd
+  /// does; any other one, a position outside every area and a press without a link send nothing.
+  /// `button` (of the mouse) and `shift` (keys held) make no difference.
+  void PressKeyAt(std::int16_t button, std::int16_t shift, float x, float y);
 
   /// All controls of the panel, for views, hands and tests.
   [[nodiscard]] toolkit::Surface& surface();

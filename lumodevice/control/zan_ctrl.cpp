@@ -15,6 +15,7 @@
 #include "lumodevice/link/serial_connection.hpp"
 #include "lumodevice/link/visa_connection.hpp"
 #include "lumodevice/monitor/auto_query.hpp"
+#include "lumodevice/monitor/front_panel_keys.hpp"
 #include "lumodevice/monitor/receive_poll.hpp"
 #include "lumodevice/panel/channel_panel.hpp"
 #include "lumodevice/panel/command_prefixes.hpp"
@@ -53,7 +54,8 @@ class ZANCtrl::Component {
         switches(link, exchange, settings),
         workingFiles(host.drive),
         memoryFiles(link, workingFiles),
-        capture(link, workingFiles) {
+        capture(link, workingFiles),
+        frontPanelKeys(link, exchange, [this] { displayCommands(true); }) {
     form.cmdConnect.click.handle([this] { showConnectionPanel(); });
     form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
     form.panel.show.handle([this] { shown(); });
@@ -85,6 +87,18 @@ class ZANCtrl::Component {
   files::WorkingFiles workingFiles;
   files::MemoryFiles memoryFiles;
   capture::ScreenCapture capture;
+  monitor::FrontPanelKeys frontPanelKeys;
+
+  /// Shows or hides the command box and the buttons that go with it.
+  void displayCommands(bool show) {
+    form.TXT.setVisible(show);
+    for (toolkit::CommandButton* button :
+         {&form.cmdGetCTRLScrn, &form.cmdGetBMPFile, &form.cmdGetPresetFile, &form.cmdSetPresetFile,
+          &form.cmdWork, &form.cmdConnect, &form.cmdGetSystemFile, &form.cmdSendSystemFile,
+          &form.cmdConnectOK, &form.cmdGetSeqFile}) {
+      button->setVisible(show);
+    }
+  }
 
  private:
   void initialise() {
@@ -186,14 +200,7 @@ std::string ZANCtrl::ResultStr() const {
 }
 
 void ZANCtrl::DisplayCmd(bool show) {
-  form::Form& form = component_->form;
-  form.TXT.setVisible(show);
-  for (toolkit::CommandButton* button :
-       {&form.cmdGetCTRLScrn, &form.cmdGetBMPFile, &form.cmdGetPresetFile, &form.cmdSetPresetFile,
-        &form.cmdWork, &form.cmdConnect, &form.cmdGetSystemFile, &form.cmdSendSystemFile,
-        &form.cmdConnectOK, &form.cmdGetSeqFile}) {
-    button->setVisible(show);
-  }
+  component_->displayCommands(show);
 }
 
 std::string ZANCtrl::nextCmd() {
@@ -246,6 +253,14 @@ bool ZANCtrl::GetPresetFile(std::string_view /*sFile*/) {
 
 bool ZANCtrl::SetPresetFile() {
   return component_->memoryFiles.SetPresetForHost();
+}
+
+void ZANCtrl::setKeys(std::span<const devButton> keys) {
+  component_->frontPanelKeys.setKeys(keys);
+}
+
+void ZANCtrl::PressKeyAt(std::int16_t button, std::int16_t shift, float x, float y) {
+  component_->frontPanelKeys.PressKeyAt(button, shift, x, y);
 }
 
 toolkit::Surface& ZANCtrl::surface() {

@@ -9,6 +9,7 @@ namespace lumodevice::text {
 namespace {
 
 constexpr int kSignificantDigits = 15;
+constexpr int kSingleDigits = 7;
 
 void refuseNonFinite(double value) {
   if (!std::isfinite(value))
@@ -57,17 +58,26 @@ void roundTo(std::size_t decimals, Digits& number) {
   while (++last < size) digits[last] = '0';
 }
 
-}  // namespace
-
-std::string numberText(double value) {
+template <typename Number>
+std::string plainText(Number value, int digits) {
   refuseNonFinite(value);
   if (value == 0) return "0";
   std::array<char, 32> text;  // "-d.dddddddddddddde-308"
   char* end = std::to_chars(text.data(), text.data() + text.size(), value,
-                            std::chars_format::general, kSignificantDigits)
+                            std::chars_format::general, digits)
                   .ptr;
   std::replace(text.data(), end, 'e', 'E');
   return {text.data(), end};
+}
+
+}  // namespace
+
+std::string numberText(double value) {
+  return plainText(value, kSignificantDigits);
+}
+
+std::string singleText(float value) {
+  return plainText(value, kSingleDigits);
 }
 
 std::string formatValue(double value) {

@@ -84,6 +84,9 @@ inline constexpr int kOverflow = 6;
 /// them.
 [[nodiscard]] std::string numberText(double value);
 
+/// The same for a single-precision number: 7 significant digits, exponent form from 1E+07 upwards.
+[[nodiscard]] std::string singleText(float value);
+
 /// A number with the pattern "###0.###": at least one digit in front of the point (as many as the
 /// number has, without separators), at most three behind it, no trailing zeros, no trailing point;
 /// halves of the 15 significant digits of numberText go away from zero. "-0" never comes out.

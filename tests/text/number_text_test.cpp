@@ -57,6 +57,32 @@ TEST(NumberText, hasExponentFormForLargeAndSmallNumbers) {
   for (const Row& row : rows) EXPECT_EQ(numberText(row.value), row.text);
 }
 
+TEST(SingleText, hasSevenSignificantDigits) {
+  struct Single {
+    float value;
+    const char* text;
+  };
+  for (const auto& [value, text] : {Single{0, "0"},
+                                    {-0.0F, "0"},
+                                    {12.5F, "12.5"},
+                                    {-0.1F, "-0.1"},
+                                    {1.0F / 3, "0.3333333"},
+                                    {1234567, "1234567"},
+                                    {9999999.5F, "1E+07"},
+                                    {12345678, "1.234568E+07"},
+                                    {0.0001F, "0.0001"},
+                                    {0.00001F, "1E-05"},
+                                    {std::numeric_limits<float>::max(), "3.402823E+38"}}) {
+    EXPECT_EQ(singleText(value), text);
+  }
+}
+
+TEST(SingleText, hasNoneForInfinitiesAndNaN) {
+  for (const double value : kNonFinite) {
+    EXPECT_EQ(faultOf([&] { return singleText(static_cast<float>(value)); }), kOverflow);
+  }
+}
+
 TEST(NumberText, agreesWithTheCLibraryOnRandomNumbers) {
   std::mt19937_64 random(15);
   for (int round = 0; round < 20'000; ++round) {
