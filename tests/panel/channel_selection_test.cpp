@@ -138,22 +138,10 @@ TEST(ChannelSelection, leavesAGreyedAutoQueryAlone) {
   EXPECT_TRUE(bench.switchesSend()) << "state 3";
 }
 
-/// Runs an act of the operator once, in the first event pass behind a command.
-void actAfter(PanelBench& bench, const std::string& command, std::function<void()> act) {
-  const auto onPass = bench.loop.onPass;
-  bench.loop.onPass = [&bench, onPass, command, act = std::move(act), done = false]() mutable {
-    onPass();
-    if (!done && bench.text("Text2") == command) {
-      done = true;
-      act();
-    }
-  };
-}
-
 TEST(ChannelSelection, letsAClickRunBetweenTwoOfItsQueries) {
   PanelBench bench;
   bench.connect();
-  actAfter(bench, ":CURR:STAT:FALL?", [&] { bench.click("chkOCP"); });
+  bench.actAfter(":CURR:STAT:FALL?", [&] { bench.click("chkOCP"); });
   bench.select("cmbChannel", 0);
   const std::string sent = bench.sent();
   EXPECT_NE(sent.find(":CURR:STAT:RISE?\n:CONF:PROT:CURR:STAT 1\n"), std::string::npos) << sent;
@@ -166,7 +154,7 @@ TEST(ChannelSelection, endsInStateTwoWhenTheAutoQueryIsTickedMeanwhile) {
   bench.type("Text5", "60000");
   bench.press("Text5", toolkit::Key::Enter);
   bench.type("Text5", "1");
-  actAfter(bench, ":SPEC:PASS?", [&] { bench.click("chkAutoQuery"); });
+  bench.actAfter(":SPEC:PASS?", [&] { bench.click("chkAutoQuery"); });
   bench.select("cmbChannel", 0);
   EXPECT_TRUE(bench.zan().AutoQuery());
   EXPECT_TRUE(bench.switchesSend());
@@ -199,7 +187,7 @@ TEST(ChannelSelection, asksAndShowsNoMoreOnceTheLinkHasGone) {
     bench.control<toolkit::Label>("lblVoRange").setCaption("80");
     (void)bench.journal();
     std::string before;
-    actAfter(bench, ":CURR:STAT:L2?", [&] {
+    bench.actAfter(":CURR:STAT:L2?", [&] {
       before = shownSettings(bench);
       bench.click(link == Over::Serial ? "optVISA" : "optConnRS232");
     });
@@ -216,7 +204,7 @@ TEST(ChannelSelection, asksAndShowsNoMoreOnceTheLinkHasGone) {
 TEST(ChannelSelection, isNotLoadedAfterALinkThatWentDuringIt) {
   PanelBench bench;
   bench.connect();
-  actAfter(bench, ":CURR:STAT:L2?", [&] { bench.click("optConnRS232"); });
+  bench.actAfter(":CURR:STAT:L2?", [&] { bench.click("optConnRS232"); });
   bench.select("cmbChannel", 0);
   // A connect would set the state of the panel anew; the flag alone shows what it was left at.
   bench.control<toolkit::CommandButton>("cmdSendCmd").setEnabled(true);

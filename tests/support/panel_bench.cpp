@@ -4,6 +4,7 @@
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace lumodevice::support {
@@ -34,8 +35,9 @@ std::string withoutLink(std::string line) {
   } else {
     return line;
   }
-  if (!line.ends_with("\\n")) {
-    throw std::logic_error("a command without its line feed: " + line);
+  const bool isList = line.starts_with(":CHAN? LIST\\") || line.starts_with("*RDT?\\");
+  if (!line.ends_with(isList ? "\\r" : "\\n")) {
+    throw std::logic_error("a command without its terminator: " + line);
   }
   return line.erase(line.size() - 2);
 }
@@ -121,6 +123,17 @@ void PanelBench::selectChannel(std::string_view channel) {
   toolkit::ComboBox& channels = combo("cmbChannel");
   channels.addItem(channel);
   channels.setListIndex(channels.listCount() - 1);
+}
+
+void PanelBench::actAfter(std::string_view command, std::function<void()> act) {
+  loop.onPass = [this, onPass = loop.onPass, command = std::string(command), act = std::move(act),
+                 done = false]() mutable {
+    onPass();
+    if (!done && text("Text2") == command) {
+      done = true;
+      act();
+    }
+  };
 }
 
 bool PanelBench::switchesSend() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -34,9 +35,9 @@ class PanelBench : public Bench {
   /// Connects to a load that does not say which channel it is at: the panel is not loaded.
   void connectWithoutChannel(Over link = Over::VisaLibrary);
 
-  /// What was sent since the last time, a command a line without its line feed, with the boxes
+  /// What was sent since the last time, a command a line without its terminator, with the boxes
   /// ("box ...") and the watched properties in their place. Throws when a command does not end in a
-  /// line feed.
+  /// line feed, or one of the two long queries not in a carriage return.
   [[nodiscard]] std::string sent();
 
   /// The mode chosen from code, whatever it is now; forgets what that sends.
@@ -53,6 +54,9 @@ class PanelBench : public Bench {
 
   /// Makes the channel of that text the selected one, as a host that knows it would.
   void selectChannel(std::string_view channel);
+
+  /// Runs an act of the operator once, in the first event pass behind a command.
+  void actAfter(std::string_view command, std::function<void()> act);
 
   /// Which switches the panel sends tells its state: true in the loaded states. Flips chkVON.
   [[nodiscard]] bool switchesSend();
