@@ -7,6 +7,7 @@
 #include "lumodevice/files/memory_files.hpp"
 #include "lumodevice/files/working_files.hpp"
 #include "lumodevice/form/form.hpp"
+#include "lumodevice/groups/group_editor.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/command_table.hpp"
 #include "lumodevice/link/console.hpp"
@@ -55,7 +56,9 @@ class ZANCtrl::Component {
         workingFiles(host.drive),
         memoryFiles(link, workingFiles),
         capture(link, workingFiles),
+        groups(link, exchange),
         frontPanelKeys(link, exchange, [this] { displayCommands(true); }) {
+    channels.refreshGroups = [this] { groups.Refresh(); };
     form.cmdConnect.click.handle([this] { showConnectionPanel(); });
     form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
     form.panel.show.handle([this] { shown(); });
@@ -87,6 +90,7 @@ class ZANCtrl::Component {
   files::WorkingFiles workingFiles;
   files::MemoryFiles memoryFiles;
   capture::ScreenCapture capture;
+  groups::GroupEditor groups;
   monitor::FrontPanelKeys frontPanelKeys;
 
   /// Shows or hides the command box and the buttons that go with it.

@@ -12,12 +12,11 @@ namespace {
 
 constexpr double kScanUnits = 5;
 
-/// Modules that can be joined into channel groups.
+}  // namespace
+
 bool isGroupCapable(std::string_view module) {
   return text::contains(module, "2040") || text::contains(module, "2041");
 }
-
-}  // namespace
 
 void ChannelList::ParseIdentity() {
   IdentityFields& fields = link_.identityFields;
@@ -83,7 +82,7 @@ void ChannelList::ScanChannels() {
   }
   std::int16_t channel = 0;
   for (const std::string& module : text::Split(form.txtReturn.text(), ',')) {
-    if (module == "0") {
+    if (module == kEmptySlot) {
       continue;
     }
     channel = text::add16(channel, 1);

@@ -1,11 +1,18 @@
 #pragma once
 
 #include <functional>
+#include <string_view>
 
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link.hpp"
 
 namespace lumodevice::link {
+
+/// What stands for an empty slot in the instrument's lists of modules and channels.
+inline constexpr std::string_view kEmptySlot = "0";
+
+/// True for the modules that can be joined into channel groups.
+[[nodiscard]] bool isGroupCapable(std::string_view module);
 
 /// What follows a connect: who answered, which channels it has, and the look of the panel without a
 /// link.

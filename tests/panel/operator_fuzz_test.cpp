@@ -30,9 +30,16 @@ constexpr auto kLongestAct = 20min;
 class Fuzz {
  public:
   Fuzz(std::uint32_t seed, Over link) : random_(seed) {
+    if (seed % 2 == 0) {
+      bench_.instrument.on("*IDN?", "LUMO,ZAN-6400,A0001,1.20.3\n");  // may have groups
+    }
     bench_.connect(link);
     bench_.instrument.otherwise = [this](std::string_view sent) {
-      return sent.starts_with("*RDT?") && below(4) != 0 ? modules() : reply();
+      const bool asksForList = sent.starts_with("*RDT?") || sent.starts_with(":CHAN? LIST");
+      if (!asksForList || below(4) == 0) {
+        return reply();
+      }
+      return sent.starts_with("*RDT?") ? modules() : slots();
     };
     for (const char* query :
          {":Mode?", ":CONF:VOLT:RANGE?", ":CONF:VOLT:LAT?", ":LOAD?", ":CONF:PROT:CURR:STAT?",
@@ -134,7 +141,13 @@ class Fuzz {
 
   void useList(toolkit::Control& control) {
     auto& list = dynamic_cast<toolkit::ListControl&>(control);
-    if (control.kind() == Kind::ComboBox && below(4) == 0) {
+    auto* box = dynamic_cast<toolkit::ListBox*>(&control);
+    if (box != nullptr && list.listCount() > 0 && below(4) != 0) {
+      static constexpr const char* kLists[] = {"List1", "List2", "List3"};
+      const std::size_t item = below(static_cast<std::size_t>(list.listCount()));
+      (void)toolkit::hand::drag(*box, list.list(static_cast<int>(item)),
+                                bench_.control<toolkit::ListBox>(kLists[below(3)]));
+    } else if (control.kind() == Kind::ComboBox && below(4) == 0) {
       (void)toolkit::hand::type(control, text());
     } else if (list.listCount() > 0) {
       (void)toolkit::hand::select(
@@ -168,14 +181,19 @@ class Fuzz {
 
   /// Whole modules, halves of two-channel ones and groups.
   support::Reply modules() {
-    static const std::vector<std::string> kModules = {"ZAN2040,0,ZAN6310,0",
-                                                      "2021L,2021R",
-                                                      "2021L,2021R,2040,0",
-                                                      "ZAN2040G1,ZAN2040G1",
-                                                      "2041G1,2041G2,0,L",
-                                                      "2040G2,2021R,G1,R",
-                                                      "0,0,0,0"};
+    static const std::vector<std::string> kModules = {
+        "ZAN2040,0,ZAN6310,0",      "2021L,2021R",
+        "2021L,2021R,2040,0",       "ZAN2040G1,ZAN2040G1",
+        "2041G1,2041G2,0,L",        "2040G2,2021R,G1,R",
+        "2040,2041,2040,2041,2040", "0,0,0,0"};
     return support::answer(kModules[below(kModules.size())] + "\n");
+  }
+
+  /// Channels with and without groups.
+  support::Reply slots() {
+    static const std::vector<std::string> kSlots = {"1,2,3,4,5", "1,0,3,0,5", "1,0,0,4,5",
+                                                    "1,2,3,0,0", "0,0,3",     "1,0,3,0,5,0,7,0"};
+    return support::answer(kSlots[below(kSlots.size())] + "\n");
   }
 
   std::mt19937 random_;

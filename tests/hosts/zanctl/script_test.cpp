@@ -116,8 +116,8 @@ TEST_F(ScriptTest, typeSelectAndKeyActOnFields) {
 
 TEST_F(ScriptTest, dragTakesAnItemFromOneListToAnother) {
   EXPECT_THAT(printed("call AutoConnect\nget List1.List(0)\ndrag List1 CH3 List2\n"
-                      "get List1.ListIndex\n"),
-              EndsWith("CH3\n0\n"));
+                      "get List1.List(0)\nget List2.List(0)\n"),
+              EndsWith("CH3\nCH4\nCH3\n"));
 }
 
 TEST_F(ScriptTest, everyActOnADisabledControlIsRefused) {

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lumodevice/groups/group_lists.hpp"
+#include "lumodevice/link/exchange.hpp"
+#include "lumodevice/link/link.hpp"
+
+namespace lumodevice::groups {
+
+/// The frame "Group Setting": joins neighbouring channels into two groups, which the instrument
+/// runs in parallel or synchronised, and shows in the lists and in cmbChannel what it has. A link
+/// that goes down on the way ends an operation as it stands.
+class GroupEditor {
+ public:
+  /// Takes over cmdParalle, cmdParaOK and cmdParaCancel, and the three lists.
+  GroupEditor(link::Link& link, link::Exchange& exchange);
+
+  /// Shows the frame, with the instrument's mode of the groups that there are.
+  void Open();
+
+  /// Takes the instrument's groups apart, makes those of the lists, hides the frame and selects the
+  /// first channel. Nothing without a link. Blocks 2 s for each group besides the exchanges.
+  void Send();
+
+  /// Hides the frame.
+  void Close();
+
+  /// Shows the instrument's groups in List2 and List3 and its channels in cmbChannel and List1.
+  /// Nothing without a link. Throws text::NumberFault for more channels than 16 bits count.
+  void Refresh();
+
+ private:
+  [[nodiscard]] bool run(std::string_view command);
+  [[nodiscard]] bool makeSingle(int channel);
+  [[nodiscard]] bool takeApart();
+  [[nodiscard]] bool sendGroup(const toolkit::ListBox& list);
+  [[nodiscard]] bool sendDisplayStyle();
+  [[nodiscard]] bool anyGroup() const;
+  [[nodiscard]] std::optional<std::vector<std::string>> askSlots();
+  void showGroups(const std::vector<std::string>& slots);
+  void refreshChannels();
+  void addChannel(std::int16_t channel, std::string_view module);
+
+  link::Link& link_;
+  link::Exchange& exchange_;
+  GroupLists lists_;
+};
+
+}  // namespace lumodevice::groups

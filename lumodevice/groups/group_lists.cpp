@@ -1,0 +1,97 @@
+#include "lumodevice/groups/group_lists.hpp"
+
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice::groups {
+
+namespace {
+
+using toolkit::DragData;
+using toolkit::ListBox;
+
+constexpr int kNoItem = -1;
+
+int lastChannel(const ListBox& list) {
+  return channelNumber(list.list(list.listCount() - 1));
+}
+
+int indexOf(const ListBox& list, std::string_view channelText) {
+  for (int i = 0; i < list.listCount(); ++i) {
+    if (list.list(i) == channelText) {
+      return i;
+    }
+  }
+  return kNoItem;
+}
+
+/// Adds a channel that is not there yet, before the first one of a higher number.
+void addSorted(ListBox& list, std::string_view channelText) {
+  if (indexOf(list, channelText) != kNoItem) {
+    return;
+  }
+  const int number = channelNumber(channelText);
+  int position = 0;
+  while (position < list.listCount() && channelNumber(list.list(position)) <= number) {
+    ++position;
+  }
+  list.addItem(channelText, position);
+}
+
+}  // namespace
+
+int channelNumber(std::string_view channelText) {
+  return text::toWhole32(text::Val(text::Right(channelText, 1)));
+}
+
+bool isGroup(const ListBox& list) {
+  return list.listCount() >= kSmallestGroup;
+}
+
+int firstChannel(const ListBox& list) {
+  return list.listCount() == 0 ? 0 : channelNumber(list.list(0));
+}
+
+GroupLists::GroupLists(form::Form& form) : form_(form) {
+  for (ListBox* list : {&form_.List1, &form_.List2, &form_.List3}) {
+    list->startDrag.handle([this, list](DragData& data) { startDrag(*list, data); });
+    list->drop.handle([this, list](const DragData& data) { drop(*list, data.text); });
+  }
+}
+
+bool GroupLists::CanAddToGroup(const ListBox& list, std::string_view channelText) {
+  if (list.listCount() == 0) {
+    return true;
+  }
+  const int number = channelNumber(channelText);
+  return number == lastChannel(list) + 1 || number == firstChannel(list) - 1;
+}
+
+bool GroupLists::CanTakeFromList(const ListBox& list, std::string_view channelText) const {
+  if (&list == &form_.List1 || list.listCount() <= kSmallestGroup) {
+    return true;
+  }
+  const int number = channelNumber(channelText);
+  return number == firstChannel(list) || number == lastChannel(list);
+}
+
+void GroupLists::startDrag(ListBox& source, DragData& data) {
+  data.allowedEffects = toolkit::kDropEffectMove;
+  data.text = source.text();
+  dragSource_ = &source;
+}
+
+void GroupLists::drop(ListBox& target, std::string_view channelText) const {
+  if (dragSource_ == nullptr || dragSource_ == &target || channelText == target.text()) {
+    return;
+  }
+  // The list may have been filled anew since the drag started.
+  const int index = indexOf(*dragSource_, channelText);
+  const bool fits = &target == &form_.List1 || CanAddToGroup(target, channelText);
+  if (index == kNoItem || !fits || !CanTakeFromList(*dragSource_, channelText)) {
+    return;
+  }
+  addSorted(target, channelText);
+  dragSource_->removeItem(index);
+}
+
+}  // namespace lumodevice::groups

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string_view>
+
+#include "lumodevice/form/form.hpp"
+
+namespace lumodevice::groups {
+
+/// So many channels make a group; a list with fewer of them holds channels that work alone.
+inline constexpr int kSmallestGroup = 2;
+
+/// The number of a channel: the last character of its text alone, so that channels 1 to 9 can be
+/// told apart and no others; 0 when it is no digit.
+[[nodiscard]] int channelNumber(std::string_view channelText);
+
+/// True when the channels in the list make a group.
+[[nodiscard]] bool isGroup(const toolkit::ListBox& list);
+
+/// The number of the list's first channel, 0 when it is empty.
+[[nodiscard]] int firstChannel(const toolkit::ListBox& list);
+
+/// The free channels (List1) and the two groups (List2, List3), between which the operator drags
+/// channels. A drag leaves every list sorted by channel, each group without gaps, and no channel in
+/// two lists. A refused drop changes nothing.
+class GroupLists {
+ public:
+  /// Takes over the drags and drops of the three lists.
+  explicit GroupLists(form::Form& form);
+
+  /// True when the channel may join the group: it is next to the group's first or last one, or the
+  /// group is empty.
+  [[nodiscard]] static bool CanAddToGroup(const toolkit::ListBox& list,
+                                          std::string_view channelText);
+
+  /// True when the channel may leave the list: from a group of three or more only an end may, so
+  /// that no group splits.
+  [[nodiscard]] bool CanTakeFromList(const toolkit::ListBox& list,
+                                     std::string_view channelText) const;
+
+ private:
+  void startDrag(toolkit::ListBox& source, toolkit::DragData& data);
+  void drop(toolkit::ListBox& target, std::string_view channelText) const;
+
+  form::Form& form_;
+  /// Where the present drag started; null before the first one.
+  toolkit::ListBox* dragSource_ = nullptr;
+};
+
+}  // namespace lumodevice::groups
