@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "lumodevice/toolkit/hand.hpp"
 #include "platform/posix/serial_devices.hpp"
 #include "platform/posix/visa_library.hpp"
 #include "tests/end_to_end/real_panel.hpp"
@@ -59,6 +60,26 @@ TEST_P(SimulatedLibrary, readingsFollowTheLoad) {
   panel_.zan().AutoQuery(true);
   loop_.runFor(milliseconds(2000));
   EXPECT_NEAR(std::stod(panel_.text("txtCurrent(0)")), 2, 0.01);
+}
+
+TEST_P(SimulatedLibrary, runsChannelsAsAGroupUntilTheyAreTakenApart) {
+  ASSERT_TRUE(panel_.zan().AutoConnect());
+  EXPECT_EQ(panel_.items("List1"), support::lines({"CH3", "CH4", "CH5"}));
+  panel_.click("cmdParalle");
+  auto& free = panel_.control<toolkit::ListBox>("List1");
+  auto& group = panel_.control<toolkit::ListBox>("List2");
+  ASSERT_TRUE(toolkit::hand::drag(free, "CH3", group));
+  ASSERT_TRUE(toolkit::hand::drag(free, "CH4", group));
+  panel_.click("cmdParaOK");
+  EXPECT_EQ(panel_.items("cmbChannel"), "CH3-2040-G1\n");
+  EXPECT_EQ(panel_.ask(":CHAN? LIST"), "1,2,3,0,5,6,7");
+  EXPECT_EQ(panel_.ask(":CONF:PAR:MODE?"), "PARA");
+  ASSERT_TRUE(panel_.zan().AutoConnect());
+  EXPECT_EQ(panel_.items("List2"), support::lines({"CH3", "CH4"}));
+  ASSERT_TRUE(toolkit::hand::drag(group, "CH4", free));
+  panel_.click("cmdParaOK");
+  EXPECT_EQ(panel_.ask(":CHAN? LIST"), "1,2,3,4,5,6,7");
+  EXPECT_EQ(panel_.zan().ChCount(), 7);
 }
 
 }  // namespace
