@@ -17,6 +17,15 @@ RealPanel::RealPanel(toolkit::EventLoop& loop, io::Visa& visa, io::SerialDevices
                   .informationBox = [this](std::string_view text) { boxes_.emplace_back(text); }}) {
 }
 
+std::optional<std::string> RealPanel::file(const std::string& name) const {
+  const auto path = folder_.path() / "temp" / name;
+  return std::filesystem::exists(path) ? std::optional(folder_.read(path)) : std::nullopt;
+}
+
+void RealPanel::putFile(const std::string& name, std::string_view bytes) const {
+  (void)folder_.write(folder_.path() / "temp" / name, bytes);
+}
+
 std::string RealPanel::boxes() {
   return support::lines(std::exchange(boxes_, {}));
 }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "platform/posix/folder_drive.hpp"
 #include "platform/posix/system_clock.hpp"
+#include "tests/platform/temporary_folder.hpp"
 #include "tests/support/panel_hand.hpp"
 
 namespace lumodevice::end_to_end {
@@ -13,10 +16,15 @@ namespace lumodevice::end_to_end {
 /// A component as a host makes it, over a VISA library and serial ports that really open something.
 class RealPanel : public support::PanelHand {
  public:
-  /// Without a drive C:. All three must outlive it.
+  /// Drive C: is a folder of its own. All three must outlive it.
   RealPanel(toolkit::EventLoop& loop, io::Visa& visa, io::SerialDevices& serialDevices);
 
   [[nodiscard]] ZANCtrl& zan() override { return component_; }
+
+  /// A file of "C:\\temp"; none when it is not there.
+  [[nodiscard]] std::optional<std::string> file(const std::string& name) const;
+  [[nodiscard]] const posix::TemporaryFolder& driveC() const { return folder_; }
+  void putFile(const std::string& name, std::string_view bytes) const;
 
   /// The information boxes since the last time, one a line.
   std::string boxes();
@@ -27,7 +35,8 @@ class RealPanel : public support::PanelHand {
  private:
   std::vector<std::string> boxes_;
   io::VisaComOverVisa visaCom_;
-  posix::FolderDrive drive_{"/nowhere"};
+  posix::TemporaryFolder folder_;
+  posix::FolderDrive drive_{folder_.path()};
   posix::SystemWallClock wallClock_;
   ZANCtrl component_;
 };

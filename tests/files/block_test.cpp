@@ -1,0 +1,136 @@
+#include "lumodevice/files/block.hpp"
+
+#include <gtest/gtest.h>
+#include <random>
+
+#include "lumodevice/text/text.hpp"
+#include "tests/files/file_parts.hpp"
+
+namespace lumodevice::files {
+namespace {
+
+struct HeaderCase {
+  const char* answer;
+  int digits;
+  int length;
+};
+
+TEST(BlockHeader, isReadFromItsPlacesWhateverStandsThere) {
+  for (const auto& [answer, digits, length] : {
+           HeaderCase{"#45580", 4, 5580},
+           HeaderCase{"#3892", 3, 892},
+           HeaderCase{"#15hello", 1, 5},
+           HeaderCase{"#532767", 5, 32767},
+           HeaderCase{"", 0, 0},
+           HeaderCase{"#", 0, 0},
+           HeaderCase{"#0", 0, 0},
+           HeaderCase{"#A", 0, 0},
+           HeaderCase{"#4", 4, 0},
+           HeaderCase{"#455", 4, 55},
+           HeaderCase{"#212x", 2, 12},
+           HeaderCase{"#3x12", 3, 0},
+           HeaderCase{"x3892", 3, 892},
+           HeaderCase{"\n#3892", 0, 0},
+       }) {
+    const BlockHeader header = parseBlockHeader(answer);
+    EXPECT_EQ(header.lengthDigits, digits) << answer;
+    EXPECT_EQ(header.dataLength, length) << answer;
+  }
+}
+
+TEST(BlockHeader, ofALengthBeyond16BitsIsAnOverflow) {
+  EXPECT_THROW((void)parseBlockHeader("#532768"), text::NumberFault);
+  EXPECT_THROW((void)parseBlockHeader("#9999999999"), text::NumberFault);
+}
+
+TEST(BlockData, isWhatTheHeaderPromises) {
+  EXPECT_EQ(blockData("#15hello\n", {1, 5}), "hello");
+  EXPECT_EQ(blockData("#15hello", {1, 5}), "hello");
+}
+
+TEST(BlockData, mustBeThereAsAWhole) {
+  EXPECT_THROW((void)blockData("#15hell", {1, 5}), BlockFault);
+  EXPECT_THROW((void)blockData("", {1, 5}), BlockFault);
+}
+
+TEST(BlockData, isNeverNothing) {
+  EXPECT_THROW((void)blockData("#10", {1, 0}), BlockFault);
+  EXPECT_THROW((void)blockData("#2-5", {2, -5}), BlockFault);
+}
+
+TEST(BlockData, beginsWithTheMark) {
+  EXPECT_THROW((void)blockData("x15hello", {1, 5}), BlockFault);
+}
+
+TEST(BlockData, thatEndsBeyond16BitsIsAnOverflow) {
+  EXPECT_EQ(blockData("#532760" + pattern(32760), {5, 32760}).size(), 32760U);
+  EXPECT_THROW((void)blockData("#532767" + pattern(32767), {5, 32767}), text::NumberFault);
+}
+
+using Assembly = BlockAssembler::State;
+
+TEST(BlockAssembler, putsABlockTogetherFromPiecesCutAnywhere) {
+  const std::string data = pattern(300);
+  const std::string answer = "-113,\"late\"\n" + blockOf(data);
+  for (std::size_t cut = 0; cut <= answer.size(); ++cut) {
+    BlockAssembler block;
+    block.add(std::string_view(answer).substr(0, cut));
+    EXPECT_EQ(block.add(std::string_view(answer).substr(cut)), Assembly::Complete) << cut;
+    EXPECT_EQ(block.data(), data) << cut;
+  }
+}
+
+TEST(BlockAssembler, isIncompleteUntilTheLastByteOfData) {
+  const std::string answer = blockOf("hello");
+  for (std::size_t size = 0; size < answer.size() - 1; ++size) {
+    BlockAssembler block;
+    EXPECT_EQ(block.add(answer.substr(0, size)), Assembly::Incomplete) << size;
+    EXPECT_EQ(block.data(), std::nullopt);
+  }
+}
+
+TEST(BlockAssembler, refusesWhatIsNoHeader) {
+  for (const char* answer : {"#0", "#A", "#3x12", "#10", "#9999999999"}) {
+    BlockAssembler block;
+    EXPECT_EQ(block.add(answer), Assembly::Broken) << answer;
+  }
+}
+
+TEST(BlockAssembler, refusesMoreDataThanAPictureHas) {
+  BlockAssembler block;
+  EXPECT_EQ(block.add("#816777217"), Assembly::Broken);
+  EXPECT_EQ(block.add("more"), Assembly::Broken);
+  BlockAssembler largest;
+  EXPECT_EQ(largest.add("#816777216"), Assembly::Incomplete);
+}
+
+TEST(BlockAssembler, givesUpOnWhatNeverBeginsABlock) {
+  BlockAssembler block;
+  for (int i = 0; i < 4; ++i) {
+    EXPECT_EQ(block.add(std::string(1024, 'x')), Assembly::Incomplete);
+  }
+  EXPECT_EQ(block.add("x"), Assembly::Broken);
+}
+
+TEST(BlockAssembler, agreesWithItselfOverRandomBlocksInRandomPieces) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 1000; ++round) {
+    std::string data(1 + random() % 2000, '\0');
+    for (char& byte : data) {
+      byte = static_cast<char>(random());
+    }
+    const std::string answer = blockOf(data);
+    BlockAssembler block;
+    auto state = Assembly::Incomplete;
+    for (std::size_t at = 0; at < answer.size();) {
+      const std::size_t piece = 1 + random() % 700;
+      state = block.add(std::string_view(answer).substr(at, piece));
+      at += piece;
+    }
+    ASSERT_EQ(state, Assembly::Complete);
+    ASSERT_EQ(block.data(), data);
+  }
+}
+
+}  // namespace
+}  // namespace lumodevice::files
