@@ -39,8 +39,9 @@ int interval(const toolkit::TextBox& field) {
 /// The subsystems, put together.
 class ZANCtrl::Component {
  public:
-  explicit Component(const Host& host)
-      : form(host.loop),
+  explicit Component(const Host& given)
+      : host(given),
+        form(host.loop),
         link(form, host),
         exchange(link),
         channels(link, exchange),
@@ -73,6 +74,8 @@ class ZANCtrl::Component {
   Component(const Component&) = delete;
   Component& operator=(const Component&) = delete;
 
+  /// Goes last: it may own the loop that the form's timers are on.
+  Host host;
   form::Form form;
   link::Link link;
   link::CommandTable commands;
