@@ -19,6 +19,34 @@ if(LUMODEVICE_SANITIZE)
   target_link_options(lumodevice_flags INTERFACE ${sanitizers})
 endif()
 
+# lumodevice_library(name EXPORT e [SOURCES a.cpp ...] [LIBS x ...] [SYSTEM y ...]): a static library of the
+# project, and of the same objects a shared one, name_shared. Programs that find the package know the shared
+# one as LumoDevice::e, the static one as LumoDevice::e_static. LIBS are made in this way too, SYSTEM are not.
+function(lumodevice_library name)
+  cmake_parse_arguments(ARG "" "EXPORT" "SOURCES;LIBS;SYSTEM" ${ARGN})
+  if(ARG_EXPORT STREQUAL core)
+    set(file lumodevice)
+  else()
+    set(file lumodevice-${ARG_EXPORT})
+  endif()
+  add_library(${name} STATIC ${ARG_SOURCES})
+  add_library(${name}_shared SHARED $<TARGET_OBJECTS:${name}>)
+  set_target_properties(${name} PROPERTIES EXPORT_NAME ${ARG_EXPORT}_static)
+  # Before 1.0 every minor version may break what was built against another.
+  set_target_properties(${name}_shared PROPERTIES EXPORT_NAME ${ARG_EXPORT} LINKER_LANGUAGE CXX
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+  foreach(kind "" _shared)
+    set_target_properties(${name}${kind} PROPERTIES OUTPUT_NAME ${file})
+    target_compile_features(${name}${kind} PUBLIC cxx_std_20)
+    target_include_directories(${name}${kind} PUBLIC
+      $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+    target_link_libraries(${name}${kind} PRIVATE $<BUILD_INTERFACE:lumodevice_flags> ${ARG_SYSTEM})
+    foreach(library IN LISTS ARG_LIBS)
+      target_link_libraries(${name}${kind} PUBLIC ${library}${kind})
+    endforeach()
+  endforeach()
+endfunction()
+
 # lumodevice_test(name SOURCES a.cpp ... LIBS x ...): a GoogleTest program; every test in it is one ctest test.
 function(lumodevice_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})

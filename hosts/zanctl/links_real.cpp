@@ -1,6 +1,7 @@
 #include "hosts/zanctl/links.hpp"
 #include "hosts/zanctl/machine_serial.hpp"
 #include "hosts/zanctl/machine_visa.hpp"
+#include "hosts/zanctl/mistake.hpp"
 #include "platform/posix/serial_devices.hpp"
 
 namespace zanctl {
@@ -36,7 +37,7 @@ class RealLinks : public Links {
 
  private:
   bool virtualTime_;
-  MachineVisa visa_;
+  WitnessedVisa visa_;
   lumodevice::posix::TermiosDevices devices_;
   WitnessedSerialDevices witnessed_;
   RefusingSerialDevices refusing_;
@@ -45,7 +46,11 @@ class RealLinks : public Links {
 }  // namespace
 
 std::unique_ptr<Links> realLinks(const Options& options, Output& errors) {
-  return std::make_unique<RealLinks>(options, errors);
+  try {
+    return std::make_unique<RealLinks>(options, errors);
+  } catch (const lumodevice::io::IoFault& fault) {
+    throw Unusable(fault.what());
+  }
 }
 
 }  // namespace zanctl

@@ -3,9 +3,6 @@
 #include <array>
 #include <cstdio>
 
-#include "hosts/zanctl/mistake.hpp"
-#include "platform/posix/builtin_visa.hpp"
-
 namespace zanctl {
 
 namespace {
@@ -60,37 +57,12 @@ std::string whyNoLibrary(const std::vector<posix::VisaLibraryFailure>& failures)
          "name another with --visa-library PATH)";
 }
 
-MachineVisa::MachineVisa(const std::optional<std::string>& library) {
-  if (library) {
-    posix::VisaLibraryResult loaded = posix::loadVisaLibrary(*library);
-    if (loaded.library == nullptr) {
-      throw Unusable("cannot load the VISA library: " + loaded.failureText());
-    }
-    visa_ = std::move(loaded.library);
-    name_ = loaded.name;
-  }
-}
-
-Visa& MachineVisa::target() {
-  if (visa_ == nullptr) {
-    posix::VisaLibraryResult loaded = posix::loadVisaLibrary();
-    if (loaded.library != nullptr) {
-      visa_ = std::move(loaded.library);
-      name_ = loaded.name;
-    } else {
-      visa_ = std::make_unique<posix::BuiltinVisa>();
-      name_ = "built-in layer";
-      failures_ = std::move(loaded.failures);
-    }
-  }
-  return *visa_;
-}
-
-MachineVisa::ViStatus MachineVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
-                                          std::uint32_t accessMode, std::uint32_t openTimeout,
-                                          ViSession& instrument) {
+WitnessedVisa::ViStatus WitnessedVisa::viOpen(ViSession resourceManager,
+                                              const std::string& descriptor,
+                                              std::uint32_t accessMode, std::uint32_t openTimeout,
+                                              ViSession& instrument) {
   const ViStatus status =
-      ForwardingVisa::viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
+      posix::MachineVisa::viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
   if (status < VI_SUCCESS) {
     refused_.insert_or_assign(descriptor, status);
     opened_.erase(descriptor);
@@ -101,17 +73,17 @@ MachineVisa::ViStatus MachineVisa::viOpen(ViSession resourceManager, const std::
   return status;
 }
 
-std::string MachineVisa::advice() const {
+std::string WitnessedVisa::advice() const {
   std::string text;
   for (const auto& [descriptor, status] : refused_) {
     text += descriptor + " cannot be opened (" + statusText(status) + "); ";
   }
   const std::string other = refused_.empty() ? "" : "other ";
-  if (failures_.empty()) {
-    return text + "no " + other + "resource of " + name_ +
+  if (failures().empty()) {
+    return text + "no " + other + "resource of " + name() +
            " answers as a ZAN; check its power and cable, or for a serial device try --link serial";
   }
-  text += whyNoLibrary(failures_) + ", and ";
+  text += whyNoLibrary(failures()) + ", and ";
   if (opened_.empty()) {
     return text + "the built-in layer sees no " + other +
            "USB instrument; for a serial device try --link serial";

@@ -1,20 +1,11 @@
 #include <csignal>
-#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <unistd.h>
 
 #include "hosts/zanctl/output.hpp"
 #include "hosts/zanctl/program.hpp"
-
-namespace {
-
-std::optional<std::string> variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr || *value == '\0' ? std::nullopt : std::optional<std::string>(value);
-}
-
-}  // namespace
+#include "platform/posix/environment.hpp"
 
 int main(int argc, char** argv) {
   // A reader that goes away is seen by the writes that fail, so that the link is still closed in
@@ -23,7 +14,8 @@ int main(int argc, char** argv) {
   zanctl::FileOutput output(STDOUT_FILENO);
   zanctl::FileOutput errors(STDERR_FILENO);
   try {
-    return zanctl::runProgram({argv + 1, argv + argc}, variable, {std::cin, output, errors});
+    return zanctl::runProgram({argv + 1, argv + argc}, lumodevice::posix::processVariable,
+                              {std::cin, output, errors});
   } catch (const std::exception& bug) {
     errors.line(std::string("zanctl: internal error: ") + bug.what());
     return zanctl::kFailed;

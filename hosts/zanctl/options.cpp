@@ -61,30 +61,12 @@ std::map<int, std::string> parsePorts(const std::vector<std::string>& texts) {
   return ports;
 }
 
-/// Where data of the user's programs lies when no option and no variable of ours says otherwise.
-/// The variables of the desktop count only when they hold absolute paths.
-std::optional<std::string> defaultDriveC(const Environment& environment) {
-  const auto absolute = [&](const char* name) {
-    const auto value = environment(name);
-    return value && value->starts_with('/') ? value : std::nullopt;
-  };
-  const auto home = absolute("HOME");
-  const auto data = absolute("XDG_DATA_HOME");
-  if (!data && !home) {
-    return std::nullopt;
-  }
-  return data.value_or(home.value_or("") + "/.local/share") + "/lumodevice/drive_c";
-}
-
 void fillFromEnvironment(Options& options, const Environment& environment) {
   if (!options.visaLibrary && !options.simulate) {
-    options.visaLibrary = environment("LUMODEVICE_VISA_LIBRARY");
+    options.visaLibrary = lumodevice::posix::chosenVisaLibrary(environment);
   }
   if (!options.driveC) {
-    options.driveC = environment("LUMODEVICE_DRIVE_C");
-  }
-  if (!options.driveC) {
-    options.driveC = defaultDriveC(environment);
+    options.driveC = lumodevice::posix::usualDriveC(environment);
   }
 }
 

@@ -1,19 +1,18 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "hosts/zanctl/output.hpp"
+#include "platform/posix/environment.hpp"
 
 namespace zanctl {
 
 struct Command;
 
-/// Looks a variable of the environment up; an empty one counts as none.
-using Environment = std::function<std::optional<std::string>(const char* name)>;
+using lumodevice::posix::Environment;
 
 /// The link options that are clicked before the command runs.
 enum class Link { Visa, VisaCom, Serial };

@@ -1,10 +1,10 @@
 #include "hosts/zanctl/station.hpp"
 
 #include "hosts/zanctl/escape.hpp"
-#include "hosts/zanctl/loop_clock.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "platform/posix/folder_drive.hpp"
 #include "platform/posix/system_clock.hpp"
+#include "simulator/loop_clock.hpp"
 
 namespace zanctl {
 
@@ -32,7 +32,7 @@ std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
 Station::Station(const Options& options, const Streams& streams)
     : streams_(streams),
       loop_(makeLoop(options)),
-      clock_(std::make_unique<LoopClock>(*loop_)),
+      clock_(std::make_unique<zansim::LoopClock>(*loop_)),
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, streams.errors)) {
   if (options.trace) {
     startTrace(*options.trace);

@@ -48,12 +48,14 @@ class EventLoop {
   /// Delivers the input of a window system or the like.
   virtual void deliverInput() {}
 
+  /// When the next timer is due, in the time of now(); perhaps past. Nothing when none runs.
+  [[nodiscard]] std::optional<Duration> nextDue() const;
+
  private:
   friend class Timer;
   void attach(Timer& timer);
   void detach(Timer& timer);
   [[nodiscard]] Timer* earliestDue(Duration at, std::uint64_t pass) const;
-  [[nodiscard]] std::optional<Duration> nextDue() const;
   void tick(Timer& timer, std::uint64_t pass);
 
   std::vector<Timer*> timers_;

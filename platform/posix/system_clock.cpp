@@ -36,7 +36,8 @@ io::LocalTime SystemWallClock::now() const {
 }
 
 VirtualWallClock::VirtualWallClock(const io::Clock& clock)
-    : clock_(clock), start_(presentMoment()) {}
+    : clock_(clock),
+      start_(presentMoment() - std::chrono::floor<std::chrono::milliseconds>(clock.now())) {}
 
 io::LocalTime VirtualWallClock::now() const {
   return localTime(start_ + std::chrono::floor<std::chrono::milliseconds>(clock_.now()));

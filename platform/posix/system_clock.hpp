@@ -16,7 +16,7 @@ class SystemWallClock : public io::WallClock {
 /// in virtual time.
 class VirtualWallClock : public io::WallClock {
  public:
-  /// The clock must outlive this object and stand near its start.
+  /// The clock must outlive this object.
   explicit VirtualWallClock(const io::Clock& clock);
   [[nodiscard]] io::LocalTime now() const override;
 

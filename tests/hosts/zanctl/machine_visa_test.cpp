@@ -36,22 +36,22 @@ TEST(WhyNoLibrary, isEmptyWithoutAFailure) {
   EXPECT_EQ(whyNoLibrary({}), "");
 }
 
-class MachineVisaTest : public testing::Test {
+class WitnessedVisaTest : public testing::Test {
  protected:
   static constexpr const char* kResource = "USB0::0x5A41::0x0200::SIM00001::INSTR";
-  MachineVisa visa{ZANSIM_VISA_LIBRARY};
+  WitnessedVisa visa{ZANSIM_VISA_LIBRARY};
   lumodevice::io::ViSession manager = 0;
   lumodevice::io::ViSession instrument = 0;
 };
 
-TEST_F(MachineVisaTest, namesOthersOnlyBehindOneThatWasRefused) {
+TEST_F(WitnessedVisaTest, namesOthersOnlyBehindOneThatWasRefused) {
   EXPECT_THAT(visa.advice(), StartsWith("no resource of " ZANSIM_VISA_LIBRARY " answers as a ZAN"));
   ASSERT_LT(visa.viOpen(manager, kResource, 0, 0, instrument), 0) << "without a manager";
   EXPECT_THAT(visa.advice(), AllOf(StartsWith(std::string(kResource) + " cannot be opened (VISA "),
                                    HasSubstr("; no other resource of ")));
 }
 
-TEST_F(MachineVisaTest, forgetsARefusalWhenTheSameOpensLater) {
+TEST_F(WitnessedVisaTest, forgetsARefusalWhenTheSameOpensLater) {
   ASSERT_LT(visa.viOpen(manager, kResource, 0, 0, instrument), 0) << "without a manager";
   ASSERT_EQ(visa.viOpenDefaultRM(manager), 0);
   ASSERT_EQ(visa.viOpen(manager, kResource, 0, 0, instrument), 0);

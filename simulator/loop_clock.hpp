@@ -3,7 +3,7 @@
 #include "lumodevice/io/clock.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
 
-namespace zanctl {
+namespace zansim {
 
 /// The clock of simulated instruments: the time of the loop, virtual or real. What a link waits is
 /// no wait of the component.
@@ -18,4 +18,4 @@ class LoopClock : public lumodevice::io::Clock {
   lumodevice::toolkit::EventLoop& loop_;
 };
 
-}  // namespace zanctl
+}  // namespace zansim

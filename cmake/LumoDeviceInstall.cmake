@@ -1,0 +1,62 @@
+# What `cmake --install` puts under the prefix: headers, libraries static and shared with what finds them, the
+# programs, manuals, documents and examples. Nothing in it knows the prefix, so the whole can be moved.
+include(CMakePackageConfigHelpers)
+
+# All three libraries in one, as most hosts want them.
+add_library(lumodevice_all INTERFACE)
+target_link_libraries(lumodevice_all INTERFACE lumodevice_shared lumodevice_posix_shared zansim_core_shared)
+set_target_properties(lumodevice_all PROPERTIES EXPORT_NAME LumoDevice)
+add_library(lumodevice_all_static INTERFACE)
+target_link_libraries(lumodevice_all_static INTERFACE lumodevice lumodevice_posix zansim_core)
+set_target_properties(lumodevice_all_static PROPERTIES EXPORT_NAME static)
+
+set(delivered lumodevice lumodevice_shared lumodevice_posix lumodevice_posix_shared zansim_core zansim_core_shared)
+if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  # The shared libraries find each other wherever they lie.
+  set_target_properties(${delivered} PROPERTIES INSTALL_RPATH "$ORIGIN")
+endif()
+install(TARGETS ${delivered} lumodevice_all lumodevice_all_static EXPORT LumoDeviceTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS zansim_visa LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS zanctl zansim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+# The headers that a host includes, or needs to make a part of its own.
+file(GLOB toplevel_headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/lumodevice/*.hpp)
+file(GLOB toolkit_headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/lumodevice/toolkit/*.hpp)
+set(io_headers clock drive fault forwarding_visa serial_port visa visa_com visa_com_over_visa)
+list(TRANSFORM io_headers REPLACE "(.+)" "lumodevice/io/\\1.hpp")
+foreach(header IN LISTS toplevel_headers toolkit_headers io_headers
+        ITEMS lumodevice/link/host.hpp lumodevice/text/fault.hpp)
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
+endforeach()
+
+# For find_package.
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/LumoDevice)
+configure_package_config_file(cmake/LumoDeviceConfig.cmake.in LumoDeviceConfig.cmake
+  INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(LumoDeviceConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/LumoDeviceConfig.cmake ${PROJECT_BINARY_DIR}/LumoDeviceConfigVersion.cmake
+  DESTINATION ${package_folder})
+install(EXPORT LumoDeviceTargets NAMESPACE LumoDevice:: DESTINATION ${package_folder})
+
+# For pkg-config, which tells where its file lies.
+file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(cmake/lumodevice.pc.in lumodevice.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/lumodevice.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES docs/man/zanctl.1 docs/man/zansim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN man EXCLUDE)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN examples/CMakeLists.txt EXCLUDE)
+
+# The examples of this tree find the targets of this tree.
+foreach(target lumodevice:core_static lumodevice_shared:core lumodevice_posix:system_static
+        lumodevice_posix_shared:system zansim_core:simulator_static zansim_core_shared:simulator
+        lumodevice_all:LumoDevice lumodevice_all_static:static)
+  string(REPLACE ":" ";" pair ${target})
+  list(GET pair 0 name)
+  list(GET pair 1 alias)
+  add_library(LumoDevice::${alias} ALIAS ${name})
+endforeach()
+file(WRITE ${CMAKE_FIND_PACKAGE_REDIRECTS_DIR}/lumodevice-config.cmake "")

@@ -1,0 +1,37 @@
+#include "platform/posix/machine_visa.hpp"
+
+#include <utility>
+
+#include "lumodevice/io/fault.hpp"
+#include "platform/posix/builtin_visa.hpp"
+
+namespace lumodevice::posix {
+
+MachineVisa::MachineVisa(const std::optional<std::string>& library) {
+  if (library) {
+    VisaLibraryResult loaded = loadVisaLibrary(*library);
+    if (loaded.library == nullptr) {
+      throw io::IoFault(io::VI_ERROR_LIBRARY_NFOUND,
+                        "cannot load the VISA library: " + loaded.failureText());
+    }
+    visa_ = std::move(loaded.library);
+    name_ = loaded.name;
+  }
+}
+
+io::Visa& MachineVisa::target() {
+  if (visa_ == nullptr) {
+    VisaLibraryResult loaded = loadVisaLibrary();
+    if (loaded.library != nullptr) {
+      visa_ = std::move(loaded.library);
+      name_ = loaded.name;
+    } else {
+      visa_ = std::make_unique<BuiltinVisa>();
+      name_ = "built-in layer";
+      failures_ = std::move(loaded.failures);
+    }
+  }
+  return *visa_;
+}
+
+}  // namespace lumodevice::posix

@@ -1,0 +1,70 @@
+#include <memory>
+
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/link/host.hpp"
+#include "platform/posix/system_clock.hpp"
+#include "platform/posix/system_host.hpp"
+#include "simulator/loop_clock.hpp"
+#include "simulator/simulated_bench.hpp"
+
+namespace lumodevice {
+
+namespace {
+
+zansim::Configuration configurationOf(const SimulatedOptions& options) {
+  zansim::Configuration configuration;
+  configuration.serial = options.serialNumber;
+  if (!options.slots.empty()) {
+    configuration.setSlots(options.slots);
+  }
+  for (const std::string& source : options.sources) {
+    configuration.setSource(source);
+  }
+  return configuration;
+}
+
+/// Null where the host brings its own.
+std::unique_ptr<toolkit::EventLoop> ownLoop(const SimulatedOptions& options) {
+  if (options.loop != nullptr) {
+    return nullptr;
+  }
+  if (options.virtualTime) {
+    return std::make_unique<toolkit::VirtualLoop>();
+  }
+  return std::make_unique<toolkit::RealTimeLoop>();
+}
+
+/// The parts of the host, each above those that use it.
+struct Simulation {
+  explicit Simulation(const SimulatedOptions& options)
+      : own(ownLoop(options)),
+        loop(own ? *own : *options.loop),
+        bench(clock, configurationOf(options)),
+        drive(posix::driveIn(options.driveC)) {}
+
+  std::unique_ptr<toolkit::EventLoop> own;
+  toolkit::EventLoop& loop;
+  zansim::LoopClock clock{loop};
+  zansim::SimulatedBench bench;
+  io::VisaComOverVisa visaCom{bench.visa};
+  std::unique_ptr<io::Drive> drive;
+  posix::VirtualWallClock wallClock{clock};
+};
+
+}  // namespace
+
+Host Host::simulated(const SimulatedOptions& options) {
+  const auto simulation = std::make_shared<Simulation>(options);
+  return {
+      .loop = simulation->loop,
+      .visa = simulation->bench.visa,
+      .visaCom = simulation->visaCom,
+      .serialDevices = simulation->bench.serialDevices,
+      .drive = *simulation->drive,
+      .wallClock = simulation->wallClock,
+      .informationBox = options.informationBox ? options.informationBox : posix::printInformation,
+      .log = options.log,
+      .owned = simulation};
+}
+
+}  // namespace lumodevice

@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <stdexcept>
+
+#include "lumodevice/toolkit/hand.hpp"
+#include "lumodevice/zan_ctrl.hpp"
+#include "tests/platform/temporary_folder.hpp"
+
+namespace lumodevice {
+namespace {
+
+using std::chrono::seconds;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::string ask(ZANCtrl& load, std::string_view query) {
+  load.SendCmd(query);
+  return load.ResultStr();
+}
+
+void choose(ZANCtrl& load, std::string_view link) {
+  toolkit::hand::click(load.surface().get<toolkit::OptionButton>(link));
+}
+
+int minuteOfDay(const Host& host) {
+  const io::LocalTime now = host.wallClock.now();
+  return now.hour * 60 + now.minute;
+}
+
+TEST(SimulatedHost, needsNothingButTheComponent) {
+  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  ASSERT_TRUE(load.AutoConnect());
+  EXPECT_EQ(load.ChCount(), 7);
+  EXPECT_THAT(load.IDN(), HasSubstr("ZAN63200,SIM00001"));
+}
+
+TEST(SimulatedHost, hasTheInstrumentBehindVisaCom) {
+  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  choose(load, "optVisa2");
+  ASSERT_TRUE(load.AutoConnect());
+  EXPECT_NE(load.devZAN(), nullptr);
+  EXPECT_EQ(ask(load, ":CHAN?"), "1");
+}
+
+TEST(SimulatedHost, hasTheInstrumentOnCom3At9600) {
+  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  choose(load, "optConnRS232");
+  ASSERT_TRUE(load.AutoConnect());
+  EXPECT_EQ(load.ConnStyle(), LinkKind::Serial);
+  EXPECT_EQ(load.surface().get<toolkit::ComboBox>("Combo1").text(), "COM3");
+  EXPECT_EQ(load.surface().get<toolkit::ComboBox>("Combo2").text(), "9600");
+}
+
+TEST(SimulatedHost, isRealTimeUnlessToldOtherwise) {
+  const Host host = Host::simulated();
+  EXPECT_NE(dynamic_cast<toolkit::RealTimeLoop*>(&host.loop), nullptr);
+}
+
+TEST(SimulatedHost, livesInTheTimeOfTheLoopThatItIsGiven) {
+  toolkit::VirtualLoop loop;
+  loop.idle(std::chrono::hours(1000));
+  const Host host = Host::simulated({.loop = &loop});
+  EXPECT_EQ(&host.loop, &loop);
+  const Host system = Host::simulated({.virtualTime = true});
+  const int late = (minuteOfDay(host) - minuteOfDay(system) + 24 * 60) % (24 * 60);
+  EXPECT_TRUE(late <= 1 || late == 24 * 60 - 1) << "its date starts at the present";
+  const int before = minuteOfDay(host);
+  loop.idle(std::chrono::minutes(30));
+  EXPECT_EQ((minuteOfDay(host) - before + 24 * 60) % (24 * 60), 30);
+}
+
+TEST(SimulatedHost, hasTheModulesAndSourcesThatAreAskedFor) {
+  ZANCtrl load(Host::simulated({.virtualTime = true,
+                                .slots = "2040,2050",
+                                .sources = {"1=5,0", "2=24,0"},
+                                .serialNumber = "BENCH2"}));
+  ASSERT_TRUE(load.AutoConnect());
+  EXPECT_EQ(load.ChCount(), 2);
+  EXPECT_THAT(load.IDN(), HasSubstr("BENCH2"));
+  load.SendCmd(":CHAN 2");
+  EXPECT_EQ(ask(load, ":FETC:VOLT?").substr(0, 3), "24.");
+}
+
+TEST(SimulatedHost, refusesSlotsAndSourcesThatCannotBe) {
+  EXPECT_THROW((void)Host::simulated({.slots = "2021R"}), std::invalid_argument);
+  EXPECT_THROW((void)Host::simulated({.sources = {"one"}}), std::invalid_argument);
+}
+
+TEST(SimulatedHost, hasDriveCInTheFolderThatItIsGiven) {
+  const posix::TemporaryFolder folder;
+  const Host host = Host::simulated({.driveC = (folder.path() / "c").string()});
+  host.drive.createFolder("C:\\temp");
+  EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "c" / "temp"));
+}
+
+TEST(SimulatedHost, showsBoxesWhereItIsTold) {
+  std::vector<std::string> boxes;
+  ZANCtrl load(Host::simulated({.virtualTime = true, .informationBox = [&](std::string_view text) {
+                                  boxes.emplace_back(text);
+                                }}));
+  toolkit::hand::click(load.surface().get<toolkit::CommandButton>("Command1"));
+  EXPECT_THAT(boxes, ElementsAre(HasSubstr("Connect")));
+}
+
+TEST(SimulatedHost, printsBoxesOnStandardErrorOtherwise) {
+  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  testing::internal::CaptureStderr();
+  toolkit::hand::click(load.surface().get<toolkit::CommandButton>("Command1"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "[information] Pleace Connect to Deivce first!\n");
+}
+
+/// Makes whoever holds it known.
+std::weak_ptr<void> watch(Host& host) {
+  return host.owned;
+}
+
+TEST(HostOwnership, aComponentKeepsWhatItsHostOwnsToItsEnd) {
+  std::optional<Host> host(Host::simulated({.virtualTime = true}));
+  const std::weak_ptr<void> owned = watch(*host);
+  std::optional<ZANCtrl> load(*host);
+  host.reset();
+  ASSERT_TRUE(load->AutoConnect());
+  load->AutoQuery(true);
+  EXPECT_FALSE(owned.expired());
+  load.reset();
+  EXPECT_TRUE(owned.expired());
+}
+
+TEST(HostOwnership, ofOneHostIsSharedByItsComponents) {
+  std::optional<Host> host(Host::simulated({.virtualTime = true}));
+  std::optional<ZANCtrl> first(*host);
+  std::optional<ZANCtrl> second(*host);
+  host.reset();
+  ASSERT_TRUE(first->AutoConnect());
+  first.reset();
+  EXPECT_TRUE(second->AutoConnect());
+}
+
+TEST(HostOwnership, endsOnEveryLinkWithTheLinkOpen) {
+  for (const char* link : {"optVisa1", "optVisa2", "optConnRS232"}) {
+    ZANCtrl load(Host::simulated({.virtualTime = true}));
+    choose(load, link);
+    EXPECT_TRUE(load.AutoConnect()) << link;
+  }
+}
+
+TEST(HostOwnership, aHostMayPutItsOwnPartInThePlaceOfAReadyMadeOne) {
+  const Host ready = Host::simulated({.virtualTime = true});
+  std::vector<std::string> boxes;
+  ZANCtrl load({.loop = ready.loop,
+                .visa = ready.visa,
+                .visaCom = ready.visaCom,
+                .serialDevices = ready.serialDevices,
+                .drive = ready.drive,
+                .wallClock = ready.wallClock,
+                .informationBox = [&](std::string_view text) { boxes.emplace_back(text); },
+                .owned = ready.owned});
+  toolkit::hand::click(load.surface().get<toolkit::CommandButton>("Command1"));
+  EXPECT_EQ(boxes.size(), 1U);
+}
+
+TEST(SimulatedHosts, onOneLoopHaveAnInstrumentEach) {
+  toolkit::VirtualLoop loop;
+  ZANCtrl left(Host::simulated({.loop = &loop, .serialNumber = "LEFT"}));
+  ZANCtrl right(Host::simulated({.loop = &loop, .serialNumber = "RIGHT"}));
+  ASSERT_TRUE(left.AutoConnect());
+  ASSERT_TRUE(right.AutoConnect());
+  left.SendCmd(":CHAN 2");
+  right.SendCmd(":CHAN 5");
+  EXPECT_EQ(ask(left, ":CHAN?"), "2");
+  EXPECT_EQ(ask(right, ":CHAN?"), "5");
+  EXPECT_THAT(ask(left, "*IDN?"), HasSubstr("LEFT"));
+}
+
+}  // namespace
+}  // namespace lumodevice
