@@ -42,6 +42,7 @@ install(EXPORT LumoDeviceTargets NAMESPACE LumoDevice:: DESTINATION ${package_fo
 
 # For pkg-config, which tells where its file lies.
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
 configure_file(cmake/lumodevice.pc.in lumodevice.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/lumodevice.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
