@@ -14,7 +14,7 @@ std::optional<std::string> chosenVisaLibrary(const Environment& environment) {
 }
 
 std::optional<std::string> usualDriveC(const Environment& environment) {
-  if (const auto chosen = environment("LUMODEVICE_DRIVE_C")) {
+  if (auto chosen = environment("LUMODEVICE_DRIVE_C")) {
     return chosen;
   }
   const auto absolute = [&](const char* name) {
