@@ -1,0 +1,102 @@
+// Any bytes from a wire: a block comes out of them as it was put in, in whatever pieces they
+// arrive, or not at all, by the fault that each reader announces.
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/files/block.hpp"
+#include "lumodevice/files/serial_answer.hpp"
+#include "lumodevice/io/formatted_io.hpp"
+#include "lumodevice/text/text.hpp"
+#include "tests/io/answering_visa.hpp"
+
+namespace {
+
+namespace files = lumodevice::files;
+namespace io = lumodevice::io;
+
+void require(bool holds, const char* what) {
+  if (!holds) throw std::logic_error(what);
+}
+
+/// By the rules of the serial port, 16 bits and all.
+std::optional<std::string> readSerial(std::string_view wire) {
+  try {
+    return std::string(files::blockData(wire, files::parseBlockHeader(wire)));
+  } catch (const files::BlockFault&) {
+    return std::nullopt;
+  } catch (const lumodevice::text::NumberFault&) {
+    return std::nullopt;
+  }
+}
+
+/// Calls `take` with pieces whose sizes the input itself gives.
+template <typename Take>
+void inPieces(std::string_view wire, Take take) {
+  while (!wire.empty()) {
+    const auto size =
+        std::min<std::size_t>(1 + static_cast<unsigned char>(wire.front()) % 29, wire.size());
+    take(wire.substr(0, size));
+    wire.remove_prefix(size);
+  }
+}
+
+std::optional<std::string> assemble(std::string_view wire) {
+  files::BlockAssembler block;
+  inPieces(wire, [&](std::string_view piece) { block.add(piece); });
+  const auto data = block.data();
+  return data ? std::optional<std::string>(*data) : std::nullopt;
+}
+
+std::optional<std::string> readVisa(std::string_view wire) {
+  io::AnsweringVisa visa;
+  inPieces(wire, [&](std::string_view piece) {
+    visa.answers.emplace_back(std::string(piece), io::VI_SUCCESS_MAX_CNT);
+  });
+  if (!visa.answers.empty()) visa.answers.back().status = io::VI_SUCCESS;
+  io::FormattedIO device;
+  device.setIO(std::make_shared<io::VisaSession>(visa, "GPIB0::7::INSTR", 0, 0));
+  try {
+    const auto data = device.ReadIEEEBlock(false, true);
+    require(data.size() <= wire.size(), "a block is no longer than what arrived");
+    return std::string(data.begin(), data.end());
+  } catch (const io::VisaComFault&) {
+    return std::nullopt;
+  }
+}
+
+void check(std::string_view wire) {
+  const auto serial = readSerial(wire);
+  const auto assembled = assemble(wire);
+  const auto visa = readVisa(wire);
+  const files::BlockProgress progress = files::blockProgress(wire);
+  const bool complete = progress.state == files::BlockProgress::State::Complete;
+  if (complete && progress.dataSize > 0) {
+    require(assembled == wire.substr(progress.headerSize, progress.dataSize),
+            "a complete block is put together");
+  }
+  require(complete == visa.has_value(), "formatted I/O takes complete blocks alone");
+  if (visa && !visa->empty()) require(visa == assembled, "both read the same data");
+  if (complete && serial) require(serial == visa, "so does the serial port");
+
+  const std::string_view second = files::secondAnswer({}, wire);
+  require(wire.ends_with(second), "the second answer stands at the end");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view input(reinterpret_cast<const char*>(data), size);
+  check(input);
+  const std::string length = std::to_string(size);
+  const std::string block =
+      "#" + std::to_string(length.size()) + length + std::string(input) + "\n";
+  check(block);
+  require(size == 0 || readVisa(block) == input, "what was put into a block comes out of it");
+  return 0;
+}
