@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/capture/screen_capture.hpp"
+#include "lumodevice/files/memory_files.hpp"
+#include "lumodevice/toolkit/surface.hpp"
+#include "tests/capture/screens.hpp"
+#include "tests/link/link_parts.hpp"
+
+namespace lumodevice::capture {
+
+/// Captures over a link that is open without a connect, with all members at hand. The journal also
+/// tells what becomes of Picture1 and Image1: "Image1 shows 320 x 240", "Picture1 visible",
+/// "Picture1 in front".
+struct CaptureParts : link::LinkParts, private toolkit::View {
+  CaptureParts();
+  ~CaptureParts() override;
+  CaptureParts(const CaptureParts&) = delete;
+  CaptureParts& operator=(const CaptureParts&) = delete;
+
+  void openSerial();
+  /// Selects optVisa2; the name is that of the session and of the text in cmbVISARes.
+  void openVisaCom(std::string_view resource);
+
+  [[nodiscard]] bool serialIsBinary() const {
+    return link.MSComm1.InputMode() == io::SerialPort::InputModes::Binary;
+  }
+  /// The content of a file of "c:\temp"; "missing" when there is none.
+  [[nodiscard]] std::string file(std::string_view name);
+  void putFile(std::string_view name, std::string_view content);
+  void putFile(std::string_view name, const Bytes& content) { putFile(name, textOf(content)); }
+
+  /// The journal without the bytes that came in and without the passes of the timers.
+  std::string journal();
+
+  files::WorkingFiles files{bench.drive};
+  files::MemoryFiles memoryFiles{link, files};
+  ScreenCapture capture{link, files};
+
+ private:
+  void changed(const toolkit::Control& control, toolkit::Property property, int item) override;
+};
+
+/// A capture whose calls fail one after the other.
+struct Failing {
+  std::function<void(CaptureParts&)> prepare;
+  std::function<void(CaptureParts&)> run;
+  /// What is known after a failure, as text.
+  std::function<std::string(CaptureParts&)> look;
+};
+
+/// One line for each call of the capture that can fail: the call, what was done after it in
+/// brackets, and what is known then.
+[[nodiscard]] std::string failingInTurn(const Failing& failing);
+
+}  // namespace lumodevice::capture
