@@ -8,8 +8,9 @@
 
 namespace lumodevice::files {
 
-/// Goes on reading the serial port, every 100 ms, until `takes` has enough (returns false) or
-/// nothing has arrived for a second. `takes` is given each piece, also the empty ones.
+/// Goes on reading the serial port, every 100 ms, until `takes` has enough (returns false), nothing
+/// has arrived for a second, or five minutes are over. `takes` is given each piece, also the empty
+/// ones.
 void readOn(link::Link& link, const std::function<bool(std::string_view piece)>& takes);
 
 /// What has arrived after a wait. Where that is the beginning of a block, the rest is read on for:

@@ -11,6 +11,7 @@ namespace lumodevice::capture {
 namespace {
 
 using std::chrono::milliseconds;
+using std::chrono::minutes;
 using support::Piece;
 using support::Reply;
 
@@ -75,6 +76,17 @@ TEST_F(BadSerialAnswers, GarbageIsGivenUpAfterFourThousandBytes) {
   }
   EXPECT_EQ(captured(garbage), "missing");
   EXPECT_LT(took, milliseconds(10'000));
+}
+
+TEST_F(BadSerialAnswers, AnEndlessDripIsGivenUp) {
+  for (const char* const header : {"", "#6230454", "#9016000000"}) {
+    Reply drip{{{milliseconds(0), header}}};
+    for (int piece = 0; piece < 5000; ++piece) {
+      drip.pieces.push_back({milliseconds(900 * piece), "x"});
+    }
+    EXPECT_EQ(captured(drip), "missing");
+    EXPECT_LE(took, minutes(6)) << header;
+  }
 }
 
 TEST_F(BadSerialAnswers, AWholeScreenAtTheSlowestRateStillArrives) {
