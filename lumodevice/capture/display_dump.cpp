@@ -35,13 +35,33 @@ constexpr OverlayTable overlayTable(int plane) {
 constexpr OverlayTable kOverlay1 = overlayTable(1);
 constexpr OverlayTable kOverlay2 = overlayTable(2);
 
-/// Columns that are painted together: their dump bytes stay in the cache from row to row.
-constexpr int kTile = 64;
-static_assert(kScreenWidth % kTile == 0 && kScreenHeight % 4 == 0);
-
 /// The bytes of a point as the picture stores them, filled up to a size that is moved at once.
 using Point = std::array<std::uint8_t, 4>;
+using Points = std::array<Point, 256>;
 constexpr std::size_t kPointSize = 3;
+
+Points pointsOf(const ScreenPalette& palette) {
+  Points points{};
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    points[i] = {palette[i].rgbBlue, palette[i].rgbGreen, palette[i].rgbRed, 0};
+  }
+  return points;
+}
+
+/// Where the next points of four rows go.
+using FourPlaces = std::array<std::uint8_t*, 4>;
+
+/// Puts `Size` bytes of a point into each of the four rows. The byte beyond a point belongs to the
+/// next one, which is painted over it: only at the end of a row it must be left alone.
+template <std::size_t Size>
+void put(const Points& points, const FourRows& indexes, FourPlaces& places) {
+  for (std::size_t row = 0; row < indexes.size(); ++row) {
+    std::memcpy(places[row], points[indexes[row]].data(), Size);
+    places[row] += kPointSize;
+  }
+}
+
+static_assert(kScreenHeight % 4 == 0);
 
 }  // namespace
 
@@ -52,37 +72,29 @@ void DrawPalettePixel(toolkit::Picture& picture, const ScreenPalette& palette, i
 }
 
 void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::Picture& picture) {
-  std::array<Point, 256> points{};
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    points[i] = {palette[i].rgbBlue, palette[i].rgbGreen, palette[i].rgbRed, 0};
-  }
+  const Points points = pointsOf(palette);
   const auto base = dump.base();
   const auto overlay1 = dump.overlay(1);
   const auto overlay2 = dump.overlay(2);
-  const auto pictureRow = [&](int y) { return picture.row(y).data(); };
-  for (int right = kScreenWidth; right > 0; right -= kTile) {
-    for (int top = 0; top < kScreenHeight; top += 4) {
-      // Picture columns run against the dump's.
-      const std::size_t left = static_cast<std::size_t>(kScreenWidth - right) * kPointSize;
-      std::array<std::uint8_t*, 4> out{pictureRow(top) + left, pictureRow(top + 1) + left,
-                                       pictureRow(top + 2) + left, pictureRow(top + 3) + left};
-      const auto group = static_cast<std::size_t>((kScreenHeight - 4 - top) / 4) * kScreenWidth;
-      for (int x = right - 1; x >= right - kTile; --x) {
-        const auto column = static_cast<std::size_t>(x);
-        std::uint32_t rows = 0;
-        std::memcpy(&rows, &base[column * DisplayDump::kColumnSize + static_cast<std::size_t>(top)],
-                    sizeof rows);
-        const std::uint8_t above2 = overlay2[group + column];
-        const std::uint8_t above1 = overlay1[group + column];
-        rows = (rows & kOverlay2.keep[above2]) | kOverlay2.indexes[above2];
-        rows = (rows & kOverlay1.keep[above1]) | kOverlay1.indexes[above1];
-        const auto indexes = std::bit_cast<FourRows>(rows);
-        for (std::size_t row = 0; row < indexes.size(); ++row) {
-          std::memcpy(out[row], points[indexes[row]].data(), kPointSize);
-          out[row] += kPointSize;
-        }
-      }
+  for (int top = 0; top < kScreenHeight; top += 4) {
+    const auto firstRow = static_cast<std::size_t>(top);
+    const auto group = static_cast<std::size_t>((kScreenHeight - 4 - top) / 4) * kScreenWidth;
+    const auto column = [&](std::size_t x) {
+      std::uint32_t rows = 0;
+      std::memcpy(&rows, &base[x * DisplayDump::kColumnSize + firstRow], sizeof rows);
+      const std::uint8_t above2 = overlay2[group + x];
+      const std::uint8_t above1 = overlay1[group + x];
+      rows = (rows & kOverlay2.keep[above2]) | kOverlay2.indexes[above2];
+      rows = (rows & kOverlay1.keep[above1]) | kOverlay1.indexes[above1];
+      return std::bit_cast<FourRows>(rows);
+    };
+    FourPlaces places{picture.row(top).data(), picture.row(top + 1).data(),
+                      picture.row(top + 2).data(), picture.row(top + 3).data()};
+    // Picture columns run against the dump's.
+    for (std::size_t x = kScreenWidth - 1; x > 0; --x) {
+      put<sizeof(Point)>(points, column(x), places);
     }
+    put<kPointSize>(points, column(0), places);
   }
 }
 
