@@ -104,22 +104,25 @@ void FormattedIO::dropUnread() {
   ending_ = Ending::Open;
 }
 
-/// One read of at most `most` bytes onto the end of `input_`; what arrives before a failure stays
-/// there.
-void FormattedIO::fetch(std::size_t most) {
-  if (taken_ > 0) {
-    input_.erase(0, taken_);
-    taken_ = 0;
-  }
-  const std::size_t before = input_.size();
-  if (before + skipped_ >= kLargestMessage) {
+/// What may still come of a message of which `arrived` bytes were kept.
+std::size_t FormattedIO::room(std::size_t arrived) {
+  if (arrived + skipped_ >= kLargestMessage) {
     dropUnread();
     require(VI_ERROR_ALLOC, "reading a message of more than 16 MiB");
   }
-  input_.resize(before + std::min(most, kLargestMessage - before));
+  return kLargestMessage - arrived;
+}
+
+/// One read of at most `most` bytes onto the end of `bytes`; what arrives before a failure stays
+/// there.
+template <typename Bytes>
+void FormattedIO::readOnto(Bytes& bytes, std::size_t most) {
+  const std::size_t before = bytes.size();
+  bytes.resize(before + most);
   std::uint32_t count = 0;
-  const ViStatus status = session().read(std::span(input_).subspan(before), count);
-  input_.resize(before + count);
+  char* const place = reinterpret_cast<char*>(bytes.data()) + before;
+  const ViStatus status = session().read(std::span(place, most), count);
+  bytes.resize(before + count);
   require(status, "reading");
   if (status != VI_SUCCESS_MAX_CNT) {
     ending_ = status == VI_SUCCESS_TERM_CHAR ? Ending::TerminationCharacter : Ending::End;
@@ -127,6 +130,19 @@ void FormattedIO::fetch(std::size_t most) {
     ending_ = Ending::Open;
     if (count == 0) require(VI_ERROR_IO, "reading");
   }
+}
+
+/// One read onto the end of `input_`.
+void FormattedIO::fetch(std::size_t most) {
+  if (taken_ > 0) {
+    input_.erase(0, taken_);
+    taken_ = 0;
+  }
+  readOnto(input_, std::min(most, room(input_.size())));
+}
+
+void FormattedIO::refuseEnd() const {
+  if (ending_ == Ending::End) refuseBlock("the message ends inside it");
 }
 
 std::string FormattedIO::ReadString() {
@@ -145,11 +161,9 @@ std::string FormattedIO::ReadString() {
 /// Asks for exactly what is missing, because a link without END would wait for any byte more than
 /// the instrument sends. A termination character inside a block is data and ends nothing.
 void FormattedIO::fetchUntilUnread(std::size_t wanted) {
-  std::size_t piece = kFirstBlockPiece;
   while (unread().size() < wanted) {
-    if (ending_ == Ending::End) refuseBlock("the message ends inside it");
-    fetch(std::min(wanted - unread().size(), piece));
-    piece = std::min(piece * 2, kLargestReserve);
+    refuseEnd();
+    fetch(wanted - unread().size());
   }
 }
 
@@ -186,16 +200,38 @@ std::size_t FormattedIO::blockLengthAt(std::size_t& header) {
   return length;
 }
 
+/// The data behind the header go straight to their place, in pieces that grow with what the link
+/// delivers. After a failure all of the block is unread again.
+std::vector<std::uint8_t> FormattedIO::takeBlock(std::size_t header, std::size_t length) {
+  const std::string_view there = unread().substr(header, length);
+  const std::size_t kept = there.size();
+  std::vector<std::uint8_t> data;
+  data.reserve(std::min(length, kLargestReserve));
+  data.assign(there.begin(), there.end());
+  try {
+    for (std::size_t piece = kFirstBlockPiece; data.size() < length; piece *= 2) {
+      refuseEnd();
+      piece = std::min({piece, kLargestReserve, length - data.size()});
+      readOnto(data, std::min(piece, room(header + data.size())));
+    }
+  } catch (const VisaComFault&) {
+    // Of a message that is too long nothing is kept.
+    if (!input_.empty()) {
+      input_.append(data.begin() + static_cast<std::ptrdiff_t>(kept), data.end());
+    }
+    throw;
+  }
+  taken_ += header + kept;
+  return data;
+}
+
 std::vector<std::uint8_t> FormattedIO::ReadIEEEBlock(bool seekToBlock, bool flushToEnd) {
   session();
   skipped_ = 0;
   if (seekToBlock) seekBlock();
   std::size_t header = 0;
   const std::size_t length = blockLengthAt(header);
-  fetchUntilUnread(header + length);
-  const std::string_view bytes = unread().substr(header, length);
-  std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
-  taken_ += header + length;
+  std::vector<std::uint8_t> data = takeBlock(header, length);
   if (flushToEnd) {
     flushMessage();
   } else if (unread().empty() && ending_ != Ending::Open) {

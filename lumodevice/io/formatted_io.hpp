@@ -36,11 +36,17 @@ class FormattedIO : public FormattedIO488 {
   VisaSession& session();
   void beginWrite();
   void append(std::string_view data);
+  std::size_t room(std::size_t arrived);
+  template <typename Bytes>
+  void readOnto(Bytes& bytes, std::size_t most);
   void fetch(std::size_t most);
   void dropUnread();
+  /// Throws VisaComFault when the message that is read has ended.
+  void refuseEnd() const;
   [[nodiscard]] std::string_view unread() const { return std::string_view(input_).substr(taken_); }
   void fetchUntilUnread(std::size_t wanted);
   std::size_t blockLengthAt(std::size_t& header);
+  std::vector<std::uint8_t> takeBlock(std::size_t header, std::size_t length);
   void seekBlock();
   void flushMessage();
 

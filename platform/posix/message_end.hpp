@@ -24,6 +24,8 @@ class MessageEnd {
   /// A message has begun and its end was not seen yet.
   [[nodiscard]] bool insideMessage() const { return state_ != State::Start; }
   [[nodiscard]] bool insideBlock() const { return state_ == State::Data; }
+  /// The data bytes that the block still has; 0 outside of one.
+  [[nodiscard]] std::size_t blockBytesLeft() const { return insideBlock() ? dataLeft_ : 0; }
 
  private:
   enum class State { Start, Mark, Length, Data, Text };

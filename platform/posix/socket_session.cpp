@@ -15,9 +15,9 @@ namespace lumodevice::posix {
 namespace {
 
 constexpr std::uint32_t kLeastConnectTimeout = 2000;
-constexpr std::size_t kReceiveSize = std::size_t{64} << 10;
+constexpr std::size_t kReceiveSize = std::size_t{16} << 10;
 /// What is discarded at most before a write: a peer that never stops sending must not hold it up.
-constexpr int kMostDiscards = 256;
+constexpr int kMostDiscards = 1024;
 
 void switchOn(int socket, int level, int option) {
   const int on = 1;
@@ -128,11 +128,26 @@ io::ViStatus SocketSession::read(std::span<char> buffer, std::uint32_t& count) {
   io::ViStatus status = io::VI_SUCCESS;
   Wait wait(settings().timeout);
   while (!takeBuffered(buffer, count, status)) {
-    status = receive(wait);
+    std::size_t size = 0;
+    const std::span<char> rest = buffer.subspan(count);
+    if (goesStraightInto(rest)) {
+      status = receive(rest, size, wait);
+      message_.take({rest.data(), size});
+      count += static_cast<std::uint32_t>(size);
+    } else {
+      status = receive(received_, size, wait);
+      begin_ = 0;
+      end_ = size;
+    }
     if (status == io::VI_ERROR_TMO) answerMayBeLate_ = true;
     if (status < 0) return status;
   }
   return status;
+}
+
+/// Where nothing but data of a block can come, and no character ends the read.
+bool SocketSession::goesStraightInto(std::span<char> rest) const {
+  return !settings().terminatorEnabled && rest.size() <= message_.blockBytesLeft();
 }
 
 /// Moves what has been received into the rest of `buffer`; true when that completes the read.
@@ -176,18 +191,16 @@ void SocketSession::skipLineFeed() {
   if (received_[begin_] == '\n') ++begin_;
 }
 
-/// One successful receive into the empty buffer.
-io::ViStatus SocketSession::receive(Wait& wait) {
-  begin_ = end_ = 0;
+/// One successful receive of `size` bytes, or none.
+io::ViStatus SocketSession::receive(std::span<char> room, std::size_t& size, Wait& wait) {
   while (true) {
-    const ssize_t size =
-        ::recv(socket_.get(), received_.data(), received_.size(), wait.receiveFlags());
-    if (size > 0) {
-      end_ = static_cast<std::size_t>(size);
+    const ssize_t count = ::recv(socket_.get(), room.data(), room.size(), wait.receiveFlags());
+    if (count > 0) {
+      size = static_cast<std::size_t>(count);
       wait.received();
       return io::VI_SUCCESS;
     }
-    if (size == 0) return io::VI_ERROR_CONN_LOST;
+    if (count == 0) return io::VI_ERROR_CONN_LOST;
     const bool interrupted = errno == EINTR;
     if (!interrupted && !wouldBlock(errno)) return transferStatus(errno);
     if (!wait.again(socket_.get(), interrupted)) return io::VI_ERROR_TMO;

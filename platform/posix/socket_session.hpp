@@ -43,7 +43,8 @@ class SocketSession : public InstrumentSession {
 
   [[nodiscard]] bool takeBuffered(std::span<char> buffer, std::uint32_t& count,
                                   io::ViStatus& status);
-  [[nodiscard]] io::ViStatus receive(Wait& wait);
+  [[nodiscard]] bool goesStraightInto(std::span<char> rest) const;
+  [[nodiscard]] io::ViStatus receive(std::span<char> room, std::size_t& size, Wait& wait);
   void skipLineFeed();
   void discardUnread();
 
