@@ -1,6 +1,7 @@
 #include "platform/posix/socket_session.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <netdb.h>
@@ -9,15 +10,16 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
+#include <sys/uio.h>
 
 namespace lumodevice::posix {
 
 namespace {
 
 constexpr std::uint32_t kLeastConnectTimeout = 2000;
-constexpr std::size_t kReceiveSize = std::size_t{16} << 10;
+constexpr std::size_t kReceiveSize = std::size_t{8} << 10;
 /// What is discarded at most before a write: a peer that never stops sending must not hold it up.
-constexpr int kMostDiscards = 1024;
+constexpr int kMostDiscards = 2048;
 
 void switchOn(int socket, int level, int option) {
   const int on = 1;
@@ -128,17 +130,12 @@ io::ViStatus SocketSession::read(std::span<char> buffer, std::uint32_t& count) {
   io::ViStatus status = io::VI_SUCCESS;
   Wait wait(settings().timeout);
   while (!takeBuffered(buffer, count, status)) {
-    std::size_t size = 0;
     const std::span<char> rest = buffer.subspan(count);
-    if (goesStraightInto(rest)) {
-      status = receive(rest, size, wait);
-      message_.take({rest.data(), size});
-      count += static_cast<std::uint32_t>(size);
-    } else {
-      status = receive(received_, size, wait);
-      begin_ = 0;
-      end_ = size;
-    }
+    const std::span<char> straight = goesStraightInto(rest) ? rest : std::span<char>();
+    std::size_t size = 0;
+    status = receive(straight, size, wait);
+    message_.take({straight.data(), size});
+    count += static_cast<std::uint32_t>(size);
     if (status == io::VI_ERROR_TMO) answerMayBeLate_ = true;
     if (status < 0) return status;
   }
@@ -191,12 +188,21 @@ void SocketSession::skipLineFeed() {
   if (received_[begin_] == '\n') ++begin_;
 }
 
-/// One successful receive of `size` bytes, or none.
-io::ViStatus SocketSession::receive(std::span<char> room, std::size_t& size, Wait& wait) {
+/// One successful receive into `straight`, of which `size` bytes are then filled; what goes beyond
+/// them comes into the empty buffer.
+io::ViStatus SocketSession::receive(std::span<char> straight, std::size_t& size, Wait& wait) {
+  std::array<iovec, 2> rooms{{{.iov_base = straight.data(), .iov_len = straight.size()},
+                              {.iov_base = received_.data(), .iov_len = received_.size()}}};
+  msghdr message{};
+  message.msg_iov = rooms.data();
+  message.msg_iovlen = rooms.size();
+  begin_ = end_ = 0;
   while (true) {
-    const ssize_t count = ::recv(socket_.get(), room.data(), room.size(), wait.receiveFlags());
+    const ssize_t count = ::recvmsg(socket_.get(), &message, wait.receiveFlags());
     if (count > 0) {
-      size = static_cast<std::size_t>(count);
+      const auto all = static_cast<std::size_t>(count);
+      size = std::min(all, straight.size());
+      end_ = all - size;
       wait.received();
       return io::VI_SUCCESS;
     }

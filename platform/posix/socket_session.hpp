@@ -44,7 +44,7 @@ class SocketSession : public InstrumentSession {
   [[nodiscard]] bool takeBuffered(std::span<char> buffer, std::uint32_t& count,
                                   io::ViStatus& status);
   [[nodiscard]] bool goesStraightInto(std::span<char> rest) const;
-  [[nodiscard]] io::ViStatus receive(std::span<char> room, std::size_t& size, Wait& wait);
+  [[nodiscard]] io::ViStatus receive(std::span<char> straight, std::size_t& size, Wait& wait);
   void skipLineFeed();
   void discardUnread();
 
