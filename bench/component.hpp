@@ -19,13 +19,17 @@ namespace bench {
 class Component {
  public:
   explicit Component(lumodevice::toolkit::EventLoop& loop) : Component(loop, nullptr) {}
+  /// With a drive C: of the caller's.
+  Component(lumodevice::toolkit::EventLoop& loop, lumodevice::io::Drive& drive)
+      : Component(loop, nullptr, &drive) {}
   /// With a layer between the component and the VISA library.
-  Component(lumodevice::toolkit::EventLoop& loop, lumodevice::io::Visa* layer)
+  Component(lumodevice::toolkit::EventLoop& loop, lumodevice::io::Visa* layer,
+            lumodevice::io::Drive* drive = nullptr)
       : zan({.loop = loop,
              .visa = layer == nullptr ? visa_ : *layer,
              .visaCom = visaCom_,
              .serialDevices = serial_,
-             .drive = drive_,
+             .drive = drive == nullptr ? noDrive_ : *drive,
              .wallClock = clock_,
              .informationBox = [](std::string_view) {}}) {}
 
@@ -48,7 +52,7 @@ class Component {
   lumodevice::posix::BuiltinVisa visa_;
   lumodevice::io::VisaComOverVisa visaCom_{visa_};
   lumodevice::posix::TermiosDevices serial_;
-  lumodevice::posix::FolderDrive drive_{"/nonexistent"};
+  lumodevice::posix::FolderDrive noDrive_{"/nonexistent"};
   lumodevice::posix::SystemWallClock clock_;
 
  public:

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <span>
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -25,6 +26,18 @@ class RawSocket {
   ~RawSocket() { close(descriptor_); }
   RawSocket(const RawSocket&) = delete;
   RawSocket& operator=(const RawSocket&) = delete;
+
+  /// Receives an answer of a known size.
+  void fetch(std::string_view line, std::span<char> answer) const {
+    (void)!send(descriptor_, line.data(), line.size(), 0);
+    while (!answer.empty()) {
+      const ssize_t count = recv(descriptor_, answer.data(), answer.size(), 0);
+      if (count <= 0) {
+        return;
+      }
+      answer = answer.subspan(static_cast<std::size_t>(count));
+    }
+  }
 
   void exchange(std::string_view line) const {
     char buffer[80];

@@ -7,6 +7,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -26,7 +27,25 @@ constexpr Answer kAnswers[] = {{"*IDN?", "LUMO,ZAN-BENCH,1,1.0\n"},
                                {":Mode?", "CCH\n"},
                                {"", "1.234\n"}};
 
+/// A definite-length block whose data hold every byte.
+std::string block(std::size_t size) {
+  const std::string length = std::to_string(size);
+  std::string text = "#" + std::to_string(length.size()) + length;
+  for (std::size_t i = 0; i < size; ++i) {
+    text += static_cast<char>(i);
+  }
+  return text + '\n';
+}
+
 std::string_view answerTo(std::string_view line) {
+  static const std::string settings = block(kSettingsSize);
+  static const std::string dump = block(kDumpSize);
+  if (line.starts_with(":SYST:SET?")) {
+    return settings;
+  }
+  if (line.starts_with(":DISP:OUTP?")) {
+    return dump;
+  }
   for (const Answer& answer : kAnswers) {
     if (line.starts_with(answer.command)) {
       return answer.text;

@@ -1,9 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <sys/types.h>
 
 namespace bench {
+
+/// Data bytes of the blocks that answer ":SYST:SET?" and ":DISP:OUTP?".
+inline constexpr std::size_t kSettingsSize = 5580;
+inline constexpr std::size_t kDumpSize = 122880;
 
 /// A child process that answers each received line that holds "?" with a fixed text: the cheapest
 /// instrument there is. Ends with the object.
