@@ -1,6 +1,7 @@
 // Runs a fuzzer where libFuzzer is not at hand: over seed files (the arguments), and over random
 // inputs that are the same in every run. With --verbose as the first argument every input is
-// written out before it runs, so that the last one written is the one that fails.
+// written out before it runs, so that the last one written is the one that fails; --inputs=N, the
+// first argument or the next, makes it N random inputs.
 
 #include <algorithm>
 #include <cstddef>
@@ -110,11 +111,18 @@ int main(int argc, char** argv) {
   const bool verbose = !arguments.empty() && arguments.front() == "--verbose";
   if (verbose) arguments.erase(arguments.begin());
 
+  int count = kInputs;
+  constexpr std::string_view kCount = "--inputs=";
+  if (!arguments.empty() && arguments.front().starts_with(kCount)) {
+    count = std::stoi(arguments.front().substr(kCount.size()));
+    arguments.erase(arguments.begin());
+  }
+
   std::vector<std::string> seeds;
   std::transform(arguments.begin(), arguments.end(), std::back_inserter(seeds), contents);
   for (const std::string& seed : seeds) run(seed, verbose);
   run("", verbose);
 
   Inputs inputs(std::move(seeds));
-  for (int input = 0; input < kInputs; ++input) run(inputs.next(), verbose);
+  for (int input = 0; input < count; ++input) run(inputs.next(), verbose);
 }
