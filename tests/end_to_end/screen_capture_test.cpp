@@ -1,0 +1,140 @@
+#include <algorithm>
+#include <array>
+#include <gtest/gtest.h>
+
+#include "lumodevice/toolkit/pictures.hpp"
+#include "lumodevice/toolkit/timer.hpp"
+#include "platform/posix/serial_devices.hpp"
+#include "platform/posix/visa_library.hpp"
+#include "simulator/screen_dump.hpp"
+#include "simulator/simulated_serial.hpp"
+#include "tests/end_to_end/simulated_bench.hpp"
+#include "tests/simulator/screen_decoder.hpp"
+
+namespace lumodevice::end_to_end {
+namespace {
+
+using zansim::tests::paintedFromPlanes;
+using zansim::tests::readFromBitmap;
+
+constexpr const char* kDump = "DispOutD.dat";
+constexpr const char* kBitmap = "ZAN.bmp";
+constexpr std::size_t kDumpSize = 122880;
+constexpr std::size_t kBitmapSize = 230454;
+
+/// The converted dump is the picture that the dump shows.
+void expectConversion(const RealPanel& panel) {
+  const std::string dump = panel.file(kDump).value_or("");
+  const std::string bitmap = panel.file(kBitmap).value_or("");
+  ASSERT_EQ(dump.size(), kDumpSize);
+  ASSERT_EQ(bitmap.size(), kBitmapSize);
+  EXPECT_NE(std::ranges::count(dump, dump[0]), std::ssize(dump)) << "an empty screen";
+  EXPECT_TRUE(readFromBitmap(bitmap) == paintedFromPlanes(dump));
+}
+
+/// Two components at the same simulated load and in the same virtual time: one over VISA COM, one
+/// on its USB virtual serial port.
+struct SimulatedScreen : testing::Test {
+  SimulatedScreen() {
+    EXPECT_TRUE(overVisa.zan().AutoConnect());
+    ports.plug(1, bench.instrument);
+    overSerial.click("optConnRS232");
+    overSerial.type("Text1", "1");
+    overSerial.select("Combo2", 0);
+    overSerial.click("Command2");
+    EXPECT_TRUE(overSerial.zan().isConnected());
+    for (RealPanel* const panel : {&overVisa, &overSerial}) {
+      panel->control<toolkit::Timer>("Timer2").setEnabled(false);
+    }
+  }
+
+  void send(std::string_view command) { overVisa.zan().SendCmd(command); }
+  [[nodiscard]] zansim::Picture screen() {
+    return zansim::drawScreen(bench.instrument.mainframe, bench.loop.now());
+  }
+  void turnPage() { bench.instrument.mainframe.turnPage(); }
+
+  SimulatedBench bench{Variant::VisaCom};
+  zansim::SimulatedSerialDevices ports{bench.clock};
+  RealPanel& overVisa = bench.panel;
+  RealPanel overSerial{bench.loop, bench.visa, ports};
+};
+
+constexpr std::array kScenes{"*RST", ":CHAN 4", ":MODE CV", ":LOAD ON", ":CHAN 5", ":LOAD ON"};
+
+TEST_F(SimulatedScreen, ADumpThatIsConvertedIsTheInstrumentsOwnBitmap) {
+  for (const char* const scene : kScenes) {
+    send(scene);
+    for (int page = 0; page < 2; ++page) {
+      const auto moment = bench.loop.now();
+      ASSERT_TRUE(overVisa.zan().GetBMPFile()) << scene;
+      ASSERT_EQ(bench.loop.now(), moment) << "both captures are of one moment";
+      ASSERT_TRUE(overSerial.zan().GetBMPFile()) << scene;
+      expectConversion(overVisa);
+      EXPECT_TRUE(overVisa.file(kBitmap).value_or("") == overSerial.file(kBitmap).value_or(""))
+          << scene;
+      turnPage();
+    }
+  }
+}
+
+TEST_F(SimulatedScreen, ARawDumpOverAFastSerialPortIsTheDumpWithItsHeader) {
+  const std::string planes = zansim::planes(screen());
+  overSerial.click("cmdGetCTRLScrn");
+  const std::string dump = overSerial.file(kDump).value_or("");
+  EXPECT_TRUE(dump.starts_with("#6122880"));
+  EXPECT_TRUE(dump.substr(8, kDumpSize) == planes);
+}
+
+TEST_F(SimulatedScreen, NoScreenHasMoreValuesThanACaptureTakes) {
+  for (const char* const scene : kScenes) {
+    send(scene);
+    for (int page = 0; page < 2; ++page) {
+      overSerial.click("cmdGetCTRLScrn");
+      std::string points = overSerial.file(kDump).value_or("").substr(0, 76800);
+      std::ranges::sort(points);
+      const auto rest = std::ranges::unique(points);
+      EXPECT_LE(rest.begin() - points.begin(), 51) << scene;
+      turnPage();
+    }
+  }
+}
+
+TEST_F(SimulatedScreen, ThePictureIsShownInThePanel) {
+  overVisa.click("cmdGetBMPFile");
+  const auto& picture = overVisa.control<toolkit::PictureBox>("Picture1").picture();
+  ASSERT_NE(picture, nullptr);
+  EXPECT_EQ(picture, overVisa.control<toolkit::Image>("Image1").picture());
+  const auto file = picture->bitmap();
+  EXPECT_TRUE(std::string(file.begin(), file.end()) == zansim::bitmap(screen()));
+}
+
+TEST(CapturedScreen, ComesThroughALibraryThatIsLoaded) {
+  const posix::VisaLibraryResult loaded = posix::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
+  ASSERT_NE(loaded.library, nullptr);
+  toolkit::VirtualLoop loop;
+  posix::TermiosDevices devices{{{1, "/nowhere"}}};
+  RealPanel panel(loop, *loaded.library, devices);
+  panel.click("optVisa2");
+  ASSERT_TRUE(panel.zan().AutoConnect());
+  EXPECT_TRUE(panel.zan().GetBMPFile());
+  expectConversion(panel);
+}
+
+TEST(CapturedScreen, ComesThroughASocket) {
+  LoadOnSocket load;
+  support::ScaledLoop loop;
+  posix::BuiltinVisa visa;
+  posix::TermiosDevices devices{{{1, "/nowhere"}}};
+  RealPanel panel(loop, visa, devices);
+  panel.click("optVisa2");
+  panel.type("cmbVISARes", load.resource());
+  panel.click("cmdConnVISA");
+  ASSERT_TRUE(panel.zan().isConnected());
+  EXPECT_TRUE(panel.zan().GetBMPFile());
+  expectConversion(panel);
+  EXPECT_EQ(panel.ask(":CHAN?"), "1") << "nothing of the block is left";
+}
+
+}  // namespace
+}  // namespace lumodevice::end_to_end
