@@ -264,6 +264,28 @@ TEST_F(FormattedIOTest, aBlockThatTimesOutKeepsWhatArrivedForAnotherTry) {
   EXPECT_EQ(readBlock(), "abcde");
 }
 
+TEST_F(FormattedIOTest, aLongBlockThatTimesOutTwiceIsCompletedByTheThirdTry) {
+  std::string data;
+  for (int i = 0; i < 300'000; ++i) data += static_cast<char>(i * 7);
+  visa.answers = {{"#6300000" + data.substr(0, 100'000), VI_ERROR_TMO},
+                  {data.substr(100'000, 150'000), VI_ERROR_TMO},
+                  {data.substr(250'000) + "\n", VI_SUCCESS}};
+  EXPECT_EQ(blockFault(), kTimedOut);
+  EXPECT_EQ(blockFault(), kTimedOut);
+  EXPECT_TRUE(readBlock() == data);
+  visa.answer("next\n");
+  EXPECT_EQ(formatted->ReadString(), "next\n");
+}
+
+TEST_F(FormattedIOTest, aBlockBeyondSixteenMebibytesIsGivenUpAndForgotten) {
+  visa.answers = {{"#820000000" + std::string(20'000'000, 'x'), VI_SUCCESS}};
+  EXPECT_EQ(blockFault(), kTooLong);
+  EXPECT_THAT(visa.asked, Each(Le(std::size_t{1} << 20)));
+  visa.answers.clear();
+  visa.answer("next\n");
+  EXPECT_EQ(formatted->ReadString(), "next\n");
+}
+
 TEST_F(FormattedIOTest, seekingSkipsToTheBlockThroughWholeMessages) {
   visa.answers = {{"junk\n", VI_SUCCESS}, {"more #12ab\n", VI_SUCCESS}};
   EXPECT_EQ(readBlock(true), "ab");

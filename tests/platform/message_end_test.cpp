@@ -66,6 +66,27 @@ TEST(MessageEnd, knowsWhetherAMessageIsUnderWay) {
   EXPECT_FALSE(end.insideMessage());
 }
 
+TEST(MessageEnd, knowsWhatABlockStillHas) {
+  MessageEnd end;
+  EXPECT_EQ(end.blockBytesLeft(), 0U);
+  end.take("#1");
+  EXPECT_EQ(end.blockBytesLeft(), 0U);
+  end.take("5");
+  EXPECT_EQ(end.blockBytesLeft(), 5U);
+  end.take("\n\n");
+  EXPECT_EQ(end.blockBytesLeft(), 3U);
+  end.take("abc");
+  EXPECT_EQ(end.blockBytesLeft(), 0U);
+  end.take("#15");
+  EXPECT_EQ(end.blockBytesLeft(), 0U) << "behind the block stands text";
+  end.take("\n#15x");
+  EXPECT_EQ(end.blockBytesLeft(), 0U) << "a message goes on at the next call";
+  end.take("#15x");
+  EXPECT_EQ(end.blockBytesLeft(), 4U);
+  end.restart();
+  EXPECT_EQ(end.blockBytesLeft(), 0U);
+}
+
 /// Messages, bytes without any order, and the pieces in which they arrive; all follow from the
 /// seed.
 class Stream {

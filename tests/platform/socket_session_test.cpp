@@ -1,5 +1,6 @@
 #include "platform/posix/socket_session.hpp"
 
+#include <algorithm>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <netinet/tcp.h>
@@ -271,6 +272,65 @@ TEST(SocketSession, hugeAnswersComeWhole) {
   const std::string answer = "#7" + std::to_string(data.size()) + data + "\n";
   Exchange link([&](PeerConnection& peer) { peer.send(answer); });
   EXPECT_EQ(link.read(answer.size() + 100, VI_SUCCESS), answer);
+}
+
+/// A block whose data hold every byte, read as its length tells.
+struct LongBlock {
+  explicit LongBlock(std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) data += static_cast<char>(i * 7);
+    bytes = "#6" + std::to_string(size) + data;
+  }
+  std::string data;
+  std::string bytes;
+};
+
+TEST(SocketSession, theDataOfABlockComeInReadsOfAnySize) {
+  const LongBlock block(300'000);
+  for (const std::size_t size : {1'000U, 60'000U, 299'999U, 300'000U}) {
+    Exchange link([&](PeerConnection& peer) {
+      peer.send(block.bytes + "\nnext\n");
+      peer.awaitClose();
+    });
+    EXPECT_EQ(link.read(8, VI_SUCCESS_MAX_CNT), "#6300000");
+    std::string data;
+    while (data.size() < block.data.size()) {
+      data += link.read(std::min(size, block.data.size() - data.size()), VI_SUCCESS_MAX_CNT);
+    }
+    EXPECT_TRUE(data == block.data) << size;
+    EXPECT_EQ(link.read(80, VI_SUCCESS), "\n");
+    EXPECT_EQ(link.read(80, VI_SUCCESS), "next\n") << size;
+  }
+}
+
+TEST(SocketSession, theTerminationCharacterEndsReadsOfABlocksDataToo) {
+  const LongBlock block(100'000);
+  Exchange link([&](PeerConnection& peer) {
+    peer.send(block.bytes + "\n");
+    peer.awaitClose();
+  });
+  link.set(io::VI_ATTR_TERMCHAR, 14);
+  link.set(io::VI_ATTR_TERMCHAR_EN, 1);
+  EXPECT_EQ(link.read(8, VI_SUCCESS_MAX_CNT), "#6100000");
+  std::string data = link.read(block.data.size(), VI_SUCCESS_TERM_CHAR);
+  EXPECT_EQ(data, block.data.substr(0, 3));
+  while (data.size() + 256 < block.data.size()) {
+    data += link.read(block.data.size() - data.size(), VI_SUCCESS_TERM_CHAR);
+  }
+  EXPECT_TRUE(block.data.starts_with(data));
+}
+
+TEST(SocketSession, theDataOfABlockThatStallsAreHandedOverAndCompletedByTheNextRead) {
+  const LongBlock block(200'000);
+  Exchange link(
+      [&](PeerConnection& peer) {
+        peer.send(block.bytes.substr(0, 150'000));
+        (void)peer.line();
+        peer.awaitClose();
+      },
+      200);
+  EXPECT_EQ(link.read(8, VI_SUCCESS_MAX_CNT), "#6200000");
+  EXPECT_TRUE(link.read(200'000, VI_ERROR_TMO) == block.data.substr(0, 149'992));
+  EXPECT_EQ(link.read(50'008, VI_ERROR_TMO), "");
 }
 
 TEST(SocketSession, hugeWritesGoOutWhole) {
