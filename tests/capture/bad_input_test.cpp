@@ -29,13 +29,13 @@ struct BadSerialAnswers : testing::Test {
   /// The bitmap's file after a capture that must report whether there is one.
   std::string captured(const Reply& reply) {
     CaptureParts parts;
-    parts.openSerial();
+    parts.useSerial();
     parts.putFile("other", "");
     parts.bench.instrument.on(":DISP:COL?", reply);
     const bool done = parts.capture.CaptureScreenSerial(kBitmap, ScreenCapture::kColourBitmap);
     std::string file = parts.file("Screen.bmp");
     EXPECT_EQ(done, file != "missing");
-    EXPECT_EQ(parts.serialIsBinary(), !done);
+    EXPECT_EQ(parts.binary(), !done);
     took = parts.bench.loop.now();
     return file;
   }

@@ -30,7 +30,7 @@ struct CaptureButtons : testing::Test {
 
   /// Over VISA COM the script gives the data of a block alone.
   void openVisaCom() {
-    parts.openVisaCom(kUsb);
+    parts.useVisaCom(kUsb);
     parts.bench.instrument.on(":DISP:COL?", bitmapText(pattern(20, 10)));
   }
   void click(toolkit::CommandButton& button) { ASSERT_TRUE(toolkit::hand::click(button)); }
@@ -49,7 +49,7 @@ const char* const kShown =
     "Image1 in front\n";
 
 TEST_F(CaptureButtons, TheBitmapIsSavedUnderTheTimeAndShown) {
-  parts.openSerial();
+  parts.useSerial();
   click(form.cmdGetBMPFile);
   EXPECT_EQ(parts.journal(), std::string("createFolder C:\\temp\n"
                                          "COM3 write :DISP:COL?\\n\n"
@@ -148,7 +148,7 @@ TEST_F(CaptureButtons, TheDumpIsSavedAndNotConverted) {
 }
 
 TEST_F(CaptureButtons, TheDumpOverTheSerialPortIsKeptAsItComes) {
-  parts.openSerial();
+  parts.useSerial();
   click(form.cmdGetCTRLScrn);
   EXPECT_EQ(parts.journal(),
             "createFolder C:\\temp\n"
@@ -212,7 +212,7 @@ TEST_F(CaptureButtons, AFullDiskKeepsTheShownPictureAndNoBitmap) {
 
 TEST_F(CaptureButtons, WithAFileInPlaceOfTheFolderNothingIsAsked) {
   (void)parts.bench.drive.content("C:\\temp");
-  parts.openSerial();
+  parts.useSerial();
   for (toolkit::CommandButton* const button :
        {&form.cmdGetBMPFile, &form.cmdGetCTRLScrn, &form.cmdWork}) {
     click(*button);
@@ -223,7 +223,7 @@ TEST_F(CaptureButtons, WithAFileInPlaceOfTheFolderNothingIsAsked) {
 }
 
 TEST_F(CaptureButtons, TheHostsBitmapIsTheInstrumentsOnTheSerialPort) {
-  parts.openSerial();
+  parts.useSerial();
   EXPECT_TRUE(parts.capture.GetBMPFile());
   EXPECT_EQ(parts.file("ZAN.bmp"), bitmapText(pattern(20, 10)));
   EXPECT_EQ(form.Picture1.picture(), nullptr);
@@ -257,7 +257,7 @@ TEST_F(CaptureButtons, WithoutALinkTheHostGetsNoBitmap) {
 
 /// A capture in whose first wait another button is clicked.
 struct ClickInsideACapture : CaptureButtons {
-  ClickInsideACapture() { parts.openSerial(); }
+  ClickInsideACapture() { parts.useSerial(); }
 
   /// Clicks `inner` 100 ms after `outer`.
   void clickInside(toolkit::CommandButton& outer, toolkit::CommandButton& inner) {
@@ -286,7 +286,7 @@ TEST_F(ClickInsideACapture, AMemoryFileFindsTheFileNumberTaken) {
 TEST_F(ClickInsideACapture, ASecondDumpEndsAtItsFileAndTheFirstGoesOn) {
   clickInside(form.cmdGetCTRLScrn, form.cmdGetCTRLScrn);
   EXPECT_TRUE(bytesOf(parts.file("DispOutD.dat")) == colouredDump(3));
-  EXPECT_FALSE(parts.serialIsBinary());
+  EXPECT_FALSE(parts.binary());
 }
 
 TEST_F(ClickInsideACapture, AConversionReadsTheDumpThatIsBeingWritten) {
@@ -314,7 +314,7 @@ TEST_F(ClickInsideACapture, ClosingThePortEndsTheCapture) {
   parts.putFile("DispOutD.dat", "old");
   for (toolkit::CommandButton* const outer : {&form.cmdGetBMPFile, &form.cmdGetCTRLScrn}) {
     parts.link.closeSerialPort();
-    parts.openSerial();
+    parts.useSerial();
     form.Command2.click.handle([this] { parts.link.closeSerialPort(); });
     clickInside(*outer, form.Command2);
     EXPECT_EQ(parts.file("DispOutD.dat"), "old");

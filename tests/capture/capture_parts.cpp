@@ -11,7 +11,6 @@ namespace lumodevice::capture {
 
 namespace {
 
-constexpr int kPort = 3;
 constexpr int kAnyFault = 61;
 
 std::string path(std::string_view name) {
@@ -43,25 +42,6 @@ CaptureParts::CaptureParts() {
 
 CaptureParts::~CaptureParts() {
   form.surface().detach(*this);
-}
-
-void CaptureParts::openSerial() {
-  bench.serial.ports[kPort].instrument = &bench.instrument;
-  form.optConnRS232.setValue(true);
-  link.MSComm1.setCommPort(kPort);
-  link.MSComm1.setSettings("38400");
-  link.MSComm1.setPortOpen(true);
-  bench.journal();
-}
-
-void CaptureParts::openVisaCom(std::string_view resource) {
-  bench.visaCom.instruments[std::string(resource)] = &bench.instrument;
-  form.optVisa2.setValue(true);
-  form.cmbVISARes.setText(resource);
-  form.txtVISATimeout.setText("321");
-  link.devZAN = bench.visaCom.createFormattedIO488();
-  link.devZAN->setIO(bench.visaCom.createResourceManager()->Open(resource, 0, 2000, ""));
-  bench.journal();
 }
 
 std::string CaptureParts::file(std::string_view name) {

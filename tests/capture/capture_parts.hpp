@@ -21,13 +21,6 @@ struct CaptureParts : link::LinkParts, private toolkit::View {
   CaptureParts(const CaptureParts&) = delete;
   CaptureParts& operator=(const CaptureParts&) = delete;
 
-  void openSerial();
-  /// Selects optVisa2; the name is that of the session and of the text in cmbVISARes.
-  void openVisaCom(std::string_view resource);
-
-  [[nodiscard]] bool serialIsBinary() const {
-    return link.MSComm1.InputMode() == io::SerialPort::InputModes::Binary;
-  }
   /// The content of a file of "c:\temp"; "missing" when there is none.
   [[nodiscard]] std::string file(std::string_view name);
   void putFile(std::string_view name, std::string_view content);

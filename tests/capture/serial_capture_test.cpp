@@ -15,7 +15,7 @@ constexpr std::string_view kBitmap = "c:\\temp\\Screen.bmp";
 
 struct SerialCapture : testing::Test {
   SerialCapture() {
-    parts.openSerial();
+    parts.useSerial();
     parts.putFile("other", "");
   }
 
@@ -40,7 +40,7 @@ TEST_F(SerialCapture, ARawDumpIsWrittenPieceByPieceUntilNothingComes) {
   EXPECT_EQ(parts.file("DispOutD.dat"),
             std::string(40000, 'a') + std::string(30000, 'b') + std::string(6800, 'c') + "d");
   EXPECT_THAT(parts.capture.seenValues().values(), ElementsAre('a', 'b', 'c'));
-  EXPECT_FALSE(parts.serialIsBinary());
+  EXPECT_FALSE(parts.binary());
 }
 
 TEST_F(SerialCapture, ARawDumpKeepsItsHeader) {
@@ -65,14 +65,14 @@ TEST_F(SerialCapture, ARawDumpIsWaitedForOneSecondOnly) {
   instrument.on(":DISP:OUTP?", support::answer(std::string(80000, 'x'), milliseconds(1001)));
   EXPECT_FALSE(parts.capture.CaptureRawDump(kDump, ScreenCapture::kRawDump));
   EXPECT_EQ(parts.file("DispOutD.dat"), "");
-  EXPECT_TRUE(parts.serialIsBinary());
+  EXPECT_TRUE(parts.binary());
 }
 
 TEST_F(SerialCapture, ARawDumpOfFewerBytesThanPointsIsReportedAndKept) {
   instrument.on(":DISP:OUTP?", std::string(76799, 'x'));
   EXPECT_FALSE(parts.capture.CaptureRawDump(kDump, ScreenCapture::kRawDump));
   EXPECT_EQ(parts.file("DispOutD.dat").size(), 76799U);
-  EXPECT_TRUE(parts.serialIsBinary());
+  EXPECT_TRUE(parts.binary());
 }
 
 TEST_F(SerialCapture, ARawDumpOfMoreValuesThanAScreenHasIsReportedAndKept) {
@@ -110,7 +110,7 @@ TEST_F(SerialCapture, AColourBitmapIsTheDataOfItsBlock) {
   EXPECT_EQ(parts.journal(), support::lines({"COM3 write :DISP:COL?\\n", "pass", "sleep 1500",
                                              "open c:\\temp\\Screen.bmp", "put 10 bytes"}));
   EXPECT_EQ(parts.file("Screen.bmp"), "BM#\n\r data");
-  EXPECT_FALSE(parts.serialIsBinary());
+  EXPECT_FALSE(parts.binary());
 }
 
 TEST_F(SerialCapture, EveryModeButTheRawDumpIsAColourBitmap) {
@@ -129,7 +129,7 @@ TEST_F(SerialCapture, AColourBitmapInAnyPiecesIsTheSame) {
   for (std::size_t first = 0; first <= answer.size(); ++first) {
     for (std::size_t second = first; second <= answer.size(); ++second) {
       CaptureParts fresh;
-      fresh.openSerial();
+      fresh.useSerial();
       fresh.putFile("Screen.bmp", "an old bitmap that is longer");
       fresh.bench.instrument.on(
           ":DISP:COL?", Reply{{Piece{milliseconds(1400), answer.substr(0, first)},
@@ -153,7 +153,7 @@ TEST_F(SerialCapture, AfterASecondOfSilenceABitmapIsGivenUp) {
   EXPECT_FALSE(parts.capture.CaptureScreenSerial(kBitmap, ScreenCapture::kColourBitmap));
   EXPECT_EQ(parts.bench.loop.now(), milliseconds(2500));
   EXPECT_EQ(parts.file("Screen.bmp"), "old");
-  EXPECT_TRUE(parts.serialIsBinary());
+  EXPECT_TRUE(parts.binary());
 }
 
 TEST_F(SerialCapture, AShorterBitmapReplacesTheWholeFile) {
@@ -167,7 +167,7 @@ TEST_F(SerialCapture, EachFailingCallEndsARawDump) {
   const std::string report =
       failingInTurn({.prepare =
                          [](CaptureParts& fresh) {
-                           fresh.openSerial();
+                           fresh.useSerial();
                            fresh.putFile("other", "");
                            fresh.bench.instrument.on(":DISP:OUTP?", dumpInPieces());
                          },
@@ -183,7 +183,7 @@ TEST_F(SerialCapture, EachFailingCallEndsARawDump) {
                            // The number of the file is free again.
                            EXPECT_NO_THROW((void)fresh.files.open(kDump));
                            return (file == "missing" ? file : std::to_string(file.size())) +
-                                  (fresh.serialIsBinary() ? " binary" : " text");
+                                  (fresh.binary() ? " binary" : " text");
                          }});
   EXPECT_EQ(report,
             "open c:\\temp\\DispOutD.dat [] missing text\n"
@@ -194,23 +194,23 @@ TEST_F(SerialCapture, EachFailingCallEndsARawDump) {
 }
 
 TEST_F(SerialCapture, EachFailingCallEndsABitmap) {
-  const std::string report = failingInTurn(
-      {.prepare =
-           [](CaptureParts& fresh) {
-             fresh.openSerial();
-             fresh.putFile("Screen.bmp", "old");
-             fresh.bench.instrument.on(":DISP:COL?", block("new bitmap"));
-           },
-       .run =
-           [](CaptureParts& fresh) {
-             const bool captured = fresh.capture.CaptureScreenSerial(kBitmap, 2);
-             EXPECT_EQ(captured, fresh.file("Screen.bmp") == "new bitmap")
-                 << "a failed call is reported";
-           },
-       .look =
-           [](CaptureParts& fresh) {
-             return fresh.file("Screen.bmp") + (fresh.serialIsBinary() ? " binary" : " text");
-           }});
+  const std::string report =
+      failingInTurn({.prepare =
+                         [](CaptureParts& fresh) {
+                           fresh.useSerial();
+                           fresh.putFile("Screen.bmp", "old");
+                           fresh.bench.instrument.on(":DISP:COL?", block("new bitmap"));
+                         },
+                     .run =
+                         [](CaptureParts& fresh) {
+                           const bool captured = fresh.capture.CaptureScreenSerial(kBitmap, 2);
+                           EXPECT_EQ(captured, fresh.file("Screen.bmp") == "new bitmap")
+                               << "a failed call is reported";
+                         },
+                     .look =
+                         [](CaptureParts& fresh) {
+                           return fresh.file("Screen.bmp") + (fresh.binary() ? " binary" : " text");
+                         }});
   EXPECT_EQ(report,
             "COM3 write :DISP:COL?\\n [] old binary\n"
             "remove c:\\temp\\Screen.bmp [] old binary\n"
@@ -221,11 +221,11 @@ TEST_F(SerialCapture, EachFailingCallEndsABitmap) {
 TEST_F(SerialCapture, APortThatFailsWhileItIsReadEndsTheCapture) {
   for (const int mode : {1, 2}) {
     CaptureParts fresh;
-    fresh.openSerial();
+    fresh.useSerial();
     fresh.putFile("other", "");
     fresh.bench.script.fail("COM3 read", io::kSerialReadError);
     EXPECT_FALSE(fresh.capture.CaptureScreenSerial(kBitmap, mode));
-    EXPECT_TRUE(fresh.serialIsBinary());
+    EXPECT_TRUE(fresh.binary());
   }
 }
 

@@ -11,7 +11,8 @@ constexpr std::string_view kBitmap = "c:\\temp\\Screen.bmp";
 constexpr std::string_view kPlain = "c:\\temp\\Screen.dat";
 
 void prepare(CaptureParts& parts, const char* resource) {
-  parts.openVisaCom(resource);
+  parts.useVisaCom(resource);
+  parts.form.txtVISATimeout.setText("321");
   parts.putFile("other", "");
   parts.bench.instrument.on(":DISP:COL?", "the bitmap");
   parts.bench.instrument.on(":DISP:OUTP?", textOf(colouredDump(5)));

@@ -38,27 +38,6 @@ struct FileParts : link::LinkParts {
     bench.journal();
   }
 
-  void useSerial() {
-    bench.serial.ports[3].instrument = &bench.instrument;
-    form.optConnRS232.setValue(true);
-    link.MSComm1.setCommPort(3);
-    link.MSComm1.setSettings("38400");
-    link.MSComm1.setPortOpen(true);
-    bench.journal();
-  }
-
-  void useVisaCom(const char* resource) {
-    bench.visaCom.instruments = {{resource, &bench.instrument}};
-    form.optVisa2.setValue(true);
-    form.cmbVISARes.setText(resource);
-    link.devZAN = bench.visaCom.createFormattedIO488();
-    link.devZAN->setIO(bench.visaCom.createResourceManager()->Open(resource, 0, 2000, ""));
-    bench.journal();
-  }
-
-  [[nodiscard]] bool binary() const {
-    return link.MSComm1.InputMode() == io::SerialPort::InputModes::Binary;
-  }
   [[nodiscard]] bool exists(std::string_view path) const { return bench.drive.fileExists(path); }
   [[nodiscard]] std::string content(std::string_view path) {
     const Bytes& bytes = bench.drive.content(path);

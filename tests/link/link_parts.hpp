@@ -18,6 +18,29 @@ struct LinkParts {
     form.Timer2.setEnabled(false);
   }
 
+  // A link that is open without a connect; they empty the journal.
+  void useSerial() {
+    bench.serial.ports[3].instrument = &bench.instrument;
+    form.optConnRS232.setValue(true);
+    link.MSComm1.setCommPort(3);
+    link.MSComm1.setSettings("38400");
+    link.MSComm1.setPortOpen(true);
+    bench.journal();
+  }
+  void useVisaCom(const char* resource) {
+    bench.visaCom.instruments = {{resource, &bench.instrument}};
+    form.optVisa2.setValue(true);
+    form.cmbVISARes.setText(resource);
+    link.devZAN = bench.visaCom.createFormattedIO488();
+    link.devZAN->setIO(bench.visaCom.createResourceManager()->Open(resource, 0, 2000, ""));
+    bench.journal();
+  }
+
+  /// Whether the serial port is in binary mode.
+  [[nodiscard]] bool binary() const {
+    return link.MSComm1.InputMode() == io::SerialPort::InputModes::Binary;
+  }
+
   support::Bench bench;
   form::Form form{bench.loop};
   Link link{form, bench.host()};
