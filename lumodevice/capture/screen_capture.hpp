@@ -31,7 +31,7 @@ class ScreenCapture {
   bool GetBMPFile();
 
   /// Over the serial port. A colour bitmap is waited for 1.5 s, then until it is complete or
-  /// nothing has arrived for a second, for five minutes at most; the file holds exactly the bitmap,
+  /// nothing has arrived for a second, for ten minutes at most; the file holds exactly the bitmap,
   /// or is not touched. A raw dump is read for at most three seconds.
   bool CaptureScreenSerial(std::string_view sFile, int mode);
 

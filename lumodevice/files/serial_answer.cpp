@@ -12,7 +12,7 @@ namespace {
 constexpr double kPieceWait = 100;
 constexpr double kLongestSilence = 1000;
 /// Of all reading on: a whole screen takes four minutes at 9600 baud.
-constexpr double kLongestReading = 5 * 60'000;
+constexpr double kLongestReading = 10 * 60'000;
 /// Two of the largest memory files: a device that never stops sending must not be listened to for
 /// ever.
 constexpr std::size_t kLargestAnswer = std::size_t{2} * std::numeric_limits<std::int16_t>::max();

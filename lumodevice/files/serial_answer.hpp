@@ -9,7 +9,7 @@
 namespace lumodevice::files {
 
 /// Goes on reading the serial port, every 100 ms, until `takes` has enough (returns false), nothing
-/// has arrived for a second, or five minutes are over. `takes` is given each piece, also the empty
+/// has arrived for a second, or ten minutes are over. `takes` is given each piece, also the empty
 /// ones.
 void readOn(link::Link& link, const std::function<bool(std::string_view piece)>& takes);
 

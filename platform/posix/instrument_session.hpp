@@ -22,7 +22,7 @@ class InstrumentSession {
 
   /// VI_ATTR_INTF_INST_NAME alone.
   [[nodiscard]] io::ViStatus getAttribute(io::ViAttr attribute, std::string& value) const;
-  /// Each value is cut to its attribute's own width; serial end modes are refused.
+  /// Each value is cut to its attribute's own width; serial end modes are taken without effect.
   [[nodiscard]] io::ViStatus setAttribute(io::ViAttr attribute, std::uint32_t value);
 
   [[nodiscard]] virtual io::ViStatus read(std::span<char> buffer, std::uint32_t& count) = 0;
