@@ -1,15 +1,15 @@
 #include "hosts/zanctl/commands.hpp"
 
 #include <array>
-#include <cerrno>
-#include <filesystem>
 #include <fstream>
-#include <system_error>
 
 #include "hosts/zanctl/connection.hpp"
 #include "hosts/zanctl/control_table.hpp"
 #include "hosts/zanctl/demo.hpp"
+#include "hosts/zanctl/files_by_name.hpp"
+#include "hosts/zanctl/memory_transfers.hpp"
 #include "hosts/zanctl/readings.hpp"
+#include "hosts/zanctl/screen_pictures.hpp"
 #include "hosts/zanctl/script.hpp"
 #include "hosts/zanctl/station.hpp"
 
@@ -19,51 +19,66 @@ namespace {
 
 ExitStatus runScript(Station& station, const Options& options) {
   Script script(station.component(), station.loop(), station.output());
-  const std::string file = options.arguments.empty() ? "-" : options.arguments[0];
-  if (file == "-") {
+  const std::string file =
+      options.arguments.empty() ? std::string(kStandardStream) : options.arguments[0];
+  if (file == kStandardStream) {
     return script.run(station.streams().input, file, station.errors());
   }
-  std::ifstream lines(file);
-  // A folder can be opened; it is only its reading that fails.
-  std::error_code unknown;
-  if (!lines || std::filesystem::is_directory(file, unknown)) {
-    throw Unusable("cannot read " + file + ": " +
-                   std::generic_category().message(lines ? EISDIR : errno));
-  }
+  std::ifstream lines = openToRead(file);
   return script.run(lines, file, station.errors());
 }
 
 constexpr std::array kCommands = {
     Command{.name = "run",
             .help = "Run a host script",
-            .argument = "FILE",
-            .argumentHelp = "The script; standard input when it is absent or -",
-            .count = Count::AtMostOne,
+            .arguments = {{{"FILE", "The script; standard input when it is absent or -"}}},
             .run = runScript},
     Command{.name = "connect",
             .help = "Search for an instrument; print link, identity and channels",
             .run = runConnect},
     Command{.name = "send",
             .help = "Connect, send commands and print the answer of each query",
-            .argument = "COMMAND",
-            .argumentHelp = "A command of the instrument; quote it for the shell",
-            .count = Count::OneOrMore,
+            .arguments = {{{"COMMAND", "A command of the instrument; quote it for the shell", true,
+                            true}}},
             .run = runSend},
     Command{.name = "readings",
             .help = "Connect and print voltage, current, power and load state of each channel",
             .run = runReadings},
-    Command{.name = "capture", .help = "Save the instrument's screen (not available yet)"},
-    Command{.name = "files", .help = "Save and restore memory files (not available yet)"},
+    Command{
+        .name = "capture",
+        .help = "Connect and save the instrument's screen",
+        .arguments = {{{"FILE",
+                        "Where to: a PNG for a name that ends in .png, else a Windows bitmap; - "
+                        "is standard output; on drive C: when it is absent"}}},
+        .run = runCapture,
+        .transfers = true},
+    Command{.name = "convert",
+            .help = "Make a picture of a display dump, without an instrument",
+            .arguments = {{{"DUMP", "The dump; - is standard input", true},
+                           {"FILE", "The picture, as for capture", true}}},
+            .run = runConvert},
+    Command{.name = "files",
+            .help = "Save and send the instrument's memory files",
+            .arguments = {{{"ACTION",
+                            "get saves a memory file, send restores it, list shows what lies on "
+                            "drive C:",
+                            true},
+                           {"KIND", "sequence (only to get), system or preset"},
+                           {"FILE",
+                            "Where to or where from; - is a standard stream; on drive C: "
+                            "when it is absent"}}},
+            .run = runFiles,
+            .transfers = true},
     Command{.name = "controls",
             .help = "Print a table of every control of the panel, or of one",
-            .argument = "NAME",
-            .argumentHelp = "A control, an element of a control array, or a whole array",
-            .count = Count::AtMostOne,
+            .arguments = {{{"NAME", "A control, an element of a control array, or a whole array"}}},
             .run = runControls},
     Command{.name = "demo",
             .help = "Take a guided tour of the simulated instrument",
             .run = runDemo,
-            .alwaysSimulated = true},
+            .alwaysSimulated = true,
+            .temporaryDrive = true,
+            .transfers = true},
 };
 
 }  // namespace

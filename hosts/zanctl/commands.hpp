@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <span>
 #include <string_view>
 
@@ -10,21 +11,27 @@ namespace zanctl {
 class Station;
 struct Options;
 
-/// How many words stand behind a command.
-enum class Count { None, AtMostOne, OneOrMore };
+/// A word behind a command; unnamed: none.
+struct Argument {
+  std::string_view name;
+  std::string_view help;
+  bool required = false;
+  /// It may be repeated, and is the last.
+  bool repeated = false;
+};
 
 /// One command of the command line.
 struct Command {
   std::string_view name;
   std::string_view help;
-  /// What the words behind it are.
-  std::string_view argument = {};
-  std::string_view argumentHelp = {};
-  Count count = Count::None;
-  /// Null for a command that is not available yet.
+  std::array<Argument, 3> arguments = {};
   ExitStatus (*run)(Station& station, const Options& options) = nullptr;
   /// Runs on the simulated instrument whatever the options say.
   bool alwaysSimulated = false;
+  /// Keeps nothing on drive C: unless the command line names a folder for it.
+  bool temporaryDrive = false;
+  /// Needs a link that carries memory files and pictures; the VISA library link does not.
+  bool transfers = false;
 };
 
 [[nodiscard]] std::span<const Command> commands();

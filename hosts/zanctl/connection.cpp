@@ -56,10 +56,29 @@ std::string identityText(Station& station) {
 
 }  // namespace
 
+std::string_view nameOf(Link link) {
+  switch (link) {
+    case Link::Serial:
+      return "the serial port";
+    case Link::VisaCom:
+      return "VISA COM";
+    case Link::Visa:
+      break;
+  }
+  return "the VISA library";
+}
+
+std::string_view transferAdvice(Link link) {
+  return link == Link::Serial
+             ? "set the instrument to a higher baud rate, or see with --trace - what came"
+             : "see with --trace - what came";
+}
+
 bool connectOrExplain(Station& station, const Options& options) {
+  const Activity activity(station.progress(), "searching");
   std::optional<SearchReport> report;
-  if (station.errors().isTerminal()) {
-    report.emplace(station.component().surface(), station.loop(), station.errors());
+  if (station.progress().watched()) {
+    report.emplace(station.component().surface(), station.loop(), station.progress());
   }
   if (station.component().AutoConnect()) {
     return true;

@@ -9,6 +9,9 @@ namespace zanctl {
 /// with what to try, and returns false.
 [[nodiscard]] bool connectOrExplain(Station& station, const Options& options);
 
+/// What to try after a memory file or a picture that did not come over that link.
+[[nodiscard]] std::string_view transferAdvice(Link link);
+
 /// Prints link, identity and channels of the connected instrument.
 void printConnection(Station& station, const Options& options);
 

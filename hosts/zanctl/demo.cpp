@@ -1,5 +1,6 @@
 #include "hosts/zanctl/demo.hpp"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "hosts/zanctl/connection.hpp"
+#include "hosts/zanctl/demo_files.hpp"
 #include "hosts/zanctl/escape.hpp"
 #include "hosts/zanctl/table.hpp"
 #include "lumodevice/toolkit/hand.hpp"
@@ -20,6 +22,8 @@ using lumodevice::toolkit::CheckBox;
 using lumodevice::toolkit::ComboBox;
 using lumodevice::toolkit::CommandButton;
 using lumodevice::toolkit::Label;
+using lumodevice::toolkit::ListBox;
+using lumodevice::toolkit::OptionButton;
 using lumodevice::toolkit::TextBox;
 
 /// What is told before a command is sent; an empty text goes on from the step before.
@@ -54,8 +58,16 @@ constexpr std::array kChannelSettings = {
 constexpr std::array kReadOuts = {Shown{"V", "txtVoltage", 0}, Shown{"A", "txtCurrent", 0},
                                   Shown{"W", "txtPower", 0}};
 
+constexpr std::size_t kReadOutWidth = 11;
+
 constexpr int kTouredChannel = 2;  // its place in the list: CH3
-constexpr int kDischargeSeconds = 4;
+/// What the component waits for an answer, in milliseconds: less than the usual 200, for a tour is
+/// no place to wait.
+constexpr std::string_view kWaitUnit = "75";
+/// To read what was printed.
+constexpr std::chrono::milliseconds kRest{700};
+constexpr int kDischargeSeconds = 5;
+constexpr std::array<std::string_view, 2> kGrouped = {"CH3", "CH4"};
 
 constexpr std::string_view kOpening =
     "A tour of the simulated instrument. Nothing real is touched.\n"
@@ -82,6 +94,10 @@ std::string textOf(Station& station, const Shown& shown) {
   return escaped(the<TextBox>(station, shown.control, shown.index).text());
 }
 
+void rest(Station& station) {
+  station.loop().runFor(kRest);
+}
+
 /// The operator chooses a channel, and its panel is read back.
 void showChannel(Station& station) {
   Output& output = station.output();
@@ -103,8 +119,14 @@ void showChannel(Station& station) {
   output.write(alignedTable(rows, "  "));
 }
 
+void switchLoad(Station& station) {
+  auto& load = the<CheckBox>(station, "chkLoad");
+  hand::click(load);
+  station.output().line("  " + load.caption());
+}
+
 /// The operator loads the battery on the channel and watches it with the auto query.
-void discharge(Station& station) {
+void loadBattery(Station& station) {
   Output& output = station.output();
   output.write(
       "\nA battery hangs on it. The operator types 20 A, clicks Set and ticks the load switch; "
@@ -112,22 +134,45 @@ void discharge(Station& station) {
       "auto query keeps the read-outs up to date:\n");
   hand::type(the<TextBox>(station, "txtInput", 0), "20");
   hand::click(the<CommandButton>(station, "cmdSet", 0));
-  auto& load = the<CheckBox>(station, "chkLoad");
-  hand::click(load);
-  output.line("  " + load.caption());
+  switchLoad(station);
   station.component().AutoQuery(true);
   for (int second = 0; second < kDischargeSeconds && !output.closed(); ++second) {
     station.loop().runFor(std::chrono::seconds(1));
-    std::string line = "  ";
+    std::string line = "  " + std::to_string(second + 1) + " s";
     for (const Shown& reading : kReadOuts) {
-      line += textOf(station, reading).append(" ").append(reading.label).append("   ");
+      const std::string value = textOf(station, reading);
+      line.append(kReadOutWidth - std::min(kReadOutWidth, value.size()), ' ').append(value);
+      line.append(" ").append(reading.label);
     }
-    line.erase(line.find_last_not_of(' ') + 1);
     output.line(line);
   }
   station.component().AutoQuery(false);
-  hand::click(load);
-  output.line("  " + load.caption());
+}
+
+/// The operator drags the items into a list of the group editor and sends what stands there.
+void dragAll(Station& station, std::string_view from, std::string_view onto) {
+  hand::click(the<CommandButton>(station, "cmdParalle"));
+  for (const std::string_view channel : kGrouped) {
+    hand::drag(the<ListBox>(station, from), channel, the<ListBox>(station, onto));
+  }
+  const Activity activity(station.progress(), "setting the groups");
+  hand::click(the<CommandButton>(station, "cmdParaOK"));
+}
+
+/// Two channels are joined to a group, and taken apart.
+void group(Station& station) {
+  Output& output = station.output();
+  output.write(
+      "\nNeighbouring channels can run as one load. The operator drags CH3 and CH4 into Group1 "
+      "and\n"
+      "sends that:\n");
+  hand::click(the<OptionButton>(station, "optPara"));
+  dragAll(station, "List1", "List2");
+  const auto& channels = the<ComboBox>(station, "cmbChannel");
+  output.line("  offered as " + escaped(channels.text()));
+  output.write("... and drags them out again:\n");
+  dragAll(station, "List2", "List1");
+  output.line("  " + std::to_string(channels.listCount()) + " channels");
 }
 
 /// Commands by hand; false when one stayed unanswered.
@@ -151,12 +196,26 @@ bool talk(Station& station) {
 ExitStatus runDemo(Station& station, const Options& options) {
   Output& output = station.output();
   output.write(kOpening);
+  hand::type(the<TextBox>(station, "Text5"), kWaitUnit);
   if (!connectOrExplain(station, options)) {
     return kFailed;
   }
   printConnection(station, options);
+  rest(station);
   showChannel(station);
-  discharge(station);
+  rest(station);
+  loadBattery(station);
+  if (!showScreen(station, options)) {
+    return kFailed;
+  }
+  switchLoad(station);
+  rest(station);
+  if (!showMemoryFiles(station, options)) {
+    return kFailed;
+  }
+  rest(station);
+  group(station);
+  rest(station);
   if (!talk(station)) {
     return kFailed;
   }

@@ -15,21 +15,19 @@ std::string environmentHelp() {
                       "  ") +
          "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong "
          "command\n"
-         "line or not available yet.";
+         "line.";
 }
 
 std::string scriptHelp() {
   std::vector<Row> rows;
   for (const Instruction& instruction : instructions()) {
     rows.push_back({std::string(instruction.name) + " " + std::string(instruction.arguments),
-                    std::string(instruction.help) +
-                        (instruction.run == nullptr ? " (not available yet)" : "")});
+                    std::string(instruction.help)});
   }
   std::string text = "Instructions, one a line:\n" + alignedTable(rows, "  ");
   rows.clear();
   for (const Member& member : members()) {
-    rows.push_back({std::string(member.name), std::string(member.use),
-                    std::string(member.help) + (member.available() ? "" : " (not available yet)")});
+    rows.push_back({std::string(member.name), std::string(member.use), std::string(member.help)});
   }
   return text + "\nMembers of the component:\n" + alignedTable(rows, "  ") +
          "\nWords are separated by blanks; a word in double quotes may hold blanks and the "

@@ -167,6 +167,36 @@ void drag(Script& script, Script::Words words) {
          from.usable() ? onto : from);
 }
 
+std::int16_t whole16(const std::string& word, std::string_view what) {
+  const auto value = parseNumber<std::int16_t>(word);
+  if (!value) {
+    throw ScriptMistake(std::string(what) + " is a whole number from -32768 to 32767, not " +
+                        escaped(word));
+  }
+  return *value;
+}
+
+float position(const std::string& word) {
+  const auto value = parseNumber<float>(word);
+  if (!value) {
+    throw ScriptMistake("a position is a number, not " + escaped(word));
+  }
+  return *value;
+}
+
+void press(Script& script, Script::Words words) {
+  script.component().PressKeyAt(whole16(words[0], "BUTTON"), whole16(words[1], "SHIFT"),
+                                position(words[2]), position(words[3]));
+}
+
+void area(Script& script, Script::Words words) {
+  script.addKey({.btnTitle = words[0],
+                 .x1 = whole16(words[1], "an edge"),
+                 .y1 = whole16(words[2], "an edge"),
+                 .x2 = whole16(words[3], "an edge"),
+                 .y2 = whole16(words[4], "an edge")});
+}
+
 void wait(Script& script, Script::Words words) {
   // What fits into the nanoseconds of a loop with room to spare: some 30 years.
   constexpr double kLongest = 1e12;
@@ -196,9 +226,8 @@ constexpr std::array kInstructions = {
     Instruction{"key", "CONTROL Enter|Up|Down", "the operator presses a key in a field", key},
     Instruction{"drag", "LIST TEXT LIST", "the operator drags an item of one list onto another",
                 drag},
-    Instruction{"press", "BUTTON SHIFT X Y", "presses the mouse on the front-panel picture",
-                nullptr},
-    Instruction{"area", "NAME X1 Y1 X2 Y2", "adds a key area to the front-panel picture", nullptr},
+    Instruction{"area", "NAME X1 Y1 X2 Y2", "adds a key area to the front-panel picture", area},
+    Instruction{"press", "BUTTON SHIFT X Y", "presses the mouse on the front-panel picture", press},
     Instruction{"wait", "MS", "lets the timers tick for so many milliseconds", wait},
     Instruction{"print", "TEXT", "prints the text", print},
 };

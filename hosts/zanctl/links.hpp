@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "hosts/zanctl/options.hpp"
 #include "lumodevice/io/clock.hpp"
@@ -9,6 +10,9 @@
 #include "lumodevice/io/visa.hpp"
 
 namespace zanctl {
+
+/// The link in the middle of a sentence.
+[[nodiscard]] std::string_view nameOf(Link link);
 
 /// What the component reaches instruments through: the simulated ones, or the machine's own.
 class Links {

@@ -118,12 +118,40 @@ constexpr std::array kMembers = {
              zan.NotConnect();
              return kNoResult;
            }},
-    Member{.name = "GetSeqFile", .use = "call", .help = "saves the sequence file"},
-    Member{.name = "GetSysFile", .use = "call", .help = "saves the system file"},
-    Member{.name = "SendSysFile", .use = "call", .help = "restores the system file"},
-    Member{.name = "GetBMPFile", .use = "call", .help = "captures the instrument's screen"},
-    Member{.name = "GetPresetFile", .use = "call TEXT", .help = "saves the preset file"},
-    Member{.name = "SetPresetFile", .use = "call", .help = "restores the preset file"},
+    Member{.name = "GetSeqFile",
+           .use = "call",
+           .help = "saves the sequence file",
+           .call = [](ZANCtrl& zan,
+                      const std::string&) { return std::optional(booleanText(zan.GetSeqFile())); }},
+    Member{.name = "GetSysFile",
+           .use = "call",
+           .help = "saves the system file",
+           .call = [](ZANCtrl& zan,
+                      const std::string&) { return std::optional(booleanText(zan.GetSysFile())); }},
+    Member{
+        .name = "SendSysFile",
+        .use = "call",
+        .help = "restores the system file",
+        .call = [](ZANCtrl& zan,
+                   const std::string&) { return std::optional(booleanText(zan.SendSysFile())); }},
+    Member{.name = "GetBMPFile",
+           .use = "call",
+           .help = "captures the instrument's screen",
+           .call = [](ZANCtrl& zan,
+                      const std::string&) { return std::optional(booleanText(zan.GetBMPFile())); }},
+    Member{.name = "GetPresetFile",
+           .use = "call TEXT",
+           .help = "saves the preset file",
+           .call =
+               [](ZANCtrl& zan, const std::string& text) {
+                 return std::optional(booleanText(zan.GetPresetFile(text)));
+               }},
+    Member{
+        .name = "SetPresetFile",
+        .use = "call",
+        .help = "restores the preset file",
+        .call = [](ZANCtrl& zan,
+                   const std::string&) { return std::optional(booleanText(zan.SetPresetFile())); }},
 };
 
 }  // namespace
@@ -136,9 +164,6 @@ const Member& findMember(std::string_view name) {
   const auto* const found = std::ranges::find(kMembers, name, &Member::name);
   if (found == kMembers.end()) {
     throw ScriptMistake("unknown member " + escaped(name));
-  }
-  if (!found->available()) {
-    throw NotAvailable(std::string(name) + " is not available yet");
   }
   return *found;
 }

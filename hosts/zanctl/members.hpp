@@ -20,22 +20,18 @@ struct Member {
   /// "get", "put", "get put" or "call"; "call TEXT" for a method that takes an argument.
   std::string_view use;
   std::string_view help;
-  /// Null where the use does not list it, and all of them for a member that is not available yet.
+  /// Null where the use does not list it.
   Get get = nullptr;
   Put put = nullptr;
   Call call = nullptr;
 
-  [[nodiscard]] bool available() const {
-    return get != nullptr || put != nullptr || call != nullptr;
-  }
   [[nodiscard]] bool takesArgument() const { return use == "call TEXT"; }
 };
 
 /// All members, in the order of the interface.
 [[nodiscard]] std::span<const Member> members();
 
-/// The member of that name; throws ScriptMistake when there is none, NotAvailable when it is to
-/// come.
+/// The member of that name; throws ScriptMistake when there is none.
 [[nodiscard]] const Member& findMember(std::string_view name);
 
 /// "True" or "False" (or an automation Boolean's -1 or 0); throws ScriptMistake for anything else.

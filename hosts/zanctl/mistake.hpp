@@ -10,19 +10,12 @@ enum ExitStatus : int {
   kFailed = 1,
   kWrongCommandLine = 2,
   kUnusable = 2,
-  kNotAvailable = 2,
   /// The reader of the output is gone: what a shell reports for a program that a closed pipe ended.
   kOutputClosed = 141,
 };
 
 /// Something that is wrong in a host script; the text says what, without the place.
 class ScriptMistake : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
-
-/// A member that the component does not have yet.
-class NotAvailable : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };

@@ -65,6 +65,9 @@ void fillFromEnvironment(Options& options, const Environment& environment) {
   if (!options.visaLibrary && !options.simulate) {
     options.visaLibrary = lumodevice::posix::chosenVisaLibrary(environment);
   }
+  const auto colours = environment("COLORTERM");
+  options.trueColour = colours == "truecolor" || colours == "24bit";
+  options.ownDrive = options.command->temporaryDrive && !options.driveC;
   if (!options.driveC) {
     options.driveC = lumodevice::posix::usualDriveC(environment);
   }
@@ -127,27 +130,38 @@ class Parser {
       throw WrongCommandLine("a command is missing");
     }
     options_.ports = parsePorts(ports_);
-    options_.link = parseLink(link_);
+    options_.link = link();
     options_.simulate = options_.simulate || options_.command->alwaysSimulated;
     return std::move(options_);
   }
 
  private:
+  /// The link that was named, else one that will do for the command.
+  [[nodiscard]] Link link() const {
+    const bool transfers = options_.command->transfers;
+    if (link_.empty()) {
+      return transfers ? Link::VisaCom : Link::Visa;
+    }
+    const Link named = parseLink(link_);
+    if (transfers && named == Link::Visa) {
+      throw WrongCommandLine(
+          "the VISA library link carries no memory files and no pictures; take --link visacom or "
+          "--link serial");
+    }
+    return named;
+  }
+
   void addCommand(const Command& command) {
     CLI::App* const sub = app_.add_subcommand(std::string(command.name), std::string(command.help));
     sub->callback([this, &command] { options_.command = &command; });
-    if (command.run == nullptr) {
-      sub->allow_extras();
-      return;
-    }
     sub->fallthrough();
-    if (command.count != Count::None) {
-      sub->add_option(std::string(command.argument), options_.arguments,
-                      std::string(command.argumentHelp))
-          ->type_name(" ")
-          ->required(command.count == Count::OneOrMore)
-          ->expected(1,
-                     command.count == Count::OneOrMore ? CLI::detail::expected_max_vector_size : 1);
+    for (const Argument& argument : command.arguments) {
+      if (!argument.name.empty()) {
+        addArgument(*sub, argument);
+      }
+    }
+    if (command.name == "files") {
+      sub->add_flag("--force", options_.force, "Send a file of the wrong size, too");
     }
     if (command.name == "readings") {
       addReadingsOptions(*sub);
@@ -155,6 +169,18 @@ class Parser {
     if (command.name == "run") {
       sub->footer(scriptHelp);
     }
+  }
+
+  void addArgument(CLI::App& sub, const Argument& argument) {
+    const std::string name(argument.name);
+    const std::string help(argument.help);
+    CLI::Option* const option =
+        argument.repeated
+            ? sub.add_option(name, options_.arguments, help)
+            : sub.add_option_function<std::string>(
+                  name, [this](const std::string& word) { options_.arguments.push_back(word); },
+                  help);
+    option->type_name(" ")->required(argument.required);
   }
 
   void addReadingsOptions(CLI::App& sub) {
@@ -175,7 +201,7 @@ class Parser {
   CLI::App app_{"Drives the instrument control ZANCtrl in a terminal", "zanctl"};
   Options options_;
   std::vector<std::string> ports_;
-  std::string link_ = "visa";
+  std::string link_;
 };
 
 }  // namespace

@@ -27,6 +27,10 @@ struct Options {
   std::map<int, std::string> ports;
   /// None when it is not named and there is no home folder either.
   std::optional<std::string> driveC;
+  /// Drive C: is a temporary folder of this run.
+  bool ownDrive = false;
+  /// The terminal shows 24-bit colours.
+  bool trueColour = false;
   Link link = Link::Visa;
   /// A file, or "-" for standard error.
   std::optional<std::string> trace;
@@ -40,6 +44,8 @@ struct Options {
     bool csv = false;
   };
   Readings readings;
+  /// Of the command `files`: a file of the wrong size is sent, too.
+  bool force = false;
 
   const Command* command = nullptr;
   /// The words behind the command.

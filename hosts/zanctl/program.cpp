@@ -1,6 +1,9 @@
 #include "hosts/zanctl/program.hpp"
 
 #include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "hosts/zanctl/commands.hpp"
@@ -9,9 +12,31 @@ namespace zanctl {
 
 namespace {
 
-ExitStatus runCommand(const Options& options, const Streams& streams) {
-  if (options.command->run == nullptr) {
-    throw NotAvailable(std::string(options.command->name) + " is not available yet");
+/// A folder that is gone when the run is over.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() : name_((std::filesystem::temp_directory_path() / "zanctl.XXXXXX").string()) {
+    if (::mkdtemp(name_.data()) == nullptr) {
+      throw Unusable("cannot make the folder " + name_ + ": " +
+                     std::generic_category().message(errno));
+    }
+  }
+  ~TemporaryFolder() {
+    std::error_code left;
+    std::filesystem::remove_all(name_, left);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  [[nodiscard]] const std::string& name() const { return name_; }
+
+ private:
+  std::string name_;
+};
+
+ExitStatus runCommand(Options& options, const Streams& streams) {
+  std::optional<TemporaryFolder> folder;
+  if (options.ownDrive) {
+    options.driveC = folder.emplace().name();
   }
   Station station(options, streams);
   const ExitStatus status = options.command->run(station, options);
@@ -34,7 +59,7 @@ ExitStatus runProgram(const std::vector<std::string>& words, const Environment& 
                       const Streams& streams) {
   ExitStatus status = kDone;
   try {
-    const auto options = parseOptions(words, environment, streams.output);
+    auto options = parseOptions(words, environment, streams.output);
     if (options) {
       status = runCommand(*options, streams);
     }
@@ -44,9 +69,6 @@ ExitStatus runProgram(const std::vector<std::string>& words, const Environment& 
   } catch (const Unusable& named) {
     streams.errors.line("zanctl: " + std::string(named.what()));
     status = kUnusable;
-  } catch (const NotAvailable& missing) {
-    streams.errors.line("zanctl: " + std::string(missing.what()));
-    status = kNotAvailable;
   }
   return streams.output.closed() ? outputClosed(streams) : status;
 }

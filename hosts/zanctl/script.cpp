@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <istream>
 #include <optional>
+#include <stdexcept>
+#include <utility>
 
 #include "hosts/zanctl/escape.hpp"
 #include "hosts/zanctl/numbers.hpp"
@@ -72,6 +74,17 @@ toolkit::Control& Script::control(const std::string& name) {
                           : plain + " is no control array");
 }
 
+void Script::addKey(lumodevice::devButton key) {
+  keys_.push_back(std::move(key));
+  try {
+    component_.setKeys(keys_);
+  } catch (const std::length_error&) {
+    keys_.pop_back();
+    throw ScriptMistake("the front-panel picture has no room for more than " +
+                        std::to_string(keys_.size()) + " key areas");
+  }
+}
+
 void Script::perform(std::string_view line) {
   const std::vector<std::string> words = splitWords(line);
   if (words.empty()) {
@@ -79,18 +92,15 @@ void Script::perform(std::string_view line) {
   }
   const Instruction& instruction = findInstruction(words[0]);
   checkArguments(instruction, words.size() - 1);
-  if (instruction.run == nullptr) {
-    throw NotAvailable(words[0] + " is not available yet");
-  }
   instruction.run(*this, Words(words).subspan(1));
 }
 
 ExitStatus Script::run(std::istream& lines, const std::string& file, Output& mistakes) {
   std::string line;
   long number = 1;
-  const auto report = [&](std::string_view wrong, ExitStatus status) {
+  const auto report = [&](std::string_view wrong) {
     mistakes.line(file + ":" + std::to_string(number) + ": " + std::string(wrong));
-    return status;
+    return kFailed;
   };
   for (; std::getline(lines, line); ++number) {
     if (line.ends_with('\r')) {
@@ -99,15 +109,13 @@ ExitStatus Script::run(std::istream& lines, const std::string& file, Output& mis
     try {
       perform(line);
     } catch (const ScriptMistake& mistake) {
-      return report(mistake.what(), kFailed);
-    } catch (const NotAvailable& missing) {
-      return report(missing.what(), kNotAvailable);
+      return report(mistake.what());
     }
     if (output_.closed()) {
       return kOutputClosed;
     }
   }
-  return lines.bad() ? report("cannot be read", kFailed) : kDone;
+  return lines.bad() ? report("cannot be read") : kDone;
 }
 
 }  // namespace zanctl

@@ -4,9 +4,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hosts/zanctl/mistake.hpp"
 #include "hosts/zanctl/output.hpp"
+#include "lumodevice/records.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 
@@ -21,7 +23,7 @@ class Script {
   Script(lumodevice::ZANCtrl& component, lumodevice::toolkit::EventLoop& loop, Output& output)
       : component_(component), loop_(loop), output_(output) {}
 
-  /// Runs one line. Throws ScriptMistake for what is wrong in it, NotAvailable for what is to come.
+  /// Runs one line. Throws ScriptMistake for what is wrong in it.
   void perform(std::string_view line);
 
   /// Runs all lines and reports the first mistake as "FILE:LINE: what is wrong". Each line is run
@@ -34,11 +36,14 @@ class Script {
   [[nodiscard]] Output& output() { return output_; }
   /// "Name", or "Name(i)" for an element of a control array. Throws ScriptMistake.
   [[nodiscard]] lumodevice::toolkit::Control& control(const std::string& name);
+  /// Puts a key area behind those of the front-panel picture. Throws ScriptMistake.
+  void addKey(lumodevice::devButton key);
 
  private:
   lumodevice::ZANCtrl& component_;
   lumodevice::toolkit::EventLoop& loop_;
   Output& output_;
+  std::vector<lumodevice::devButton> keys_;
 };
 
 /// One instruction: the number of words behind it is that of the blank-separated words of
@@ -47,7 +52,6 @@ struct Instruction {
   std::string_view name;
   std::string_view arguments;
   std::string_view help;
-  /// Null for an instruction that is not available yet.
   void (*run)(Script& script, Script::Words arguments);
 
   [[nodiscard]] std::size_t most() const;

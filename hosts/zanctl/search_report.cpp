@@ -7,10 +7,10 @@ namespace zanctl {
 
 namespace toolkit = lumodevice::toolkit;
 
-SearchReport::SearchReport(toolkit::Surface& surface, toolkit::EventLoop& loop, Output& output)
+SearchReport::SearchReport(toolkit::Surface& surface, toolkit::EventLoop& loop, Progress& progress)
     : surface_(surface),
       loop_(loop),
-      output_(output),
+      progress_(progress),
       port_(surface.get<toolkit::ComboBox>("Combo1")),
       baud_(surface.get<toolkit::ComboBox>("Combo2")),
       onSleep_(std::move(loop.onSleep)) {
@@ -35,8 +35,8 @@ void SearchReport::changed(const toolkit::Control& control, toolkit::Property pr
 
 void SearchReport::tell() {
   if (std::exchange(due_, false)) {
-    output_.line("trying " + std::string(port_.text()) + " at " + std::string(baud_.text()) +
-                 " baud ...");
+    progress_.tell("trying " + std::string(port_.text()) + " at " + std::string(baud_.text()) +
+                   " baud");
   }
 }
 

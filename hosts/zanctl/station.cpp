@@ -1,8 +1,8 @@
 #include "hosts/zanctl/station.hpp"
 
 #include "hosts/zanctl/escape.hpp"
+#include "hosts/zanctl/watched_loop.hpp"
 #include "lumodevice/toolkit/hand.hpp"
-#include "platform/posix/folder_drive.hpp"
 #include "platform/posix/system_clock.hpp"
 #include "simulator/loop_clock.hpp"
 
@@ -11,13 +11,6 @@ namespace zanctl {
 namespace {
 
 namespace toolkit = lumodevice::toolkit;
-
-std::unique_ptr<toolkit::EventLoop> makeLoop(const Options& options) {
-  if (options.virtualTime) {
-    return std::make_unique<toolkit::VirtualLoop>();
-  }
-  return std::make_unique<toolkit::RealTimeLoop>();
-}
 
 std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
                                                          const lumodevice::io::Clock& clock) {
@@ -30,10 +23,21 @@ std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
 }  // namespace
 
 Station::Station(const Options& options, const Streams& streams)
-    : streams_(streams),
+    : progress_(streams.errors),
+      output_(streams.output, progress_),
+      errors_(streams.errors, progress_),
+      streams_{streams.input, output_, errors_},
       loop_(makeLoop(options)),
       clock_(std::make_unique<zansim::LoopClock>(*loop_)),
-      links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, streams.errors)) {
+      links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
+      drive_(options.driveC.value_or("")) {
+  loop_->onPass = [this] { progress_.show(loop_->now()); };
+  loop_->onSleep = [this](std::int32_t milliseconds) {
+    progress_.show(loop_->now());
+    if (trace_) {
+      trace_->slept(milliseconds);
+    }
+  };
   if (options.trace) {
     startTrace(*options.trace);
   }
@@ -41,20 +45,26 @@ Station::Station(const Options& options, const Streams& streams)
   lumodevice::io::SerialDevices& serialDevices =
       trace_ ? *tracingSerialDevices_ : links_->serialDevices();
   visaCom_.emplace(visa);
-  drive_ = std::make_unique<lumodevice::posix::FolderDrive>(options.driveC.value_or(""));
   wallClock_ = makeWallClock(options, *clock_);
   component_ = std::make_unique<lumodevice::ZANCtrl>(
       lumodevice::Host{.loop = *loop_,
                        .visa = visa,
                        .visaCom = *visaCom_,
                        .serialDevices = serialDevices,
-                       .drive = *drive_,
+                       .drive = drive_,
                        .wallClock = *wallClock_,
                        .informationBox = [this](std::string_view text) { showBox(text); }});
   choose(options.link);
 }
 
 Station::~Station() = default;
+
+std::unique_ptr<toolkit::EventLoop> Station::makeLoop(const Options& options) {
+  if (options.virtualTime) {
+    return std::make_unique<toolkit::VirtualLoop>();
+  }
+  return std::make_unique<WatchedLoop>([this] { progress_.show(loop_->now()); });
+}
 
 void Station::startTrace(const std::string& file) {
   if (file != "-") {
@@ -63,7 +73,6 @@ void Station::startTrace(const std::string& file) {
   trace_.emplace(file == "-" ? streams_.errors : *traceFile_, *loop_);
   tracingVisa_.emplace(links_->visa(), *trace_);
   tracingSerialDevices_.emplace(links_->serialDevices(), *trace_);
-  loop_->onSleep = [this](std::int32_t milliseconds) { trace_->slept(milliseconds); };
 }
 
 void Station::showBox(std::string_view text) {

@@ -7,9 +7,11 @@
 #include "hosts/zanctl/links.hpp"
 #include "hosts/zanctl/options.hpp"
 #include "hosts/zanctl/output.hpp"
+#include "hosts/zanctl/progress.hpp"
 #include "hosts/zanctl/tracing_links.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/zan_ctrl.hpp"
+#include "platform/posix/folder_drive.hpp"
 
 namespace zanctl {
 
@@ -33,6 +35,8 @@ class Station {
   [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
   [[nodiscard]] Links& links() { return *links_; }
+  [[nodiscard]] lumodevice::posix::FolderDrive& drive() { return drive_; }
+  [[nodiscard]] Progress& progress() { return progress_; }
   [[nodiscard]] const lumodevice::io::WallClock& wallClock() const { return *wallClock_; }
   [[nodiscard]] const Streams& streams() const { return streams_; }
   [[nodiscard]] Output& output() { return streams_.output; }
@@ -41,10 +45,14 @@ class Station {
   void showBoxesAside() { boxesAside_ = true; }
 
  private:
+  [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop(const Options& options);
   void startTrace(const std::string& file);
   void showBox(std::string_view text);
   void choose(Link link);
 
+  Progress progress_;
+  OutputUnderProgress output_;
+  OutputUnderProgress errors_;
   Streams streams_;
   bool boxesAside_ = false;
   std::unique_ptr<lumodevice::toolkit::EventLoop> loop_;
@@ -55,7 +63,7 @@ class Station {
   std::optional<TracingVisa> tracingVisa_;
   std::optional<TracingSerialDevices> tracingSerialDevices_;
   std::optional<lumodevice::io::VisaComOverVisa> visaCom_;
-  std::unique_ptr<lumodevice::io::Drive> drive_;
+  lumodevice::posix::FolderDrive drive_;
   std::unique_ptr<lumodevice::io::WallClock> wallClock_;
   std::unique_ptr<lumodevice::ZANCtrl> component_;
 };

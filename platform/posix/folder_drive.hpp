@@ -24,10 +24,12 @@ class FolderDrive : public io::Drive {
   void remove(std::string_view path) override;
   [[nodiscard]] std::unique_ptr<io::BinaryFile> open(std::string_view path) override;
 
- private:
-  /// Where a path leads: `path` is the entry that exists, or the name to create in a folder that
-  /// does; nothing when the folder above it is missing or the path is not one of drive C:.
+  /// Where a path leads in the machine's own terms: the entry that exists, or the name to create in
+  /// a folder that does; nothing when the folder above it is missing or the path is not one of
+  /// drive C:.
   [[nodiscard]] std::optional<std::filesystem::path> locate(std::string_view path) const;
+
+ private:
   void createRoot() const;
 
   std::filesystem::path root_;

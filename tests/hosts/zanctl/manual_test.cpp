@@ -82,8 +82,7 @@ TEST_F(Manual, listsEveryMemberWithItsUse) {
   for (const Member& member : members()) {
     const std::string name(member.name);
     const std::string use(member.use);
-    const std::string help =
-        std::string(member.help) + (member.available() ? "" : " (not available yet)");
+    const std::string help(member.help);
     std::string row = "\n| `";
     row.append(name).append("` | ").append(use).append(" | ").append(help).append(" |\n");
     EXPECT_THAT(manual, HasSubstr(row));

@@ -22,12 +22,16 @@ class ProgramTest : public testing::Test {
   };
 
   std::map<std::string, std::string> variables;
+  bool outputGoesToATerminal = false;
   bool errorsGoToATerminal = false;
 
   Ended run(const std::vector<std::string>& words, const std::string& input = "") {
     std::istringstream lines(input);
     TextOutput output;
     TextOutput errors;
+    if (outputGoesToATerminal) {
+      output.pretendToBeATerminal();
+    }
     if (errorsGoToATerminal) {
       errors.pretendToBeATerminal();
     }

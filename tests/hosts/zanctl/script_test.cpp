@@ -158,37 +158,46 @@ TEST_F(ScriptTest, anUnansweredQueryShowsTheBox) {
               EndsWith("True\n[information] Error:Device has not sent back some data yet!\n\n"));
 }
 
-TEST_F(ScriptTest, everyMemberEitherWorksOrIsSaidToBeMissing) {
-  for (const Member& member : members()) {
-    const std::string name(member.name);
-    const Ended ended = simulate({"run"}, "print 1\nget " + name);
-    if (!member.available()) {
-      EXPECT_EQ(ended.status, kNotAvailable);
-      EXPECT_EQ(ended.errors, "-:2: " + name + " is not available yet\n");
-    } else if (member.get == nullptr) {
-      EXPECT_EQ(ended.status, kFailed);
-      EXPECT_THAT(ended.errors, HasSubstr(name + " cannot be read"));
-    } else {
-      EXPECT_EQ(ended.status, kDone) << name;
-    }
-  }
-}
-
 TEST_F(ScriptTest, theUseOfAMemberIsWhatItHasFunctionsFor) {
   for (const Member& member : members()) {
-    if (member.available()) {
-      EXPECT_EQ(member.use.find("get") != std::string_view::npos, member.get != nullptr);
-      EXPECT_EQ(member.use.find("put") != std::string_view::npos, member.put != nullptr);
-      EXPECT_EQ(member.use.find("call") != std::string_view::npos, member.call != nullptr);
-    }
+    EXPECT_EQ(member.use.find("get") != std::string_view::npos, member.get != nullptr);
+    EXPECT_EQ(member.use.find("put") != std::string_view::npos, member.put != nullptr);
+    EXPECT_EQ(member.use.find("call") != std::string_view::npos, member.call != nullptr);
   }
 }
 
-TEST_F(ScriptTest, instructionsToComeEndWithStatusTwo) {
-  const Ended press = simulate({"run"}, "press Enter 0 1 1");
-  EXPECT_EQ(press.status, 2);
-  EXPECT_EQ(press.errors, "-:1: press is not available yet\n");
-  EXPECT_EQ(simulate({"run"}, "area Enter 0 0 1 1").errors, "-:1: area is not available yet\n");
+TEST_F(ScriptTest, pressActsOnTheKeyAreaUnderThePosition) {
+  EXPECT_THAT(printed("call AutoConnect\narea LOAD 10 10 20 30\npress 1 0 10 15\n"
+                      "call SendCmd :LOAD?\nget ResultStr\npress 1 0 10.5 15\n"
+                      "call SendCmd :LOAD?\nget ResultStr\n"),
+              EndsWith("True\n0\n1\n"));
+}
+
+TEST_F(ScriptTest, thereIsRoomFor51KeyAreas) {
+  std::string areas;
+  for (int i = 0; i < 51; ++i) {
+    areas += "area F1 0 0 1 1\n";
+  }
+  EXPECT_EQ(printed(areas), "");
+  const Ended ended = simulate({"run"}, areas + "area F1 0 0 1 1\n");
+  EXPECT_EQ(ended.status, kFailed);
+  EXPECT_EQ(ended.errors, "-:52: the front-panel picture has no room for more than 51 key areas\n");
+}
+
+TEST_F(ScriptTest, positionsAndEdgesThatAreNoneAreReported) {
+  EXPECT_EQ(mistake("area LOAD 0 0 1.5 9"),
+            "an edge is a whole number from -32768 to 32767, not 1.5");
+  EXPECT_EQ(mistake("press x 0 1 1"), "BUTTON is a whole number from -32768 to 32767, not x");
+  EXPECT_EQ(mistake("press 1 32768 1 1"),
+            "SHIFT is a whole number from -32768 to 32767, not 32768");
+  EXPECT_EQ(mistake("press 1 0 here 1"), "a position is a number, not here");
+}
+
+TEST_F(ScriptTest, aGroupIsMadeByDragging) {
+  EXPECT_THAT(printed("call AutoConnect\nclick cmdParalle\ndrag List1 CH3 List2\n"
+                      "drag List1 CH4 List2\nclick cmdParaOK\nget cmbChannel.Text\n"
+                      "call SendCmd \":CHAN? LIST\"\nget ResultStr\n"),
+              EndsWith("CH3-2040-G1\n1,2,3,0,5,6,7\n"));
 }
 
 TEST_F(ScriptTest, aMistakeEndsItAndIsReportedWithItsLine) {

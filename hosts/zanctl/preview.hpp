@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "lumodevice/toolkit/picture.hpp"
+
+namespace zanctl {
+
+/// The picture drawn in 24-bit colours on a terminal, two points above each other to the character,
+/// each the mean of `step` x `step` points of the picture; what does not fill a character is left
+/// out. Every line starts with `indent`.
+[[nodiscard]] std::string preview(const lumodevice::toolkit::Picture& picture, int step,
+                                  std::string_view indent);
+
+}  // namespace zanctl
