@@ -1,0 +1,71 @@
+#include <gtest/gtest.h>
+
+#include "lumodevice/files/block.hpp"
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "tests/files/file_parts.hpp"
+#include "tests/files/measured_memory.hpp"
+#include "tests/io/answering_visa.hpp"
+
+namespace lumodevice::files {
+namespace {
+
+using support::takeLargestRequest;
+
+constexpr std::size_t kReserve = std::size_t{1} << 20;
+
+/// Headers that claim far more than follows.
+const char* const kClaims[] = {"#9999999999",      "#9999999998", "#9999999999hello\n",
+                               "#9999999998#\r\n", "#816777216",  "#532767x"};
+
+class ClaimedLength : public testing::TestWithParam<const char*>, protected FileParts {};
+
+INSTANTIATE_TEST_SUITE_P(Claims, ClaimedLength, testing::ValuesIn(kClaims));
+
+TEST(ClaimedLengths, areMeasured) {
+  (void)takeLargestRequest();
+  const Bytes bytes(2 * kReserve);
+  EXPECT_EQ(takeLargestRequest(), bytes.size());
+}
+
+TEST_P(ClaimedLength, setsNoMemoryAsideOverVisa) {
+  for (const io::ViStatus end : {io::VI_SUCCESS, io::VI_SUCCESS_TERM_CHAR, io::VI_ERROR_TMO}) {
+    io::AnsweringVisa library;
+    io::VisaComOverVisa com(library);
+    form.cmbVISARes.setText(kUsb);
+    link.devZAN = com.createFormattedIO488();
+    link.devZAN->setIO(com.createResourceManager()->Open(kUsb, 0, 2000, ""));
+    library.answers = {{GetParam(), end}};
+    (void)takeLargestRequest();
+    memory.GetSequence();
+    EXPECT_LE(takeLargestRequest(), kReserve);
+    library.answers = {{GetParam(), end}};
+    EXPECT_FALSE(memory.GetPresetForHost());
+    EXPECT_LE(takeLargestRequest(), kReserve);
+    EXPECT_FALSE(exists(kSequenceFile));
+    EXPECT_FALSE(exists(kPresetFile));
+    link.devZAN = nullptr;
+  }
+}
+
+TEST_P(ClaimedLength, setsNoMemoryAsideOverSerial) {
+  useSerial();
+  for (const char* query : {":MEM:FILE:SEQ?", ":SYST:SET?", ":MEM:FILE:PRES?"}) {
+    bench.instrument.on(query, GetParam());
+  }
+  (void)takeLargestRequest();
+  memory.GetSequence();
+  memory.GetSystem();
+  memory.GetPreset();
+  EXPECT_LE(takeLargestRequest(), kReserve);
+  EXPECT_FALSE(exists(kSequenceFile));
+}
+
+TEST_P(ClaimedLength, setsNoMemoryAsideInAnAssembler) {
+  (void)takeLargestRequest();
+  BlockAssembler block;
+  EXPECT_NE(block.add(GetParam()), BlockAssembler::State::Complete);
+  EXPECT_LE(takeLargestRequest(), kReserve);
+}
+
+}  // namespace
+}  // namespace lumodevice::files
