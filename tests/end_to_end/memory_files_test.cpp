@@ -1,8 +1,10 @@
 #include <csignal>
+#include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include "platform/posix/visa_library.hpp"
 #include "simulator/simulated_serial.hpp"
@@ -195,6 +197,13 @@ TEST(MemoryFilesOverASocket, travelThereAndBack) {
     EXPECT_TRUE(bench.panel.zan().SendSysFile());
     EXPECT_TRUE(bench.panel.zan().GetSysFile());
     EXPECT_EQ(bench.panel.file("ZANProg.b"), settings);
+    const std::string preset = random.file(892);
+    bench.panel.putFile("zanbank.dev", preset);
+    bench.panel.putFile("test.dev", "");
+    EXPECT_TRUE(bench.panel.zan().SetPresetFile());
+    bench.panel.putFile("zanbank.dev", "");
+    EXPECT_TRUE(bench.panel.zan().GetPresetFile(""));
+    EXPECT_EQ(bench.panel.file("zanbank.dev"), preset);
   }
 }
 
@@ -247,6 +256,60 @@ TEST(MemoryFilesOnARealDisk, thatIsFullKeepWhatWasWritten) {
   EXPECT_EQ(bench.panel.file("other"), "kept");
   EXPECT_EQ(bench.panel.boxes(), "");
   EXPECT_TRUE(bench.panel.zan().GetBMPFile());
+}
+
+TEST(MemoryFilesOnARealDisk, replaceASequenceAndWriteOverAPreset) {
+  SimulatedBench bench(Variant::VisaCom);
+  ASSERT_TRUE(bench.panel.zan().AutoConnect());
+  zansim::Memory& memory = bench.instrument.mainframe.memory();
+  RandomFiles random(8);
+  for (const std::size_t old : {0U, 1U, 891U, 892U, 893U, 9999U}) {
+    SCOPED_TRACE(old);
+    const std::string before = random.file(old);
+    bench.panel.putFile("ZANSeq.a", before);
+    bench.panel.putFile("zanbank.dev", before);
+    memory.store(MemoryFile::Sequence, random.file(500));
+    memory.store(MemoryFile::Preset, random.file(892));
+    EXPECT_TRUE(bench.panel.zan().GetSeqFile());
+    EXPECT_TRUE(bench.panel.zan().GetPresetFile("C:\\temp\\elsewhere.dev"));
+    EXPECT_EQ(bench.panel.file("ZANSeq.a"), memory.contents(MemoryFile::Sequence));
+    const std::string tail = old > 892 ? before.substr(892) : "";
+    EXPECT_EQ(bench.panel.file("zanbank.dev"),
+              std::string(memory.contents(MemoryFile::Preset)) + tail);
+    EXPECT_EQ(bench.panel.file("elsewhere.dev"), std::nullopt);
+  }
+}
+
+TEST(MemoryFilesOnARealDisk, whoseFilesCannotBeOpenedFail) {
+  SimulatedBench bench(Variant::VisaCom);
+  ASSERT_TRUE(bench.panel.zan().AutoConnect());
+  const std::filesystem::path temp = bench.panel.driveC().path() / "temp";
+  for (const char* name : {"ZANSeq.a", "ZANProgUpload.b", "zanbank.dev"}) {
+    std::filesystem::create_directories(temp / name);
+  }
+  const std::string settings(bench.instrument.mainframe.memory().contents(MemoryFile::System));
+  EXPECT_TRUE(bench.panel.zan().GetSeqFile());
+  EXPECT_FALSE(bench.panel.zan().SendSysFile()) << "a folder is no file";
+  EXPECT_FALSE(bench.panel.zan().GetPresetFile(""));
+  bench.panel.putFile("test.dev", "");
+  EXPECT_FALSE(bench.panel.zan().SetPresetFile());
+  EXPECT_EQ(bench.instrument.mainframe.memory().contents(MemoryFile::System), settings);
+  EXPECT_EQ(bench.panel.boxes(), "");
+  EXPECT_TRUE(bench.panel.zan().GetSysFile());
+  EXPECT_EQ(bench.panel.file("ZANProg.b"), settings) << "the link is in step";
+}
+
+TEST(MemoryFilesOnARealDisk, thatAreReadOnlyStayAsTheyAre) {
+  if (::geteuid() == 0) {
+    GTEST_SKIP() << "permissions do not bind root";
+  }
+  SimulatedBench bench(Variant::VisaCom);
+  ASSERT_TRUE(bench.panel.zan().AutoConnect());
+  bench.panel.putFile("zanbank.dev", "old");
+  const std::filesystem::path temp = bench.panel.driveC().path() / "temp";
+  std::filesystem::permissions(temp / "zanbank.dev", std::filesystem::perms::owner_read);
+  EXPECT_FALSE(bench.panel.zan().GetPresetFile(""));
+  EXPECT_EQ(bench.panel.file("zanbank.dev"), "old");
 }
 
 TEST(MemoryFilesOnARealDisk, whereTheFolderIsAFileEndBeforeTheyAsk) {
