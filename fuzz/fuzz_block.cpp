@@ -20,6 +20,8 @@ namespace {
 namespace files = lumodevice::files;
 namespace io = lumodevice::io;
 
+constexpr std::size_t kLargestReserve = std::size_t{1} << 20;
+
 void require(bool holds, const char* what) {
   if (!holds) throw std::logic_error(what);
 }
@@ -53,27 +55,37 @@ std::optional<std::string> assemble(std::string_view wire) {
   return data ? std::optional<std::string>(*data) : std::nullopt;
 }
 
-std::optional<std::string> readVisa(std::string_view wire) {
+/// How a VISA library delivers an answer, and whether the reader looks for the block in it.
+struct Delivery {
+  bool seek = false;
+  io::ViStatus pieces = io::VI_SUCCESS_MAX_CNT;
+  io::ViStatus last = io::VI_SUCCESS;
+};
+
+std::optional<std::string> readVisa(std::string_view wire, const Delivery& delivery) {
   io::AnsweringVisa visa;
   inPieces(wire, [&](std::string_view piece) {
-    visa.answers.emplace_back(std::string(piece), io::VI_SUCCESS_MAX_CNT);
+    visa.answers.emplace_back(std::string(piece), delivery.pieces);
   });
-  if (!visa.answers.empty()) visa.answers.back().status = io::VI_SUCCESS;
+  if (!visa.answers.empty()) visa.answers.back().status = delivery.last;
   io::FormattedIO device;
   device.setIO(std::make_shared<io::VisaSession>(visa, "GPIB0::7::INSTR", 0, 0));
+  std::optional<std::string> data;
   try {
-    const auto data = device.ReadIEEEBlock(false, true);
-    require(data.size() <= wire.size(), "a block is no longer than what arrived");
-    return std::string(data.begin(), data.end());
+    const auto bytes = device.ReadIEEEBlock(delivery.seek, true);
+    require(bytes.size() <= wire.size(), "a block is no longer than what arrived");
+    data.emplace(bytes.begin(), bytes.end());
   } catch (const io::VisaComFault&) {
-    return std::nullopt;
   }
+  for (const std::size_t asked : visa.asked)
+    require(asked <= kLargestReserve, "no claim is believed");
+  return data;
 }
 
 void check(std::string_view wire) {
   const auto serial = readSerial(wire);
   const auto assembled = assemble(wire);
-  const auto visa = readVisa(wire);
+  const auto visa = readVisa(wire, {});
   const files::BlockProgress progress = files::blockProgress(wire);
   const bool complete = progress.state == files::BlockProgress::State::Complete;
   if (complete && progress.dataSize > 0) {
@@ -83,6 +95,14 @@ void check(std::string_view wire) {
   require(complete == visa.has_value(), "formatted I/O takes complete blocks alone");
   if (visa && !visa->empty()) require(visa == assembled, "both read the same data");
   if (complete && serial) require(serial == visa, "so does the serial port");
+
+  const Delivery ofLines{.pieces = io::VI_SUCCESS_TERM_CHAR};
+  require(readVisa(wire, ofLines) == visa, "a termination character inside a block ends nothing");
+  const auto sought = readVisa(wire, {.seek = true});
+  require(assembled ? sought == assembled : sought.value_or("").empty(),
+          "the block that is sought is the first one");
+  const auto stalled = readVisa(wire, {.last = io::VI_ERROR_TMO});
+  require(!stalled || stalled == visa, "a link that stalls brings no other data");
 
   const std::string_view second = files::secondAnswer({}, wire);
   require(wire.ends_with(second), "the second answer stands at the end");
@@ -97,6 +117,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string block =
       "#" + std::to_string(length.size()) + length + std::string(input) + "\n";
   check(block);
-  require(size == 0 || readVisa(block) == input, "what was put into a block comes out of it");
+  require(size == 0 || readVisa(block, {}) == input, "what was put into a block comes out of it");
   return 0;
 }
