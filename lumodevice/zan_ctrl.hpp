@@ -19,12 +19,18 @@ enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 /// The instrument control: operates one DC electronic load of the ZAN family over a VISA library,
 /// the VISA COM objects or a serial port. Members never throw for anything that the instrument, the
 /// link or the operator does; they may block for the waits of the operation that they run, during
-/// which the host's loop goes on processing events.
+/// which the host's loop goes on processing events. What the host's own callbacks and views throw
+/// passes through the member; the operation is then broken off, and the next one works.
 class ZANCtrl {
  public:
   /// Attempts no connection.
   explicit ZANCtrl(const Host& host);
-  /// Closes the VISA library sessions when it is connected through them.
+  /// Closes the VISA library sessions when it is connected through them, the serial port and the
+  /// VISA COM session. Allowed in every state, also from within an operation (an event pass of the
+  /// host's loop, an information box): the links are then closed and the timers stopped at once,
+  /// the operation ends at its wait, shows nothing more and returns the empty value to its caller,
+  /// and only the controls live until then. The host's services must live until then too. A view
+  /// must not end the component while it is told of a change.
   ~ZANCtrl();
   ZANCtrl(const ZANCtrl&) = delete;
   ZANCtrl& operator=(const ZANCtrl&) = delete;
@@ -118,7 +124,12 @@ class ZANCtrl {
 
  private:
   class Component;
-  std::unique_ptr<Component> component_;
+
+  /// Every member that waits goes through here: the component lives until it has returned.
+  template <typename Act>
+  auto run(Act act);
+
+  std::shared_ptr<Component> component_;
 };
 
 }  // namespace lumodevice

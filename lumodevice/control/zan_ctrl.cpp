@@ -66,13 +66,11 @@ class ZANCtrl::Component {
     initialise();
   }
 
-  ~Component() {
-    if (link.connected() && form.optVisa1.value()) {
-      link.closeVisa();
-    }
+  /// Gives back at once what the host lent, whatever operations still wait.
+  void end() {
+    form.retire();
+    link.end();
   }
-  Component(const Component&) = delete;
-  Component& operator=(const Component&) = delete;
 
   /// Goes last: it may own the loop that the form's timers are on.
   Host host;
@@ -146,8 +144,25 @@ class ZANCtrl::Component {
   }
 };
 
-ZANCtrl::ZANCtrl(const Host& host) : component_(std::make_unique<Component>(host)) {}
-ZANCtrl::~ZANCtrl() = default;
+ZANCtrl::ZANCtrl(const Host& host) : component_(std::make_shared<Component>(host)) {
+  surface().belongTo(component_);
+}
+
+ZANCtrl::~ZANCtrl() {
+  component_->end();
+}
+
+/// An operation that the host ended the component under comes to its end here.
+template <typename Act>
+auto ZANCtrl::run(Act act) {
+  const std::shared_ptr<Component> held = component_;
+  using Result = decltype(act(*held));
+  try {
+    return act(*held);
+  } catch (const toolkit::OperationEnded&) {
+    return Result();
+  }
+}
 
 bool ZANCtrl::bDevAvaliable() const {
   return component_->link.bDevAvaliable;
@@ -195,11 +210,11 @@ LinkKind ZANCtrl::ConnStyle() const {
 }
 
 std::string ZANCtrl::ErrMessage() {
-  return component_->exchange.ErrMessage();
+  return run([](Component& component) { return component.exchange.ErrMessage(); });
 }
 
 void ZANCtrl::SendCmd(std::string_view sVar) {
-  component_->exchange.SendCmd(sVar);
+  run([sVar](Component& component) { component.exchange.SendCmd(sVar); });
 }
 
 std::string ZANCtrl::ResultStr() const {
@@ -223,13 +238,15 @@ void ZANCtrl::ShowConnect() {
 }
 
 bool ZANCtrl::AutoConnect() {
-  ShowConnect();
-  if (component_->form.optConnRS232.value()) {
-    component_->serial.AutoConnect();
-  } else {
-    component_->visa.AutoConnect();
-  }
-  return bDevAvaliable();
+  return run([](Component& component) {
+    component.form.cmdConnect.click.raise();
+    if (component.form.optConnRS232.value()) {
+      component.serial.AutoConnect();
+    } else {
+      component.visa.AutoConnect();
+    }
+    return component.link.bDevAvaliable;
+  });
 }
 
 void ZANCtrl::NotConnect() {
@@ -237,29 +254,29 @@ void ZANCtrl::NotConnect() {
 }
 
 bool ZANCtrl::GetSeqFile() {
-  component_->memoryFiles.GetSequence();
+  run([](Component& component) { component.memoryFiles.GetSequence(); });
   return true;
 }
 
 bool ZANCtrl::GetSysFile() {
-  component_->memoryFiles.GetSystem();
+  run([](Component& component) { component.memoryFiles.GetSystem(); });
   return true;
 }
 
 bool ZANCtrl::SendSysFile() {
-  return component_->memoryFiles.SendSystemForHost();
+  return run([](Component& component) { return component.memoryFiles.SendSystemForHost(); });
 }
 
 bool ZANCtrl::GetBMPFile() {
-  return component_->capture.GetBMPFile();
+  return run([](Component& component) { return component.capture.GetBMPFile(); });
 }
 
 bool ZANCtrl::GetPresetFile(std::string_view /*sFile*/) {
-  return component_->memoryFiles.GetPresetForHost();
+  return run([](Component& component) { return component.memoryFiles.GetPresetForHost(); });
 }
 
 bool ZANCtrl::SetPresetFile() {
-  return component_->memoryFiles.SetPresetForHost();
+  return run([](Component& component) { return component.memoryFiles.SetPresetForHost(); });
 }
 
 void ZANCtrl::setKeys(std::span<const devButton> keys) {

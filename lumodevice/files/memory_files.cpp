@@ -196,7 +196,7 @@ void MemoryFiles::sendPresetOverSerial(std::string_view sFile) {
   files_.read(sFile, raw);
   link_.MSComm1.Output(":MEM:FILE:PRES #3892");
   link_.MSComm1.Output(asText(std::span(raw).subspan(kPresetHeaderSize, kPresetSize)));
-  link_.host.loop.sleep(kPresetSendWait);
+  link_.sleep(kPresetSendWait);
 }
 
 /// Takes a file that was saved over VISA. It is the end mode for reading that is switched, and no

@@ -134,4 +134,10 @@ Form::Form(toolkit::EventLoop& loop) {
   Timer2.joinLoop(loop);
 }
 
+void Form::retire() {
+  surface_.detachAll();
+  Timer1.leaveLoop();
+  Timer2.leaveLoop();
+}
+
 }  // namespace lumodevice::form

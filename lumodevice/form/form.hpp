@@ -29,6 +29,9 @@ class Form {
   explicit Form(toolkit::EventLoop& loop);
   [[nodiscard]] toolkit::Surface& surface() { return surface_; }
 
+  /// Nobody watches it any more, and nothing ticks.
+  void retire();
+
   toolkit::Form& panel = the<toolkit::Form>("ZANCtrl");
 
   // Channel, mode, read-outs and switches.

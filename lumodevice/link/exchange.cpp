@@ -60,7 +60,7 @@ void Exchange::sendOverSerial(const std::string& command) {
     link_.form.Timer2.setEnabled(true);
     link_.answerPending = true;
     link_.processEvents();
-    link_.host.loop.sleep(kSerialQueryWait);
+    link_.sleep(kSerialQueryWait);
   } else if (link_.host.log != nullptr) {
     logCommand(command);
   }

@@ -55,11 +55,49 @@ void Link::closeVisa() {
 
 void Link::pause(double milliseconds) {
   processEvents();
-  host.loop.sleep(milliseconds);
+  sleep(milliseconds);
 }
 
 void Link::waitUnits(double units) {
-  attempt([&] { host.loop.sleep(units * text::Val(form.Text5.text())); });
+  attempt([&] { sleep(units * text::Val(form.Text5.text())); });
+}
+
+void Link::sleep(double milliseconds) {
+  goOn();
+  host.loop.sleep(milliseconds);
+  goOn();
+}
+
+void Link::processEvents() {
+  goOn();
+  host.loop.processEvents();
+  goOn();
+}
+
+void Link::showBox(std::string_view text) {
+  goOn();
+  host.informationBox(text);
+  goOn();
+}
+
+void Link::end() {
+  if (connected() && form.optVisa1.value()) {
+    closeVisa();
+  }
+  attempt([this] { closeSerialPort(); });
+  devZAN.reset();
+  resourceManagerObject.reset();
+  form.cmdSendCmd.setEnabled(false);
+  linkName.clear();
+  bDevAvaliable = false;
+  ended_ = true;
+}
+
+/// Whatever ran during a wait may have ended the component.
+void Link::goOn() const {
+  if (ended_) {
+    throw toolkit::OperationEnded();
+  }
 }
 
 }  // namespace lumodevice::link

@@ -99,10 +99,21 @@ struct Link {
   /// Waits `units` times the wait unit, the milliseconds in Text5. A unit that is no number, or too
   /// large a one, is no wait.
   void waitUnits(double units);
+  void sleep(double milliseconds);
   /// Processes events once, then waits.
   void pause(double milliseconds);
-  void processEvents() { host.loop.processEvents(); }
-  void showBox(std::string_view text) const { host.informationBox(text); }
+  void processEvents();
+  void showBox(std::string_view text);
+
+  /// The component's life ends, perhaps while operations of it wait: closes the sessions of the
+  /// VISA library when it is connected through them, the serial port and the VISA COM session. From
+  /// now on every wait and every box throws toolkit::OperationEnded.
+  void end();
+
+ private:
+  void goOn() const;
+
+  bool ended_ = false;
 };
 
 }  // namespace lumodevice::link

@@ -98,7 +98,7 @@ std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex) {
   // The first answer may hold whatever waited on the line; only the second one counts.
   (void)SerialQueryIdentity();
   link_.processEvents();
-  link_.host.loop.sleep(kRepeatWait);
+  link_.sleep(kRepeatWait);
   std::string answer = SerialQueryIdentity();
   link_.processEvents();
   return answer;
@@ -106,7 +106,7 @@ std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex) {
 
 std::string SerialConnection::SerialQueryIdentity() {
   link_.MSComm1.Output("*IDN?\r");
-  link_.host.loop.sleep(kIdentityWait);
+  link_.sleep(kIdentityWait);
   std::string answer = link_.MSComm1.Input();
   const bool complete = answer.ends_with('\n') || answer.ends_with('\r');
   return complete ? answer : std::string();

@@ -7,7 +7,7 @@ namespace lumodevice::toolkit {
 class Label : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::Label;
-  Event<> click;
+  Event<> click{*this};
 
  protected:
   friend class Surface;
@@ -17,7 +17,7 @@ class Label : public Captioned<Control> {
 class CommandButton : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::CommandButton;
-  Event<> click;
+  Event<> click{*this};
 
  protected:
   friend class Surface;
@@ -31,7 +31,7 @@ class CheckBox : public Captioned<Control> {
   static constexpr int kClear = 0;
   static constexpr int kTicked = 1;
   static constexpr int kGreyed = 2;
-  Event<> click;
+  Event<> click{*this};
   [[nodiscard]] int value() const { return value_; }
   /// Throws PropertyFault(380) for a value other than 0, 1 and 2.
   void setValue(int value);
@@ -48,7 +48,7 @@ class CheckBox : public Captioned<Control> {
 class OptionButton : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::OptionButton;
-  Event<> click;
+  Event<> click{*this};
   [[nodiscard]] bool value() const { return value_; }
   void setValue(bool value);
 

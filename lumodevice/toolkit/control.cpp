@@ -58,6 +58,10 @@ void Control::bringToFront() {
   changed(Property::ZOrder);
 }
 
+std::shared_ptr<void> Control::hold() const {
+  return surface_.hold();
+}
+
 void Control::changed(Property property, int item) const {
   surface_.notify(*this, property, item);
 }

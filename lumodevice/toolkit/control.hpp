@@ -1,10 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/property.hpp"
 
 namespace lumodevice::toolkit {
@@ -46,6 +46,9 @@ class Control {
   /// Higher is nearer to the front among the controls of one container.
   [[nodiscard]] int zOrder() const { return zOrder_; }
   void bringToFront();
+
+  /// Keeps what the control is part of (see Surface::belongTo) from going.
+  [[nodiscard]] std::shared_ptr<void> hold() const;
 
  protected:
   struct Identity {

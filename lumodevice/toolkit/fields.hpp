@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/event.hpp"
 
 namespace lumodevice::toolkit {
 
@@ -14,8 +15,8 @@ enum class Key { Enter = 13, Up = 38, Down = 40 };
 class TextBox : public Control {
  public:
   static constexpr Kind kKind = Kind::TextBox;
-  Event<> change;
-  Event<Key> keyDown;
+  Event<> change{*this};
+  Event<Key> keyDown{*this};
   [[nodiscard]] const std::string& text() const { return text_; }
   void setText(std::string_view text);
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/event.hpp"
 
 namespace lumodevice::toolkit {
 
@@ -12,7 +13,7 @@ class Form : public Container {
  public:
   static constexpr Kind kKind = Kind::Form;
   /// The form comes into view; raised by what shows it.
-  Event<> show;
+  Event<> show{*this};
   /// 0 default, 1 arrow, 11 hourglass.
   [[nodiscard]] int mousePointer() const { return mousePointer_; }
   void setMousePointer(int pointer);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/fields.hpp"
 
 namespace lumodevice::toolkit {
@@ -14,7 +15,7 @@ class ListControl : public Control {
  public:
   /// The selection changed from code, or the operator picked an entry (also the one already
   /// selected).
-  Event<> click;
+  Event<> click{*this};
   [[nodiscard]] int listCount() const { return static_cast<int>(items_.size()); }
   /// Throws PropertyFault(381) outside 0 to listCount() - 1.
   [[nodiscard]] const std::string& list(int index) const;
@@ -49,7 +50,7 @@ class ListControl : public Control {
 class ComboBox : public ListControl {
  public:
   static constexpr Kind kKind = Kind::ComboBox;
-  Event<Key> keyDown;
+  Event<Key> keyDown{*this};
   [[nodiscard]] std::string_view text() const override { return text_; }
   void setText(std::string_view text);
 
@@ -75,9 +76,9 @@ class ListBox : public ListControl {
   static constexpr Kind kKind = Kind::ListBox;
   enum DropMode { kDropNone = 0, kDropManual = 1 };
   /// A drag of the selected item starts; without a text or an allowed effect it does not go on.
-  Event<DragData&> startDrag;
+  Event<DragData&> startDrag{*this};
   /// Something was dropped here; raised only in the manual drop mode.
-  Event<const DragData&> drop;
+  Event<const DragData&> drop{*this};
   [[nodiscard]] int oleDropMode() const { return dropMode_; }
   /// Throws PropertyFault(380) for a mode other than 0 and 1.
   void setOleDropMode(int mode);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/picture.hpp"
 
 namespace lumodevice::toolkit {
@@ -31,7 +32,7 @@ class Pictured : public Control {
 class PictureBox : public Pictured {
  public:
   static constexpr Kind kKind = Kind::PictureBox;
-  Event<> click;
+  Event<> click{*this};
 
  protected:
   friend class Surface;

@@ -1,5 +1,6 @@
 #include "lumodevice/toolkit/surface.hpp"
 
+#include <exception>
 #include <stdexcept>
 
 namespace lumodevice::toolkit {
@@ -13,6 +14,15 @@ constexpr int kNoIndex = -1;
 Control* Surface::find(std::string_view name, std::optional<int> index) const {
   const auto found = byName_.find(std::pair<std::string_view, int>(name, index.value_or(kNoIndex)));
   return found == byName_.end() ? nullptr : found->second;
+}
+
+void Surface::attach(View& view) {
+  const auto place = std::find(views_.begin(), views_.end(), kNobody);
+  if (place == views_.end()) {
+    views_.push_back(&view);
+  } else {
+    *place = &view;
+  }
 }
 
 void Surface::adopt(std::unique_ptr<Control> control) {
@@ -29,8 +39,19 @@ void Surface::missing(std::string_view name, std::optional<int> index) {
 }
 
 void Surface::notify(const Control& control, Property property, int item) const {
-  for (View* view : views_) {
-    view->changed(control, property, item);
+  std::exception_ptr thrown;
+  for (std::size_t i = 0; i < views_.size(); ++i) {  // a view may attach another one
+    if (views_[i] == kNobody) {
+      continue;
+    }
+    try {
+      views_[i]->changed(control, property, item);
+    } catch (...) {
+      thrown = thrown ? thrown : std::current_exception();
+    }
+  }
+  if (thrown) {
+    std::rethrow_exception(thrown);
   }
 }
 

@@ -16,7 +16,9 @@ namespace lumodevice::toolkit {
 
 /// Watches the controls of a surface: a window, a terminal, a test. The notification comes after
 /// the change and before the event that the change raises; `item` is the index of the item that was
-/// inserted or removed, else -1. A view may read any control then, but must not change one.
+/// inserted or removed, else -1. A view may read any control then and detach itself or others, but
+/// must neither change a control nor end what the surface is part of. When a view throws, the
+/// others are told all the same; then the exception goes on, and the event is not raised.
 class View {
  public:
   virtual ~View() = default;
@@ -58,12 +60,20 @@ class Surface {
 
   [[nodiscard]] const std::vector<std::unique_ptr<Control>>& controls() const { return controls_; }
 
-  void attach(View& view) { views_.push_back(&view); }
-  void detach(View& view) { std::erase(views_, &view); }
+  void attach(View& view);
+  void detach(View& view) { std::replace(views_.begin(), views_.end(), &view, kNobody); }
+  void detachAll() { std::fill(views_.begin(), views_.end(), kNobody); }
+
+  /// What lives until the last running handler of a control has returned, whoever else lets it go.
+  /// Nothing at first: then the surface's owner has to see to that.
+  void belongTo(std::weak_ptr<void> owner) { owner_ = std::move(owner); }
+  /// Keeps it from going; null when there is nothing, or it goes already.
+  [[nodiscard]] std::shared_ptr<void> hold() const { return owner_.lock(); }
 
  private:
   friend class Control;
   using Key = std::pair<std::string, int>;
+  static constexpr View* kNobody = nullptr;
   struct Before {
     using is_transparent = void;
     bool operator()(const auto& left, const auto& right) const {
@@ -78,7 +88,9 @@ class Surface {
 
   std::vector<std::unique_ptr<Control>> controls_;
   std::map<Key, Control*, Before> byName_;
+  /// With kNobody in the places of those that left, perhaps while they were told of a change.
   std::vector<View*> views_;
+  std::weak_ptr<void> owner_;
   int lastZOrder_ = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
 
 namespace lumodevice::toolkit {
@@ -15,7 +16,7 @@ class Timer : public Control {
   static constexpr Kind kKind = Kind::Timer;
   static constexpr int kLongestInterval = 65535;
   ~Timer() override;
-  Event<> tick;
+  Event<> tick{*this};
   /// Milliseconds; 0 stops the timer.
   [[nodiscard]] int interval() const { return interval_; }
   /// Restarts the count. Throws PropertyFault(380) outside 0 to 65535.

@@ -73,8 +73,15 @@ Host Bench::host() {
           .serialDevices = serial,
           .drive = drive,
           .wallClock = wallClock,
-          .informationBox = [this](std::string_view text) { script.note("box " + escaped(text)); },
+          .informationBox = [this](std::string_view text) { showBox(text); },
           .log = logging_ ? &log : nullptr};
+}
+
+void Bench::showBox(std::string_view text) {
+  script.note("box " + escaped(text));
+  if (onBox) {
+    onBox();
+  }
 }
 
 void Bench::destroy() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <set>
 #include <sstream>
@@ -60,6 +61,8 @@ class Bench : public PanelHand, private toolkit::View {
   MemoryDrive drive{script};
   FixedClock wallClock;
   std::ostringstream log;
+  /// What happens while an information box is shown.
+  std::function<void()> onBox;
 
   /// What the component is given.
   [[nodiscard]] Host host();
@@ -89,6 +92,7 @@ class Bench : public PanelHand, private toolkit::View {
 
  private:
   void changed(const toolkit::Control& control, toolkit::Property property, int item) override;
+  void showBox(std::string_view text);
   void requireConnected(std::string_view how);
 
   std::set<std::string, std::less<>> watched_;
