@@ -44,18 +44,6 @@ std::string padded(std::string text, std::size_t size) {
   return text;
 }
 
-/// Shows the hourglass while it lives.
-class BusyPointer {
- public:
-  explicit BusyPointer(toolkit::Form& panel) : panel_(panel) { panel_.setMousePointer(kHourglass); }
-  ~BusyPointer() { panel_.setMousePointer(kArrow); }
-  BusyPointer(const BusyPointer&) = delete;
-  BusyPointer& operator=(const BusyPointer&) = delete;
-
- private:
-  toolkit::Form& panel_;
-};
-
 }  // namespace
 
 VisaConnection::VisaConnection(Link& link, ChannelList& channels)
@@ -66,8 +54,19 @@ VisaConnection::VisaConnection(Link& link, ChannelList& channels)
 }
 
 void VisaConnection::AutoConnect() {
+  toolkit::Form& panel = link_.form.panel;
+  try {
+    panel.setMousePointer(kHourglass);
+    connectToAny();
+  } catch (...) {  // thrown by the host
+    panel.setMousePointer(kArrow);
+    throw;
+  }
+  panel.setMousePointer(kArrow);
+}
+
+void VisaConnection::connectToAny() {
   form::Form& form = link_.form;
-  const BusyPointer busy(form.panel);
   for (toolkit::ListBox* list : {&form.List1, &form.List2, &form.List3}) {
     list->clear();
   }

@@ -32,6 +32,7 @@ class VisaConnection {
     std::size_t descriptorSize;
   };
 
+  void connectToAny();
   [[nodiscard]] bool probe(const Search& search);
   void probeCandidate(const std::string& descriptor, std::size_t descriptorSize);
   [[nodiscard]] bool open(const Search& search);

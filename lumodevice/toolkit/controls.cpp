@@ -1,5 +1,7 @@
 #include "lumodevice/toolkit/controls.hpp"
 
+#include <utility>
+
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice::toolkit {
@@ -85,7 +87,19 @@ void ListControl::setListIndex(int index) {
 
 void ListControl::select(int index) {
   listIndex_ = index;
-  changed(Property::ListIndex);
+  tellThenFollow({Property::ListIndex});
+}
+
+/// The text follows the selection also where a view throws.
+void ListControl::tellThenFollow(std::initializer_list<Property> properties) {
+  try {
+    for (const Property property : properties) {
+      changed(property);
+    }
+  } catch (...) {
+    selectionChanged();
+    throw;
+  }
   selectionChanged();
 }
 
@@ -126,12 +140,11 @@ void ListControl::removeItem(int index) {
 
 void ListControl::clear() {
   items_.clear();
-  changed(Property::ItemsCleared);
-  if (listIndex_ != -1) {
-    listIndex_ = -1;
-    changed(Property::ListIndex);
+  if (std::exchange(listIndex_, -1) == -1) {
+    tellThenFollow({Property::ItemsCleared});
+  } else {
+    tellThenFollow({Property::ItemsCleared, Property::ListIndex});
   }
-  selectionChanged();
 }
 
 void ComboBox::setText(std::string_view text) {

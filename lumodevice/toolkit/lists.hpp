@@ -1,5 +1,6 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,6 +42,7 @@ class ListControl : public Control {
 
  private:
   void select(int index);
+  void tellThenFollow(std::initializer_list<Property> properties);
   std::vector<std::string> items_;
   int listIndex_ = -1;
 };

@@ -2,6 +2,7 @@
 #include <iterator>
 #include <map>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -208,6 +209,90 @@ TEST(View, isToldBeforeTheEventIsRaised) {
   surface.detach(recorder);
   box.setValue(0);
   EXPECT_EQ(order, "view clickclick");
+}
+
+/// Throws when it is told of that property.
+class ThrowingView : public View {
+ public:
+  ThrowingView(Surface& surface, Property property) : surface_(surface), property_(property) {
+    surface_.attach(*this);
+  }
+  ~ThrowingView() override { surface_.detach(*this); }
+  ThrowingView(const ThrowingView&) = delete;
+  ThrowingView& operator=(const ThrowingView&) = delete;
+  void changed(const Control& /*control*/, Property property, int /*item*/) override {
+    if (property == property_) {
+      throw std::runtime_error("of the view's own");
+    }
+  }
+
+ private:
+  Surface& surface_;
+  Property property_;
+};
+
+class AThrowingView : public testing::Test {
+ protected:
+  AThrowingView() {
+    combo.addItem("one");
+    combo.addItem("two");
+    list.addItem("one");
+  }
+
+  Surface surface;
+  ComboBox& combo = surface.add<ComboBox>("combo");
+  ListBox& list = surface.add<ListBox>("list");
+  TextBox& text = surface.add<TextBox>("text");
+};
+
+TEST_F(AThrowingView, doesNotKeepTheChangeFromTheOthers) {
+  const ThrowingView thrower(surface, Property::Text);
+  const CopyingView copy(surface);
+  EXPECT_THROW(text.setText("new"), std::runtime_error);
+  copy.expectEqualToControls();
+}
+
+TEST_F(AThrowingView, leavesTheTextOfTheSelectedEntry) {
+  const ThrowingView thrower(surface, Property::ListIndex);
+  EXPECT_THROW(combo.setListIndex(1), std::runtime_error);
+  EXPECT_EQ(combo.text(), "two");
+  EXPECT_THROW(combo.clear(), std::runtime_error);
+  EXPECT_EQ(combo.text(), "");
+}
+
+TEST_F(AThrowingView, leavesNoSelectionInAnEmptyList) {
+  list.setListIndex(0);
+  const ThrowingView thrower(surface, Property::ItemsCleared);
+  EXPECT_THROW(list.clear(), std::runtime_error);
+  EXPECT_EQ(list.listIndex(), -1);
+  EXPECT_EQ(list.text(), "");
+}
+
+/// Takes another view off the surface when it is told of something.
+class DismissingView : public View {
+ public:
+  DismissingView(Surface& surface, View& other) : surface_(surface), other_(other) {}
+  void changed(const Control& /*control*/, Property /*property*/, int /*item*/) override {
+    surface_.detach(other_);
+    surface_.detach(*this);
+  }
+
+ private:
+  Surface& surface_;
+  View& other_;
+};
+
+TEST(DetachedWhileToldOfAChange, isNotToldAndTheNextOneIs) {
+  Surface surface;
+  auto& text = surface.add<TextBox>("text");
+  ThrowingView dismissed(surface, Property::Text);
+  surface.detach(dismissed);
+  DismissingView dismisser(surface, dismissed);
+  surface.attach(dismisser);
+  surface.attach(dismissed);
+  const CopyingView copy(surface);
+  EXPECT_NO_THROW(text.setText("new"));
+  copy.expectEqualToControls();
 }
 
 }  // namespace
