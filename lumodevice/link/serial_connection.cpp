@@ -41,6 +41,9 @@ void SerialConnection::AutoConnect() {
   if (link_.form.Combo1.listCount() > 0) {
     FindSerialInstrument();
   }
+  if (found_ && !link_.MSComm1.PortOpen()) {
+    return;  // the other link was chosen meanwhile, perhaps connected
+  }
   connected_ = found_;
   link_.bDevAvaliable = found_;
   attempt([&] { channels_.ApplyConnectResult(connected_); });
@@ -61,7 +64,11 @@ void SerialConnection::ScanSerialPorts() {
       ports_[static_cast<std::size_t>(portCount_)] = port;
       link_.form.Combo1.addItem("COM" + std::to_string(port));
     }
+    const bool connected = link_.connected();
     link_.processEvents();
+    if (!connected && link_.connected()) {
+      return;  // connected meanwhile: the port that comes next would take the link's place
+    }
   }
 }
 
@@ -127,6 +134,9 @@ void SerialConnection::Connect() {
     link_.processEvents();
     link_.waitUnits(1);
     link_.processEvents();
+    if (!link_.MSComm1.PortOpen()) {
+      return;  // the other link was chosen meanwhile, perhaps connected
+    }
     const std::string& answer = link_.form.txtReturn.text();
     if (!answer.empty()) {
       connected_ = text::contains(answer, kProduct);

@@ -13,7 +13,8 @@ void expectConsistent(PanelBench& bench);
 /// link that is chosen. Undoes what the operator may have typed into the console.
 void expectUsable(PanelBench& bench);
 
-/// The same without the connect where the component says that it is connected.
+/// A component that says it is connected answers a command: the first one, or the second where the
+/// first brought the answer of a serial query that a command cut off.
 [[nodiscard]] bool keepsItsWord(PanelBench& bench);
 
 }  // namespace lumodevice::support
