@@ -40,12 +40,13 @@ void Surface::missing(std::string_view name, std::optional<int> index) {
 
 void Surface::notify(const Control& control, Property property, int item) const {
   std::exception_ptr thrown;
-  for (std::size_t i = 0; i < views_.size(); ++i) {  // a view may attach another one
-    if (views_[i] == kNobody) {
-      continue;
-    }
+  std::size_t next = 0;
+  while (next < views_.size()) {  // a view may attach another one
+    View* const view = views_[next++];
     try {
-      views_[i]->changed(control, property, item);
+      if (view != kNobody) {
+        view->changed(control, property, item);
+      }
     } catch (...) {
       thrown = thrown ? thrown : std::current_exception();
     }
