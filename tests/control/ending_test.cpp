@@ -35,7 +35,7 @@ class EndedWithin : public testing::TestWithParam<Over> {
   };
 
   /// The act, with the component's end in its n-th event pass.
-  Outcome run(const Act& act, int pass) const {
+  [[nodiscard]] Outcome run(const Act& act, int pass) const {
     PanelBench bench;
     support::plugEverywhere(bench);
     bench.connect(GetParam());
