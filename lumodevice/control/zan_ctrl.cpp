@@ -125,7 +125,7 @@ class ZANCtrl::Component {
 
   /// A panel that comes into view after a serial search starts from the first mode, as the
   /// instrument does.
-  void shown() {
+  void shown() const {
     if (!serial.found()) {
       return;
     }

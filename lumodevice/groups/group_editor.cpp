@@ -108,7 +108,7 @@ bool GroupEditor::sendGroup(const ListBox& list) {
   if (!run(":CHAN " + std::to_string(firstChannel(list))) || !run(":CONF:PAR:UNIT " + size)) {
     return false;
   }
-  link_.host.loop.sleep(kJoinWait);
+  link_.sleep(kJoinWait);
   return run(link_.form.optPara.value() ? ":CONF:PAR:MODE 1" : ":CONF:PAR:MODE 0");
 }
 

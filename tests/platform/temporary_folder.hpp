@@ -16,6 +16,7 @@ class TemporaryFolder {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
   /// Creates the file, with the folders above it.
+  // NOLINTNEXTLINE(modernize-use-nodiscard): often called for the file alone
   std::filesystem::path write(const std::filesystem::path& name, std::string_view content) const;
   [[nodiscard]] std::string read(const std::filesystem::path& name) const;
 
