@@ -91,6 +91,33 @@ TEST(SerialExchange, aDeviceThatComesBackGoesOnAnswering) {
   EXPECT_EQ(bench.ask(":MEAS?"), "1.5");
 }
 
+TEST(SerialExchange, anAnswerThatIsCutOffDoesNotStandInFrontOfTheNext) {
+  Bench bench;
+  bench.connectSerial();
+  bench.instrument.on(":MEAS?", "1.5\n");
+  send(bench, ":MEAS?");  // the answer waits in the port
+  send(bench, ":CHAN 1");
+  EXPECT_EQ(bench.ask("*IDN?"), support::kIdentity);
+}
+
+/// What the auto query had asked must not pass for the mode: the panel would switch the load to
+/// another one.
+TEST(SerialExchange, aChannelSelectedWhileAReadingIsOnItsWayReadsItsOwnMode) {
+  Bench bench;
+  bench.connectSerial();
+  bench.instrument.on(":Mode?", "CV\n");
+  for (const char* reading : {":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?"}) {
+    bench.instrument.on(reading, "12.0000\n");
+  }
+  bench.select("cmbChannel", 0);
+  bench.zan().AutoQuery(true);
+  bench.run(std::chrono::milliseconds(200));
+  bench.journal();
+  bench.select("cmbChannel", 1);
+  EXPECT_EQ(bench.journal({"COM3 write :MODE CCH"}), "");
+  EXPECT_EQ(bench.read("optMode(2)", "Value"), "True");
+}
+
 TEST(SerialExchange, writingALineEndsTheWaitForAnAnswer) {
   link::LinkParts parts;
   parts.bench.serial.ports[1];
