@@ -284,7 +284,7 @@ void ZANCtrl::setKeys(std::span<const devButton> keys) {
 }
 
 void ZANCtrl::PressKeyAt(std::int16_t button, std::int16_t shift, float x, float y) {
-  component_->frontPanelKeys.PressKeyAt(button, shift, x, y);
+  run([&](Component& component) { component.frontPanelKeys.PressKeyAt(button, shift, x, y); });
 }
 
 toolkit::Surface& ZANCtrl::surface() {
