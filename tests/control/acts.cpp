@@ -135,6 +135,17 @@ void addMembers(std::vector<Act>& acts) {
   add("GetBMPFile", [](ZANCtrl& zan) { (void)zan.GetBMPFile(); });
   add("GetPresetFile", [](ZANCtrl& zan) { (void)zan.GetPresetFile(""); });
   add("SetPresetFile", [](ZANCtrl& zan) { (void)zan.SetPresetFile(); });
+  add("PressKeyAt", [](ZANCtrl& zan) {
+    const devButton load{.btnTitle = "LOAD", .x1 = 0, .y1 = 0, .x2 = 10, .y2 = 10};
+    zan.setKeys({&load, 1});
+    zan.PressKeyAt(1, 0, 5, 5);
+  });
+  acts.push_back({"a group sent", [](PanelBench& bench) {
+                    for (const char* channel : {"CH1", "CH2"}) {
+                      bench.control<toolkit::ListBox>("List2").addItem(channel);
+                    }
+                    bench.control<toolkit::CommandButton>("cmdParaOK").click.raise();
+                  }});
 }
 
 void addConnects(std::vector<Act>& acts) {
