@@ -35,33 +35,45 @@ constexpr OverlayTable overlayTable(int plane) {
 constexpr OverlayTable kOverlay1 = overlayTable(1);
 constexpr OverlayTable kOverlay2 = overlayTable(2);
 
-/// The bytes of a point as the picture stores them, filled up to a size that is moved at once.
-using Point = std::array<std::uint8_t, 4>;
-using Points = std::array<Point, 256>;
-constexpr std::size_t kPointSize = 3;
+/// Two neighbouring points are stored at once, with two bytes to spare: blue, green and red of each
+/// in the order in which this machine lays the bytes of a word out.
+constexpr bool kLittleEndian = std::endian::native == std::endian::little;
+constexpr unsigned kLeftShift = kLittleEndian ? 0 : 40;
+constexpr unsigned kRightShift = kLittleEndian ? 24 : 16;
+constexpr std::size_t kPairSize = 6;
+
+using Points = std::array<std::uint64_t, 256>;
 
 Points pointsOf(const ScreenPalette& palette) {
   Points points{};
   for (std::size_t i = 0; i < points.size(); ++i) {
-    points[i] = {palette[i].rgbBlue, palette[i].rgbGreen, palette[i].rgbRed, 0};
+    const auto [blue, green, red] = palette[i];
+    points[i] = kLittleEndian ? blue | green << 8 | red << 16 : blue << 16 | green << 8 | red;
   }
   return points;
+}
+
+/// The palette index of a row among the four of a word as it stands in memory.
+constexpr std::uint8_t indexOf(std::uint32_t rows, std::size_t row) {
+  return static_cast<std::uint8_t>(rows >> 8 * (kLittleEndian ? row : 3 - row));
 }
 
 /// Where the next points of four rows go.
 using FourPlaces = std::array<std::uint8_t*, 4>;
 
-/// Puts `Size` bytes of a point into each of the four rows. The byte beyond a point belongs to the
-/// next one, which is painted over it: only at the end of a row it must be left alone.
+/// Puts `Size` bytes of a pair into each of the four rows. The bytes beyond a pair belong to the
+/// next one, which is painted over them: only at the end of a row they must be left alone.
 template <std::size_t Size>
-void put(const Points& points, const FourRows& indexes, FourPlaces& places) {
-  for (std::size_t row = 0; row < indexes.size(); ++row) {
-    std::memcpy(places[row], points[indexes[row]].data(), Size);
-    places[row] += kPointSize;
+void put(const Points& points, std::uint32_t left, std::uint32_t right, FourPlaces& places) {
+  for (std::size_t row = 0; row < places.size(); ++row) {
+    const std::uint64_t pair =
+        points[indexOf(left, row)] << kLeftShift | points[indexOf(right, row)] << kRightShift;
+    std::memcpy(places[row], &pair, Size);
+    places[row] += kPairSize;
   }
 }
 
-static_assert(kScreenHeight % 4 == 0);
+static_assert(kScreenHeight % 4 == 0 && kScreenWidth % 2 == 0);
 
 }  // namespace
 
@@ -84,17 +96,19 @@ void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::P
       std::memcpy(&rows, &base[x * DisplayDump::kColumnSize + firstRow], sizeof rows);
       const std::uint8_t above2 = overlay2[group + x];
       const std::uint8_t above1 = overlay1[group + x];
-      rows = (rows & kOverlay2.keep[above2]) | kOverlay2.indexes[above2];
-      rows = (rows & kOverlay1.keep[above1]) | kOverlay1.indexes[above1];
-      return std::bit_cast<FourRows>(rows);
+      if ((above1 | above2) != 0) {  // most of a screen has nothing above its base
+        rows = (rows & kOverlay2.keep[above2]) | kOverlay2.indexes[above2];
+        rows = (rows & kOverlay1.keep[above1]) | kOverlay1.indexes[above1];
+      }
+      return rows;
     };
     FourPlaces places{picture.row(top).data(), picture.row(top + 1).data(),
                       picture.row(top + 2).data(), picture.row(top + 3).data()};
     // Picture columns run against the dump's.
-    for (std::size_t x = kScreenWidth - 1; x > 0; --x) {
-      put<sizeof(Point)>(points, column(x), places);
+    for (std::size_t x = kScreenWidth - 1; x > 1; x -= 2) {
+      put<sizeof(std::uint64_t)>(points, column(x), column(x - 1), places);
     }
-    put<kPointSize>(points, column(0), places);
+    put<kPairSize>(points, column(1), column(0), places);
   }
 }
 

@@ -213,7 +213,7 @@ bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
     return false;
   }
   files::BlockSession session(link_, files::BlockSession::End::Reading);
-  const files::Bytes data = session.read(raw ? kDumpQuery : kBitmapQuery);
+  const io::Bytes data = session.read(raw ? kDumpQuery : kBitmapQuery);
   if (data.size() < files::kLeastBlock) {
     return false;
   }

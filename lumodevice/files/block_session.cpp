@@ -27,7 +27,7 @@ void BlockSession::begin() {
   }
 }
 
-Bytes BlockSession::read(std::string_view query) {
+io::Bytes BlockSession::read(std::string_view query) {
   link_.device().WriteString(text::Trim(query) + '\n', true);
   begin();
   return link_.device().ReadIEEEBlock(false, true);

@@ -27,7 +27,7 @@ class BlockSession {
 
   /// Asks and reads the data bytes of the answer, switched for the transfer. What arrives is the
   /// caller's to judge.
-  [[nodiscard]] Bytes read(std::string_view query);
+  [[nodiscard]] io::Bytes read(std::string_view query);
 
   void write(std::string_view command, std::span<const std::uint8_t> data);
 

@@ -80,7 +80,7 @@ void MemoryFiles::getOverSerial(const Reading& reading) {
 
 void MemoryFiles::getOverVisa(std::string_view query, std::string_view target) {
   BlockSession session(link_, BlockSession::End::Reading);
-  const Bytes data = session.read(query);
+  const io::Bytes data = session.read(query);
   if (data.size() >= kLeastBlock) {
     files_.write(target, data);
     session.restore();

@@ -115,8 +115,8 @@ std::size_t FormattedIO::room(std::size_t arrived) {
 
 /// One read of at most `most` bytes onto the end of `bytes`; what arrives before a failure stays
 /// there.
-template <typename Bytes>
-void FormattedIO::readOnto(Bytes& bytes, std::size_t most) {
+template <typename Buffer>
+void FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
   const std::size_t before = bytes.size();
   bytes.resize(before + most);
   std::uint32_t count = 0;
@@ -202,10 +202,10 @@ std::size_t FormattedIO::blockLengthAt(std::size_t& header) {
 
 /// The data behind the header go straight to their place, in pieces that grow with what the link
 /// delivers. After a failure all of the block is unread again.
-std::vector<std::uint8_t> FormattedIO::takeBlock(std::size_t header, std::size_t length) {
+Bytes FormattedIO::takeBlock(std::size_t header, std::size_t length) {
   const std::string_view there = unread().substr(header, length);
   const std::size_t kept = there.size();
-  std::vector<std::uint8_t> data;
+  Bytes data;
   data.reserve(std::min(length, kLargestReserve));
   data.assign(there.begin(), there.end());
   try {
@@ -225,13 +225,13 @@ std::vector<std::uint8_t> FormattedIO::takeBlock(std::size_t header, std::size_t
   return data;
 }
 
-std::vector<std::uint8_t> FormattedIO::ReadIEEEBlock(bool seekToBlock, bool flushToEnd) {
+Bytes FormattedIO::ReadIEEEBlock(bool seekToBlock, bool flushToEnd) {
   session();
   skipped_ = 0;
   if (seekToBlock) seekBlock();
   std::size_t header = 0;
   const std::size_t length = blockLengthAt(header);
-  std::vector<std::uint8_t> data = takeBlock(header, length);
+  Bytes data = takeBlock(header, length);
   if (flushToEnd) {
     flushMessage();
   } else if (unread().empty() && ending_ != Ending::Open) {

@@ -23,7 +23,7 @@ class FormattedIO : public FormattedIO488 {
   void setIO(std::shared_ptr<MessageSession> session) override;
   void WriteString(std::string_view data, bool flushAndEnd) override;
   std::string ReadString() override;
-  std::vector<std::uint8_t> ReadIEEEBlock(bool seekToBlock, bool flushToEnd) override;
+  Bytes ReadIEEEBlock(bool seekToBlock, bool flushToEnd) override;
   void WriteIEEEBlock(std::string_view command, std::span<const std::uint8_t> data,
                       bool flushAndEnd) override;
   void FlushWrite(bool sendEnd) override;
@@ -37,8 +37,8 @@ class FormattedIO : public FormattedIO488 {
   void beginWrite();
   void append(std::string_view data);
   std::size_t room(std::size_t arrived);
-  template <typename Bytes>
-  void readOnto(Bytes& bytes, std::size_t most);
+  template <typename Buffer>
+  void readOnto(Buffer& bytes, std::size_t most);
   void fetch(std::size_t most);
   void dropUnread();
   /// Throws VisaComFault when the message that is read has ended.
@@ -46,7 +46,7 @@ class FormattedIO : public FormattedIO488 {
   [[nodiscard]] std::string_view unread() const { return std::string_view(input_).substr(taken_); }
   void fetchUntilUnread(std::size_t wanted);
   std::size_t blockLengthAt(std::size_t& header);
-  std::vector<std::uint8_t> takeBlock(std::size_t header, std::size_t length);
+  Bytes takeBlock(std::size_t header, std::size_t length);
   void seekBlock();
   void flushMessage();
 

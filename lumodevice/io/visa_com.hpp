@@ -5,8 +5,8 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "lumodevice/io/bytes.hpp"
 #include "lumodevice/io/fault.hpp"
 
 /// The parts of the VISA COM 3.0 object model that the component uses. Every call throws
@@ -54,7 +54,7 @@ class FormattedIO488 {
   virtual std::string ReadString() = 0;
   /// The data bytes of a definite-length block of unsigned bytes. Without `seekToBlock` the first
   /// byte must be "#"; with `flushToEnd` the rest of the message is read and dropped.
-  virtual std::vector<std::uint8_t> ReadIEEEBlock(bool seekToBlock, bool flushToEnd) = 0;
+  virtual Bytes ReadIEEEBlock(bool seekToBlock, bool flushToEnd) = 0;
   /// `command` as it stands, then "#", one digit, the byte count and the bytes.
   virtual void WriteIEEEBlock(std::string_view command, std::span<const std::uint8_t> data,
                               bool flushAndEnd) = 0;

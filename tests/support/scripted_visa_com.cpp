@@ -110,7 +110,7 @@ class ScriptedVisaCom::FormattedIO : public io::FormattedIO488 {
     return open().read();
   }
   /// The script gives the data of a block alone.
-  std::vector<std::uint8_t> ReadIEEEBlock(bool seekToBlock, bool flushToEnd) override {
+  io::Bytes ReadIEEEBlock(bool seekToBlock, bool flushToEnd) override {
     com_.call("ReadIEEEBlock" + std::string(flag(seekToBlock, " seek")) +
               std::string(flag(flushToEnd, " flush")));
     const std::string data = open().read();

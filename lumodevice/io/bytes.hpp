@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace lumodevice::io {
+
+/// Leaves new elements as they are instead of setting them to zero.
+template <typename Element>
+struct Unset : std::allocator<Element> {
+  template <typename Other>
+  struct rebind {
+    using other = Unset<Other>;
+  };
+  template <typename Object, typename... Arguments>
+  void construct(Object* place, Arguments&&... arguments) {
+    if constexpr (sizeof...(Arguments) == 0) {
+      ::new (static_cast<void*>(place)) Object;
+    } else {
+      ::new (static_cast<void*>(place)) Object(std::forward<Arguments>(arguments)...);
+    }
+  }
+};
+
+/// Bytes on their way between a link and a file. Growing it leaves the new bytes unset: they are
+/// about to be received, and setting a large block to zero takes as long as a third of receiving
+/// it.
+using Bytes = std::vector<std::uint8_t, Unset<std::uint8_t>>;
+
+}  // namespace lumodevice::io
