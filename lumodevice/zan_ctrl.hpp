@@ -21,6 +21,15 @@ enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 /// link or the operator does; they may block for the waits of the operation that they run, during
 /// which the host's loop goes on processing events. What the host's own callbacks and views throw
 /// passes through the member; the operation is then broken off, and the next one works.
+///
+///     lumodevice::ZANCtrl load(lumodevice::Host::simulated());
+///     if (load.AutoConnect()) {
+///       load.SendCmd(":FETC:VOLT?");
+///       std::cout << load.ResultStr() << " V\n";
+///     }
+///
+/// A Host is what the component finds around it: the loop that it waits on, the links, drive C:, the
+/// clock and the information boxes. One component, its loop and its links belong to one thread.
 class ZANCtrl {
  public:
   /// Attempts no connection.
@@ -53,6 +62,7 @@ class ZANCtrl {
   [[nodiscard]] bool AutoQuery() const;
   void AutoQuery(bool on);
 
+  /// A link is open, whether or not its instrument still answers.
   [[nodiscard]] bool isConnected() const;
   /// The number of channels when connected, else 0.
   [[nodiscard]] std::int16_t ChCount() const;
@@ -81,8 +91,9 @@ class ZANCtrl {
 
   // Memory files and the screen. All files lie in "C:\temp" of the host's drive, which is created
   // when it is missing. The serial port carries them while optConnRS232 is selected, else the VISA
-  // COM session; over the VISA library nothing is transferred. The serial transfers wait fixed
-  // times, the others as long as the instrument needs, at most the time-out.
+  // COM session; over the VISA library nothing is transferred. The serial transfers wait the times
+  // named, and on for as long as a line slower than 38400 baud is delivering; the others as long as
+  // the instrument needs, at most the time-out.
 
   /// Saves the instrument's sequence file as "c:\temp\ZANSeq.a". Always true, also when nothing
   /// came: look at the file. Blocks 5 s on the serial port.
@@ -119,7 +130,8 @@ class ZANCtrl {
   /// `button` (of the mouse) and `shift` (keys held) make no difference.
   void PressKeyAt(std::int16_t button, std::int16_t shift, float x, float y);
 
-  /// All controls of the panel, for views, hands and tests.
+  /// All controls of the panel, for views, hands and tests. What brings the panel into view raises
+  /// the `show` event of its form (toolkit::Form, named "ZANCtrl").
   [[nodiscard]] toolkit::Surface& surface();
 
  private:
