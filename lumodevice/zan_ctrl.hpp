@@ -28,8 +28,8 @@ enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 ///       std::cout << load.ResultStr() << " V\n";
 ///     }
 ///
-/// A Host is what the component finds around it: the loop that it waits on, the links, drive C:, the
-/// clock and the information boxes. One component, its loop and its links belong to one thread.
+/// A Host is what the component finds around it: the loop that it waits on, the links, drive C:,
+/// the clock and the information boxes. One component, its loop and its links belong to one thread.
 class ZANCtrl {
  public:
   /// Attempts no connection.

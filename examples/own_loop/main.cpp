@@ -97,7 +97,7 @@ class ReadOuts : public toolkit::View {
 
  private:
   [[nodiscard]] std::string text(const char* name) const {
-    return std::string(panel_.get<toolkit::TextBox>(name, 0).text());
+    return panel_.get<toolkit::TextBox>(name, 0).text();
   }
   toolkit::Surface& panel_;
 };

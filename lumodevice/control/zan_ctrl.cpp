@@ -39,8 +39,8 @@ int interval(const toolkit::TextBox& field) {
 /// The subsystems, put together.
 class ZANCtrl::Component {
  public:
-  explicit Component(const Host& given)
-      : host(given),
+  explicit Component(Host given)
+      : host(std::move(given)),
         form(host.loop),
         link(form, host),
         exchange(link),
