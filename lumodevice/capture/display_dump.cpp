@@ -47,7 +47,9 @@ using Points = std::array<std::uint64_t, 256>;
 Points pointsOf(const ScreenPalette& palette) {
   Points points{};
   for (std::size_t i = 0; i < points.size(); ++i) {
-    const auto [blue, green, red] = palette[i];
+    const std::uint64_t blue = palette[i].rgbBlue;
+    const std::uint64_t green = palette[i].rgbGreen;
+    const std::uint64_t red = palette[i].rgbRed;
     points[i] = kLittleEndian ? blue | green << 8 | red << 16 : blue << 16 | green << 8 | red;
   }
   return points;

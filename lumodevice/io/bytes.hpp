@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <utility>
+#include <new>
 #include <vector>
 
 namespace lumodevice::io {
@@ -14,13 +14,9 @@ struct Unset : std::allocator<Element> {
   struct rebind {
     using other = Unset<Other>;
   };
-  template <typename Object, typename... Arguments>
-  void construct(Object* place, Arguments&&... arguments) {
-    if constexpr (sizeof...(Arguments) == 0) {
-      ::new (static_cast<void*>(place)) Object;
-    } else {
-      ::new (static_cast<void*>(place)) Object(std::forward<Arguments>(arguments)...);
-    }
+  template <typename Object>
+  void construct(Object* place) {
+    ::new (static_cast<void*>(place)) Object;
   }
 };
 
