@@ -39,7 +39,7 @@ class InstrumentSession {
 
   [[nodiscard]] const Settings& settings() const { return settings_; }
   /// Called after every change; a link that keeps settings in the kernel hands them on here.
-  virtual io::ViStatus applySettings() = 0;
+  virtual io::ViStatus applySettings() { return io::VI_SUCCESS; }
 
  private:
   std::string interfaceName_;

@@ -53,12 +53,13 @@ bool wouldBlock(int error) {
 
 }  // namespace
 
-/// The wait of one read. The first is the kernel's own receive time-out, so that a plain exchange
-/// costs no call but the receive; the rest of an answer in pieces is waited for until the same
-/// deadline.
+/// The wait of one read. The first is the kernel's own receive time-out where it has the right one,
+/// so that a plain exchange costs no call but the receive; the rest of an answer in pieces is
+/// waited for until the same deadline.
 class SocketSession::Wait {
  public:
-  explicit Wait(std::uint32_t timeout) : deadline_(timeout), immediate_(timeout == 0) {}
+  Wait(std::uint32_t timeout, bool kernelTimesOut)
+      : deadline_(timeout), immediate_(timeout == 0), blocking_(kernelTimesOut && !immediate_) {}
 
   [[nodiscard]] int receiveFlags() const { return blocking_ ? 0 : MSG_DONTWAIT; }
   /// After a receive that brought nothing: true when it is worth another.
@@ -72,7 +73,7 @@ class SocketSession::Wait {
  private:
   Deadline deadline_;
   bool immediate_;
-  bool blocking_ = !immediate_;
+  bool blocking_;
 };
 
 std::unique_ptr<SocketSession> SocketSession::connect(const SocketAddress& address,
@@ -112,24 +113,27 @@ SocketSession::SocketSession(FileDescriptor socket, int board)
   switchOn(socket_.get(), IPPROTO_TCP, TCP_NODELAY);
   switchOn(socket_.get(), SOL_SOCKET, SO_KEEPALIVE);
   (void)::fcntl(socket_.get(), F_SETFL, ::fcntl(socket_.get(), F_GETFL) & ~O_NONBLOCK);
-  (void)SocketSession::applySettings();
 }
 
-/// The kernel takes a time of zero for "for ever", which is what an infinite time-out means; an
-/// immediate one never gets that far.
-io::ViStatus SocketSession::applySettings() {
+/// Hands the time-out on when a read first needs it: hosts set one around a transfer and back again
+/// more often than they wait. The kernel takes a time of zero for "for ever", which is what an
+/// infinite time-out means; an immediate one never gets that far.
+bool SocketSession::kernelTimesOut() {
+  if (kernelTimeout_ == settings().timeout) return true;
   const std::uint32_t timeout = settings().timeout == io::VI_TMO_INFINITE ? 0 : settings().timeout;
   const timeval wait{.tv_sec = static_cast<time_t>(timeout / 1000),
                      .tv_usec = static_cast<suseconds_t>(timeout % 1000 * 1000)};
-  const int result = ::setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait);
-  return result == 0 ? io::VI_SUCCESS : io::VI_ERROR_NSUP_ATTR_STATE;
+  if (::setsockopt(socket_.get(), SOL_SOCKET, SO_RCVTIMEO, &wait, sizeof wait) != 0) return false;
+  kernelTimeout_ = settings().timeout;
+  return true;
 }
 
 io::ViStatus SocketSession::read(std::span<char> buffer, std::uint32_t& count) {
   count = 0;
   io::ViStatus status = io::VI_SUCCESS;
-  Wait wait(settings().timeout);
-  while (!takeBuffered(buffer, count, status)) {
+  if (takeBuffered(buffer, count, status)) return status;
+  Wait wait(settings().timeout, kernelTimesOut());
+  do {
     const std::span<char> rest = buffer.subspan(count);
     const std::span<char> straight = goesStraightInto(rest) ? rest : std::span<char>();
     std::size_t size = 0;
@@ -138,7 +142,7 @@ io::ViStatus SocketSession::read(std::span<char> buffer, std::uint32_t& count) {
     count += static_cast<std::uint32_t>(size);
     if (status == io::VI_ERROR_TMO) answerMayBeLate_ = true;
     if (status < 0) return status;
-  }
+  } while (!takeBuffered(buffer, count, status));
   return status;
 }
 
@@ -198,7 +202,10 @@ io::ViStatus SocketSession::receive(std::span<char> straight, std::size_t& size,
   message.msg_iovlen = rooms.size();
   begin_ = end_ = 0;
   while (true) {
-    const ssize_t count = ::recvmsg(socket_.get(), &message, wait.receiveFlags());
+    const int flags = wait.receiveFlags();
+    const ssize_t count = straight.empty()
+                              ? ::recv(socket_.get(), received_.data(), received_.size(), flags)
+                              : ::recvmsg(socket_.get(), &message, flags);
     if (count > 0) {
       const auto all = static_cast<std::size_t>(count);
       size = std::min(all, straight.size());

@@ -35,12 +35,10 @@ class SocketSession : public InstrumentSession {
   /// it must not be taken for the answer to what is written now.
   [[nodiscard]] io::ViStatus write(std::string_view data, std::uint32_t& count) override;
 
- protected:
-  io::ViStatus applySettings() override;
-
  private:
   class Wait;
 
+  [[nodiscard]] bool kernelTimesOut();
   [[nodiscard]] bool takeBuffered(std::span<char> buffer, std::uint32_t& count,
                                   io::ViStatus& status);
   [[nodiscard]] bool goesStraightInto(std::span<char> rest) const;
@@ -54,6 +52,8 @@ class SocketSession : public InstrumentSession {
   std::size_t begin_ = 0;       ///< [begin_, end_)
   std::size_t end_ = 0;
   bool lineFeedMayFollow_ = false;
+  /// Milliseconds after which the kernel ends a receive; a new socket waits for ever.
+  std::uint32_t kernelTimeout_ = io::VI_TMO_INFINITE;
   /// Once a read has timed out, answers may be one behind for good; from then on every write
   /// discards what waits, which a link without trouble need not pay for.
   bool answerMayBeLate_ = false;
