@@ -141,6 +141,24 @@ TEST(SocketSession, anInfiniteTimeOutWaitsForTheAnswer) {
   EXPECT_EQ(link.read(80, VI_SUCCESS), "ab\n");
 }
 
+TEST(SocketSession, aChangedTimeOutHoldsFromTheNextReadOn) {
+  Exchange link(
+      [](PeerConnection& peer) {
+        peer.send("first\n");
+        (void)peer.line();
+        pause(600);
+        peer.send("late\n");
+        peer.awaitClose();
+      },
+      io::VI_TMO_INFINITE);
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "first\n");
+  link.write("2?\n");
+  link.set(io::VI_ATTR_TMO_VALUE, 50);
+  EXPECT_EQ(link.read(80, VI_ERROR_TMO), "");
+  link.set(io::VI_ATTR_TMO_VALUE, 3000);
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "late\n");
+}
+
 TEST(SocketSession, aPeerThatClosesIsLostAndWhatItSaidIsKept) {
   Exchange link([](PeerConnection& peer) { peer.send("half"); });
   EXPECT_EQ(link.read(80, VI_ERROR_CONN_LOST), "half");
