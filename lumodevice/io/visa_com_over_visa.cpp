@@ -64,23 +64,25 @@ VisaSession::~VisaSession() {
 }
 
 void VisaSession::setTimeout(std::int32_t milliseconds) {
-  setAttribute(VI_ATTR_TMO_VALUE, static_cast<std::uint32_t>(milliseconds), "time-out");
+  setAttribute(VI_ATTR_TMO_VALUE, static_cast<std::uint32_t>(milliseconds), "setting the time-out");
 }
 
 void VisaSession::setTerminationCharacterEnabled(bool enabled) {
-  setAttribute(VI_ATTR_TERMCHAR_EN, enabled ? 1 : 0, "termination character enable");
+  setAttribute(VI_ATTR_TERMCHAR_EN, enabled ? 1 : 0, "setting the termination character enable");
 }
 
 void VisaSession::setSerialEndIn(int mode) {
-  setAttribute(VI_ATTR_ASRL_END_IN, static_cast<std::uint16_t>(mode), "end mode for reading");
+  setAttribute(VI_ATTR_ASRL_END_IN, static_cast<std::uint16_t>(mode),
+               "setting the end mode for reading");
 }
 
 void VisaSession::setSerialEndOut(int mode) {
-  setAttribute(VI_ATTR_ASRL_END_OUT, static_cast<std::uint16_t>(mode), "end mode for writing");
+  setAttribute(VI_ATTR_ASRL_END_OUT, static_cast<std::uint16_t>(mode),
+               "setting the end mode for writing");
 }
 
-void VisaSession::setAttribute(ViAttr attribute, std::uint32_t value, std::string_view name) {
-  require(visa_.viSetAttribute(instrument_, attribute, value), "setting the " + std::string(name));
+void VisaSession::setAttribute(ViAttr attribute, std::uint32_t value, std::string_view act) {
+  require(visa_.viSetAttribute(instrument_, attribute, value), act);
 }
 
 ViStatus VisaSession::read(std::span<char> buffer, std::uint32_t& count) {
@@ -92,7 +94,7 @@ ViStatus VisaSession::read(std::span<char> buffer, std::uint32_t& count) {
 
 void VisaSession::write(std::string_view data, bool end) {
   if (end != sendsEnd_) {
-    setAttribute(VI_ATTR_SEND_END_EN, end ? 1 : 0, "end indicator enable");
+    setAttribute(VI_ATTR_SEND_END_EN, end ? 1 : 0, "setting the end indicator enable");
     sendsEnd_ = end;
   }
   while (!data.empty()) {

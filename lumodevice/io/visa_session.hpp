@@ -36,7 +36,7 @@ class VisaSession : public MessageSession {
   void write(std::string_view data, bool end);
 
  private:
-  void setAttribute(ViAttr attribute, std::uint32_t value, std::string_view name);
+  void setAttribute(ViAttr attribute, std::uint32_t value, std::string_view act);
 
   Visa& visa_;
   ViSession resourceManager_ = 0;
