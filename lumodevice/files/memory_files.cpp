@@ -70,11 +70,12 @@ void MemoryFiles::getFile(const Reading& reading) {
 void MemoryFiles::getOverSerial(const Reading& reading) {
   io::SerialPort& port = link_.MSComm1;
   port.Output(line(reading.query));
-  const BlockHeader header = parseBlockHeader(answerAfter(link_, reading.firstWait));
+  const std::string first = answerAfter(link_, reading.firstWait);
+  const BlockHeader header = parseBlockHeader(withoutLineEnds(first));
   port.setInputMode(InputModes::Binary);
   port.Output(line(reading.query));
-  const std::string answer = answerAfter(link_, reading.secondWait);
-  files_.write(reading.target, asBytes(blockData(withoutLineEnds(answer), header)));
+  const std::string second = answerAfter(link_, reading.secondWait);
+  files_.write(reading.target, asBytes(blockData(withoutLineEnds(second), header)));
   port.setInputMode(InputModes::Text);
 }
 
@@ -165,7 +166,7 @@ void MemoryFiles::readPresetOverSerial(std::string_view sFile) {
   io::SerialPort& port = link_.MSComm1;
   port.Output(line(kPresetQuery));
   const std::string early = port.Input();
-  (void)parseBlockHeader(early);
+  (void)parseBlockHeader(withoutLineEnds(early));
   port.setInputMode(InputModes::Binary);
   port.Output(line(kPresetQuery));
   const std::string received = answerAfter(link_, kPresetReadWait);

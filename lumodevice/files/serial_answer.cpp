@@ -66,9 +66,13 @@ std::string answerAfter(link::Link& link, double milliseconds) {
 
 std::string_view secondAnswer(std::string_view early, std::string_view received) {
   const std::string both = std::string(early).append(received);
-  const std::size_t first = completeSize(both);
-  const bool another = first >= early.size() && first < both.size() && both[first] == '#';
-  return another ? received.substr(first - early.size()) : received;
+  const auto blockAt = [&](std::size_t at) { return at < both.size() && both[at] == '#'; };
+  std::size_t start = both.size() - withoutLineEnds(both).size();
+  const std::size_t behind = start + completeSize(std::string_view(both).substr(start));
+  if (blockAt(behind)) {
+    start = behind;
+  }
+  return start >= early.size() && blockAt(start) ? received.substr(start - early.size()) : received;
 }
 
 std::string_view withoutLineEnds(std::string_view answer) {

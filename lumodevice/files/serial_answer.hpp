@@ -17,8 +17,9 @@ void readOn(link::Link& link, const std::function<bool(std::string_view piece)>&
 /// a slow line needs longer than the waits, which are made for a fast one.
 [[nodiscard]] std::string answerAfter(link::Link& link, double milliseconds);
 
-/// The answer to the second of two queries that were sent in a row, when the answer to the first
-/// (of which `early` was read before) is in front of it; else all of `received`.
+/// The answer to the second of two queries that were sent in a row, without the answer to the first
+/// (of which `early` was read before) and without line ends in front; all of `received` where no
+/// block begins behind them.
 [[nodiscard]] std::string_view secondAnswer(std::string_view early, std::string_view received);
 
 /// Without the line ends in front: what an answer before left behind.

@@ -86,6 +86,12 @@ TEST_F(SerialTransfer, passesOverALineEndThatTheFirstAnswerLeftBehind) {
   EXPECT_EQ(content(kSequenceFile), "world");
 }
 
+TEST_F(SerialTransfer, passesOverALineEndThatTheTransferBeforeLeftBehind) {
+  bench.instrument.on(":MEM:FILE:SEQ?", {answer("\r\n#15hello\n"), answer("#15world\n")});
+  memory.GetSequence();
+  EXPECT_EQ(content(kSequenceFile), "world");
+}
+
 TEST_F(SerialTransfer, thatListensToADeviceWhichNeverStopsEnds) {
   Reply endless;
   for (int i = 0; i < 2000; ++i) {
@@ -151,6 +157,24 @@ TEST_F(SerialTransfer, ofThePresetTakesTheSecondAnswerWhereverTheFirstWasCut) {
     EXPECT_TRUE(memory.GetPresetForHost());
     EXPECT_EQ(content(kPresetFile), second) << cut;
   }
+}
+
+TEST_F(SerialTransfer, ofThePresetPassesOverALineEndThatTheTransferBeforeLeftBehind) {
+  const std::string left = "\r\n";
+  const std::string first = left + blockOf(std::string(892, 'a'));
+  const std::string second = blockOf(pattern(892));
+  for (const std::size_t cut : {std::size_t{0}, std::size_t{1}, std::size_t{2}, std::size_t{5},
+                                std::size_t{400}, first.size() - 1, first.size()}) {
+    bench.instrument.on(
+        ":MEM:FILE:PRES?",
+        {Reply{{{milliseconds(0), first.substr(0, cut)}, {milliseconds(500), first.substr(cut)}}},
+         answer(second, milliseconds(600))});
+    EXPECT_TRUE(memory.GetPresetForHost());
+    EXPECT_EQ(content(kPresetFile), second) << cut;
+  }
+  bench.instrument.on(":MEM:FILE:PRES?", {silence(), answer(left + second)});
+  EXPECT_TRUE(memory.GetPresetForHost());
+  EXPECT_EQ(content(kPresetFile), second) << "an answer alone";
 }
 
 TEST_F(SerialTransfer, ofAShorterPresetLeavesTheTailOfTheOldFile) {
