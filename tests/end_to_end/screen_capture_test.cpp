@@ -1,6 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
 
 #include "lumodevice/toolkit/pictures.hpp"
 #include "lumodevice/toolkit/timer.hpp"
@@ -8,6 +12,7 @@
 #include "platform/posix/visa_library.hpp"
 #include "simulator/screen_dump.hpp"
 #include "simulator/simulated_serial.hpp"
+#include "tests/end_to_end/serial_bench.hpp"
 #include "tests/end_to_end/simulated_bench.hpp"
 #include "tests/simulator/screen_decoder.hpp"
 
@@ -119,6 +124,57 @@ TEST(CapturedScreen, ComesThroughALibraryThatIsLoaded) {
   ASSERT_TRUE(panel.zan().AutoConnect());
   EXPECT_TRUE(panel.zan().GetBMPFile());
   expectConversion(panel);
+}
+
+/// The bitmap that the instrument sent last: its readings change with every moment.
+class SentBitmap {
+ public:
+  explicit SentBitmap(zansim::Instrument& instrument) : instrument_(instrument) {
+    instrument_.onMessage = [this](std::string_view message, std::string_view answer) {
+      if (message == ":DISP:COL?") {
+        block_ = answer;
+      }
+    };
+  }
+  ~SentBitmap() { instrument_.onMessage = nullptr; }
+  SentBitmap(const SentBitmap&) = delete;
+  SentBitmap& operator=(const SentBitmap&) = delete;
+
+  [[nodiscard]] bool is(const std::optional<std::string>& file) const {
+    return file && file->size() == kBitmapSize && block_.starts_with("#6230454" + *file);
+  }
+
+ private:
+  zansim::Instrument& instrument_;
+  std::string block_;
+};
+
+TEST(CapturedScreen, ComesThroughAPseudoTerminalAlsoInPieces) {
+  SerialBench bench{3};
+  bench.connectByHand(3);
+  zansim::Instrument& instrument = bench.load(3).instrument;
+  const SentBitmap sent(instrument);
+  for (const char* const fault : {"pieces=65536", "pieces=3001 gap=5"}) {
+    instrument.faults.clear();
+    instrument.faults.add(fault);
+    ASSERT_TRUE(bench.panel().zan().GetBMPFile()) << fault;
+    EXPECT_TRUE(sent.is(bench.panel().file(kBitmap))) << fault;
+  }
+}
+
+TEST_F(SimulatedScreen, ComesOverASlowLine) {
+  const SentBitmap sent(bench.instrument);
+  for (const auto& [port, baud, rate] : {std::tuple{2, 38400, 0}, {3, 9600, 2}}) {
+    ports.plug(port, bench.instrument, baud);
+    overSerial.type("Text1", std::to_string(port));
+    overSerial.select("Combo2", rate);
+    overSerial.click("Command2");
+    ASSERT_TRUE(overSerial.zan().isConnected());
+    const auto start = bench.loop.now();
+    ASSERT_TRUE(overSerial.zan().GetBMPFile()) << baud;
+    EXPECT_GT(bench.loop.now() - start, std::chrono::seconds(kBitmapSize * 10 / baud)) << baud;
+    EXPECT_TRUE(sent.is(overSerial.file(kBitmap))) << baud;
+  }
 }
 
 TEST(CapturedScreen, ComesThroughASocket) {
