@@ -9,10 +9,11 @@ namespace lumodevice::files {
 
 namespace {
 
-constexpr double kPieceWait = 100;
-constexpr double kLongestSilence = 1000;
-/// Of all reading on: a whole screen takes four minutes at 9600 baud.
-constexpr double kLongestReading = 10 * 60'000;
+// Milliseconds.
+constexpr int kPieceWait = 100;
+constexpr int kLongestSilence = 1000;
+/// Of all reading on: a whole screen takes eight minutes at 4800 baud.
+constexpr int kLongestReading = 10 * 60'000;
 /// Two of the largest memory files: a device that never stops sending must not be listened to for
 /// ever.
 constexpr std::size_t kLargestAnswer = std::size_t{2} * std::numeric_limits<std::int16_t>::max();
@@ -39,8 +40,8 @@ bool isUnfinished(std::string_view answer) {
 }  // namespace
 
 void readOn(link::Link& link, const std::function<bool(std::string_view piece)>& takes) {
-  double silence = 0;
-  for (double waited = 0; silence < kLongestSilence && waited < kLongestReading;
+  int silence = 0;
+  for (int waited = 0; silence < kLongestSilence && waited < kLongestReading;
        waited += kPieceWait) {
     link.pause(kPieceWait);
     const std::string piece = link.MSComm1.Input();
