@@ -11,6 +11,7 @@
 #include "lumodevice/files/block_session.hpp"
 #include "lumodevice/files/serial_answer.hpp"
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::capture {
 
@@ -77,9 +78,9 @@ files::Bytes wholeFile(io::Drive& drive, std::string_view path) {
 ScreenCapture::ScreenCapture(link::Link& link, files::WorkingFiles& files)
     : link_(link), files_(files) {
   FillScreenPalette(palette_);
-  link_.form.cmdGetBMPFile.click.handle([this] { GetBitmap(); });
-  link_.form.cmdGetCTRLScrn.click.handle([this] { GetDump(); });
-  link_.form.cmdWork.click.handle([this] { ConvertDump(); });
+  toolkit::handle(link_.form.cmdGetBMPFile.click, [this] { GetBitmap(); });
+  toolkit::handle(link_.form.cmdGetCTRLScrn.click, [this] { GetDump(); });
+  toolkit::handle(link_.form.cmdWork.click, [this] { ConvertDump(); });
 }
 
 // ---- buttons and members
@@ -234,7 +235,7 @@ bool ScreenCapture::ConvertDumpToBitmap(std::string_view sFile) {
 }
 
 void ScreenCapture::convertDump(std::string_view sFile) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   FillScreenPalette(palette_);
   files::Bytes dump(DisplayDump::kSize);
   {
@@ -254,7 +255,7 @@ void ScreenCapture::convertDump(std::string_view sFile) {
 }
 
 void ScreenCapture::showFile(std::string_view sFile) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   form.Picture1.setPicture(std::make_shared<toolkit::Picture>(
       toolkit::Picture::fromBitmap(wholeFile(link_.host.drive, sFile))));
   form.Image1.setPicture(form.Picture1.picture());

@@ -6,7 +6,7 @@
 #include "lumodevice/capture/screen_capture.hpp"
 #include "lumodevice/files/memory_files.hpp"
 #include "lumodevice/files/working_files.hpp"
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 #include "lumodevice/groups/group_editor.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/command_table.hpp"
@@ -24,6 +24,7 @@
 #include "lumodevice/panel/setting_commands.hpp"
 #include "lumodevice/panel/switches.hpp"
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice {
 
@@ -60,9 +61,9 @@ class ZANCtrl::Component {
         groups(link, exchange),
         frontPanelKeys(link, exchange, [this] { displayCommands(true); }) {
     channels.refreshGroups = [this] { groups.Refresh(); };
-    form.cmdConnect.click.handle([this] { showConnectionPanel(); });
-    form.cmdConnectOK.click.handle([this] { form.frmSetting.setVisible(false); });
-    form.panel.show.handle([this] { shown(); });
+    toolkit::handle(form.cmdConnect.click, [this] { showConnectionPanel(); });
+    toolkit::handle(form.cmdConnectOK.click, [this] { form.frmSetting.setVisible(false); });
+    toolkit::handle(form.panel.show, [this] { shown(); });
     initialise();
   }
 
@@ -74,7 +75,7 @@ class ZANCtrl::Component {
 
   /// Goes last: it may own the loop that the form's timers are on.
   Host host;
-  form::Form form;
+  form::Controls form;
   link::Link link;
   link::CommandTable commands;
   link::Exchange exchange;

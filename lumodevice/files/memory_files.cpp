@@ -5,6 +5,7 @@
 #include "lumodevice/files/block.hpp"
 #include "lumodevice/files/block_session.hpp"
 #include "lumodevice/files/serial_answer.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::files {
 
@@ -39,11 +40,11 @@ std::string line(std::string_view command) {
 }  // namespace
 
 MemoryFiles::MemoryFiles(link::Link& link, WorkingFiles& files) : link_(link), files_(files) {
-  link_.form.cmdGetSeqFile.click.handle([this] { GetSequence(); });
-  link_.form.cmdGetSystemFile.click.handle([this] { GetSystem(); });
-  link_.form.cmdSendSystemFile.click.handle([this] { SendSystem(); });
-  link_.form.cmdGetPresetFile.click.handle([this] { GetPreset(); });
-  link_.form.cmdSetPresetFile.click.handle([this] { SetPreset(); });
+  toolkit::handle(link_.form.cmdGetSeqFile.click, [this] { GetSequence(); });
+  toolkit::handle(link_.form.cmdGetSystemFile.click, [this] { GetSystem(); });
+  toolkit::handle(link_.form.cmdSendSystemFile.click, [this] { SendSystem(); });
+  toolkit::handle(link_.form.cmdGetPresetFile.click, [this] { GetPreset(); });
+  toolkit::handle(link_.form.cmdSetPresetFile.click, [this] { SetPreset(); });
 }
 
 // ---- sequence and system settings

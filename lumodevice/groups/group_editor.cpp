@@ -5,6 +5,7 @@
 
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::groups {
 
@@ -32,13 +33,13 @@ std::string channelName(std::size_t channel) {
 
 GroupEditor::GroupEditor(link::Link& link, link::Exchange& exchange)
     : link_(link), exchange_(exchange), lists_(link.form) {
-  link_.form.cmdParalle.click.handle([this] { Open(); });
-  link_.form.cmdParaOK.click.handle([this] { Send(); });
-  link_.form.cmdParaCancel.click.handle([this] { Close(); });
+  toolkit::handle(link_.form.cmdParalle.click, [this] { Open(); });
+  toolkit::handle(link_.form.cmdParaOK.click, [this] { Send(); });
+  toolkit::handle(link_.form.cmdParaCancel.click, [this] { Close(); });
 }
 
 void GroupEditor::Open() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   if (anyGroup()) {
     const auto mode = exchange_.ask(":CONF:PAR:MODE?");
     (mode == "SYNC" ? form.optSync : form.optPara).setValue(true);
@@ -52,7 +53,7 @@ void GroupEditor::Close() {
 }
 
 void GroupEditor::Send() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   if (!link_.connected() || !takeApart() || !sendGroup(form.List2) || !sendGroup(form.List3) ||
       !sendDisplayStyle()) {
     return;
@@ -134,7 +135,7 @@ std::optional<std::vector<std::string>> GroupEditor::askSlots() {
 }
 
 void GroupEditor::Refresh() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   if (!link_.connected()) {
     return;
   }
@@ -175,7 +176,7 @@ void GroupEditor::showGroups(const std::vector<std::string>& slots) {
 /// The present list is asked for and not looked at: the instruments in the field are used to being
 /// asked for it before their modules.
 void GroupEditor::refreshChannels() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   exchange_.runCommand("");
   if (!exchange_.ask(kChannelListQuery)) {
     return;
@@ -200,7 +201,7 @@ void GroupEditor::refreshChannels() {
 
 /// Offers a channel for selection; of a group its first channel alone.
 void GroupEditor::addChannel(std::int16_t channel, std::string_view module) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   const std::string name = channelName(static_cast<std::size_t>(channel));
   const std::string entry = std::string(name).append("-").append(module);
   if (anyGroup()) {

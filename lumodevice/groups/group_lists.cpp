@@ -1,6 +1,7 @@
 #include "lumodevice/groups/group_lists.hpp"
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::groups {
 
@@ -51,10 +52,10 @@ int firstChannel(const ListBox& list) {
   return list.listCount() == 0 ? 0 : channelNumber(list.list(0));
 }
 
-GroupLists::GroupLists(form::Form& form) : form_(form) {
+GroupLists::GroupLists(form::Controls& form) : form_(form) {
   for (ListBox* list : {&form_.List1, &form_.List2, &form_.List3}) {
-    list->startDrag.handle([this, list](DragData& data) { startDrag(*list, data); });
-    list->drop.handle([this, list](const DragData& data) { drop(*list, data.text); });
+    toolkit::handle(list->startDrag, [this, list](DragData& data) { startDrag(*list, data); });
+    toolkit::handle(list->drop, [this, list](const DragData& data) { drop(*list, data.text); });
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 
 namespace lumodevice::groups {
 
@@ -25,7 +25,7 @@ inline constexpr int kSmallestGroup = 2;
 class GroupLists {
  public:
   /// Takes over the drags and drops of the three lists.
-  explicit GroupLists(form::Form& form);
+  explicit GroupLists(form::Controls& form);
 
   /// True when the channel may join the group: it is next to the group's first or last one, or the
   /// group is empty.
@@ -41,7 +41,7 @@ class GroupLists {
   void startDrag(toolkit::ListBox& source, toolkit::DragData& data);
   void drop(toolkit::ListBox& target, std::string_view channelText) const;
 
-  form::Form& form_;
+  form::Controls& form_;
   /// Where the present drag started; null before the first one.
   toolkit::ListBox* dragSource_ = nullptr;
 };

@@ -70,7 +70,7 @@ void ChannelList::RefreshChannelList() {
 }
 
 void ChannelList::ScanChannels() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   form.Text2.setText("*RDT?");
   exchange_.Send();
   link_.processEvents();
@@ -108,7 +108,7 @@ void ChannelList::ApplyConnectResult(bool connected) {
 }
 
 void ChannelList::NotConnect() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   form.FrameCCStatic.setVisible(true);
   for (toolkit::Frame* frame :
        {&form.fraCCDynamic, &form.fraCRDynamic, &form.FrameCRStatic, &form.FrameCV}) {

@@ -1,11 +1,13 @@
 #include "lumodevice/link/console.hpp"
 
+#include "lumodevice/toolkit/handling.hpp"
+
 namespace lumodevice::link {
 
 Console::Console(Link& link, Exchange& exchange, CommandTable& commands)
     : link_(link), exchange_(exchange), commands_(commands) {
-  link_.form.Text2.keyDown.handle([this](toolkit::Key key) { press(key); });
-  link_.form.Command1.click.handle([this] { askIdentity(); });
+  toolkit::handle(link_.form.Text2.keyDown, [this](toolkit::Key key) { press(key); });
+  toolkit::handle(link_.form.Command1.click, [this] { askIdentity(); });
 }
 
 void Console::press(toolkit::Key key) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::link {
 
@@ -34,8 +35,8 @@ bool isTerminator(char character) {
 }  // namespace
 
 Exchange::Exchange(Link& link) : link_(link) {
-  link_.form.cmdSendCmd.click.handle([this] { Send(); });
-  link_.form.TXT.change.handle([this] { commandChanged(); });
+  toolkit::handle(link_.form.cmdSendCmd.click, [this] { Send(); });
+  toolkit::handle(link_.form.TXT.change, [this] { commandChanged(); });
 }
 
 void Exchange::Send() {

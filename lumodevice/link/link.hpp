@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 #include "lumodevice/link/host.hpp"
 
 /// The link to the instrument: what is open, and the operations that find, open and use it.
@@ -42,10 +42,10 @@ enum PanelState : std::int32_t {
 /// What the operations of the component share. The connected flag is not here: it is the enabled
 /// state of cmdSendCmd, which an operator sees and every operation looks at.
 struct Link {
-  Link(form::Form& panelForm, const Host& hostServices)
+  Link(form::Controls& panelForm, const Host& hostServices)
       : form(panelForm), host(hostServices), MSComm1(hostServices.serialDevices) {}
 
-  form::Form& form;
+  form::Controls& form;
   Host host;
 
   std::string linkName;

@@ -1,6 +1,7 @@
 #include "lumodevice/link/serial_connection.hpp"
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::link {
 
@@ -13,13 +14,13 @@ constexpr double kRepeatWait = 300;
 
 SerialConnection::SerialConnection(Link& link, ChannelList& channels)
     : link_(link), channels_(channels) {
-  link_.form.optConnRS232.click.handle([this] { SelectSerial(); });
-  link_.form.cmdAuto.click.handle([this] { AutoConnect(); });
-  link_.form.Command2.click.handle([this] { Connect(); });
+  toolkit::handle(link_.form.optConnRS232.click, [this] { SelectSerial(); });
+  toolkit::handle(link_.form.cmdAuto.click, [this] { AutoConnect(); });
+  toolkit::handle(link_.form.Command2.click, [this] { Connect(); });
 }
 
 void SerialConnection::SelectSerial() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   if (link_.connected()) {
     link_.closeVisa();
     channels_.linkDown();
@@ -73,7 +74,7 @@ void SerialConnection::ScanSerialPorts() {
 }
 
 void SerialConnection::FindSerialInstrument() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   const auto entries = static_cast<std::int16_t>(form.Combo1.listCount());
   link_.closeSerialPort();
   bool searching = true;
@@ -95,7 +96,7 @@ void SerialConnection::FindSerialInstrument() {
 }
 
 std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   link_.closeSerialPort();
   form.Combo1.setListIndex(entry - 1);
   form.Combo2.setListIndex(baudIndex);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::link {
 
@@ -48,9 +49,9 @@ std::string padded(std::string text, std::size_t size) {
 
 VisaConnection::VisaConnection(Link& link, ChannelList& channels)
     : link_(link), channels_(channels) {
-  link_.form.cmdAutoConnVISA.click.handle([this] { AutoConnect(); });
-  link_.form.cmdConnVISA.click.handle([this] { Connect(); });
-  link_.form.optVISA.click.handle([this] { SelectVisa(); });
+  toolkit::handle(link_.form.cmdAutoConnVISA.click, [this] { AutoConnect(); });
+  toolkit::handle(link_.form.cmdConnVISA.click, [this] { Connect(); });
+  toolkit::handle(link_.form.optVISA.click, [this] { SelectVisa(); });
 }
 
 void VisaConnection::AutoConnect() {
@@ -66,7 +67,7 @@ void VisaConnection::AutoConnect() {
 }
 
 void VisaConnection::connectToAny() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   for (toolkit::ListBox* list : {&form.List1, &form.List2, &form.List3}) {
     list->clear();
   }
@@ -88,7 +89,7 @@ void VisaConnection::connectToAny() {
 }
 
 void VisaConnection::Connect() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   link_.linkName = kVisa;
   form.cmbVISARes.setTag("");
   if (!open({std::string(form.cmbVISARes.text()), 255})) {
@@ -217,7 +218,7 @@ void VisaConnection::setAttribute(io::ViAttr attribute, std::uint32_t value) {
 }
 
 void VisaConnection::SelectVisa() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   if (link_.MSComm1.PortOpen()) {
     link_.closeSerialPort();
     channels_.linkDown();

@@ -1,6 +1,7 @@
 #include "lumodevice/monitor/auto_query.hpp"
 
 #include "lumodevice/monitor/rotation.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::monitor {
 
@@ -13,8 +14,8 @@ static_assert(kRotationLimit % kRotation.size() == 0, "the rotation goes on with
 
 AutoQuery::AutoQuery(link::Link& link, link::Exchange& exchange)
     : link_(link), exchange_(exchange) {
-  link_.form.chkAutoQuery.click.handle([this] { switched(); });
-  link_.form.Timer1.tick.handle([this] { tick(); });
+  toolkit::handle(link_.form.chkAutoQuery.click, [this] { switched(); });
+  toolkit::handle(link_.form.Timer1.tick, [this] { tick(); });
 }
 
 void AutoQuery::switched() {

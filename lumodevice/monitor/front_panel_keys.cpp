@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::monitor {
 
@@ -28,8 +29,8 @@ bool holds(const devButton& key, double x, double y) {
 FrontPanelKeys::FrontPanelKeys(link::Link& link, link::Exchange& exchange,
                                std::function<void()> showCommandBox)
     : link_(link), exchange_(exchange) {
-  link_.form.Picture1.click.handle([this] { link_.form.Picture1.setVisible(false); });
-  link_.form.Label14.click.handle(std::move(showCommandBox));
+  toolkit::handle(link_.form.Picture1.click, [this] { link_.form.Picture1.setVisible(false); });
+  toolkit::handle(link_.form.Label14.click, std::move(showCommandBox));
 }
 
 void FrontPanelKeys::setKeys(std::span<const devButton> keys) {

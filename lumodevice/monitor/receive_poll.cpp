@@ -7,6 +7,7 @@
 
 #include "lumodevice/monitor/rotation.hpp"
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::monitor {
 
@@ -19,7 +20,7 @@ constexpr std::string_view kTerminators = "\r\n";
 
 ReceivePoll::ReceivePoll(link::Link& link, link::Exchange& exchange)
     : link_(link), exchange_(exchange) {
-  link_.form.Timer2.tick.handle([this] { tick(); });
+  toolkit::handle(link_.form.Timer2.tick, [this] { tick(); });
 }
 
 void ReceivePoll::tick() {
@@ -68,7 +69,7 @@ void ReceivePoll::deliver() {
 }
 
 void ReceivePoll::updateReadOut() {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   const std::string& answer = form.txtReturn.text();
   // Answers of one character are left out on purpose.
   if (form.chkAutoQuery.value() != toolkit::CheckBox::kTicked || answer.size() <= 1 ||

@@ -7,12 +7,13 @@
 #include <string_view>
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::panel {
 
 namespace {
 
-using form::Form;
+using form::Controls;
 using toolkit::CheckBox;
 using toolkit::Control;
 using toolkit::TextBox;
@@ -31,7 +32,7 @@ struct VoltageRange {
 constexpr auto kVoltageRanges = std::to_array<VoltageRange>(
     {{16, kLowRange}, {125, kLowRange}, {80, kHighRange}, {500, kHighRange}});
 
-void showRange(Form& form, Control& /*control*/, const std::string& answer) {
+void showRange(Controls& form, Control& /*control*/, const std::string& answer) {
   attempt([&] {
     const std::int32_t volts = text::toWhole32(text::Val(answer));
     for (const VoltageRange& range : kVoltageRanges) {
@@ -45,16 +46,16 @@ void showRange(Form& form, Control& /*control*/, const std::string& answer) {
   form.lblVoRange.setCaption(answer);
 }
 
-void showWhole(Form& /*form*/, Control& control, const std::string& answer) {
+void showWhole(Controls& /*form*/, Control& control, const std::string& answer) {
   dynamic_cast<CheckBox&>(control).setValue(text::toWhole16(text::Val(answer)));
 }
 
-void showText(Form& /*form*/, Control& control, const std::string& answer) {
+void showText(Controls& /*form*/, Control& control, const std::string& answer) {
   dynamic_cast<TextBox&>(control).setText(answer);
 }
 
 /// UVP has no state of its own on the instrument: it is on when its level is not 0.
-void showUvpState(Form& form, Control& /*control*/, const std::string& answer) {
+void showUvpState(Controls& form, Control& /*control*/, const std::string& answer) {
   form.chkUVP.setValue(text::Val(answer) == 0 ? CheckBox::kClear : CheckBox::kTicked);
 }
 
@@ -63,7 +64,7 @@ void showUvpState(Form& form, Control& /*control*/, const std::string& answer) {
 struct ReadBack {
   std::string_view control;
   std::optional<int> index;
-  void (*show)(Form&, Control&, const std::string& answer);
+  void (*show)(Controls&, Control&, const std::string& answer);
 };
 constexpr auto kReadBacks = std::to_array<ReadBack>({{"cmbVolRange", {}, showRange},
                                                      {"chkVON", {}, showWhole},
@@ -79,11 +80,11 @@ constexpr auto kReadBacks = std::to_array<ReadBack>({{"cmbVolRange", {}, showRan
 ChannelPanel::ChannelPanel(link::Link& link, link::Exchange& exchange, SettingCommands& settings,
                            Modes& modes)
     : link_(link), exchange_(exchange), settings_(settings), modes_(modes) {
-  link_.form.cmbChannel.click.handle([this] { select(); });
+  toolkit::handle(link_.form.cmbChannel.click, [this] { select(); });
 }
 
 void ChannelPanel::select() {
-  Form& form = link_.form;
+  Controls& form = link_.form;
   const std::string channel(form.cmbChannel.text());
   if (channel.empty()) {
     return;
@@ -107,7 +108,7 @@ void ChannelPanel::select() {
 }
 
 void ChannelPanel::SettingsReadBack() {
-  Form& form = link_.form;
+  Controls& form = link_.form;
   for (const ReadBack& row : kReadBacks) {
     auto& control = form.surface().get<Control>(row.control, row.index);
     if (const auto answer = exchange_.ask(settings_.query(control))) {

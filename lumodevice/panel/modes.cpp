@@ -5,6 +5,7 @@
 
 #include "lumodevice/form/tables.hpp"
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::panel {
 
@@ -54,7 +55,7 @@ int modeOf(std::string_view answer) {
   return kNoBox;
 }
 
-std::array<toolkit::Frame*, 5> modeFrames(form::Form& form) {
+std::array<toolkit::Frame*, 5> modeFrames(form::Controls& form) {
   return {&form.FrameCCStatic, &form.fraCCDynamic, &form.FrameCRStatic, &form.fraCRDynamic,
           &form.FrameCV};
 }
@@ -64,7 +65,7 @@ std::array<toolkit::Frame*, 5> modeFrames(form::Form& form) {
 Modes::Modes(link::Link& link, link::Exchange& exchange, SettingCommands& settings)
     : link_(link), exchange_(exchange), settings_(settings) {
   for (int i = 0; i < link_.form.optMode.count(); ++i) {
-    link_.form.optMode(i).click.handle([this, i] { click(i); });
+    toolkit::handle(link_.form.optMode(i).click, [this, i] { click(i); });
   }
 }
 
@@ -85,7 +86,7 @@ void Modes::ModeReadBack() {
 }
 
 void Modes::click(int mode) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   const Mode& chosen = modeAt(mode);
   const auto frames = modeFrames(form);
   for (toolkit::Frame* frame : frames) {

@@ -1,6 +1,7 @@
 #include "lumodevice/panel/setting_commands.hpp"
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::panel {
 
@@ -11,12 +12,12 @@ std::string FormatValue(double value) {
 SettingCommands::SettingCommands(link::Link& link, link::Exchange& exchange,
                                  const link::CommandTable& commands)
     : link_(link), exchange_(exchange), commands_(commands) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   for (int i = 0; i < form.cmdSet.count(); ++i) {
-    form.cmdSet(i).click.handle([this, i] { set(i); });
+    toolkit::handle(form.cmdSet(i).click, [this, i] { set(i); });
   }
   const auto onEnter = [this](toolkit::TextBox& field, toolkit::Timer& timer) {
-    field.keyDown.handle([this, &field, &timer](toolkit::Key key) {
+    toolkit::handle(field.keyDown, [this, &field, &timer](toolkit::Key key) {
       if (key == toolkit::Key::Enter) {
         changeInterval(field, timer);
       }
@@ -41,7 +42,7 @@ void SettingCommands::readBack(toolkit::TextBox& box) {
 }
 
 void SettingCommands::set(int index) {
-  form::Form& form = link_.form;
+  form::Controls& form = link_.form;
   const toolkit::TextBox& box = form.txtInput(index);
   if (text::Trim(box.text()).empty()) {
     link_.showBox("You Should input setting up new value! first");

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/toolkit/handling.hpp"
+
 namespace lumodevice::panel {
 
 namespace {
@@ -47,9 +49,9 @@ constexpr auto kSwitches = std::to_array<Switch>({{"chkOCP", checkBoxValue},
 
 void onClick(Control& control, const std::function<void()>& handler) {
   if (auto* box = dynamic_cast<CheckBox*>(&control)) {
-    box->click.handle(handler);
+    toolkit::handle(box->click, handler);
   } else {
-    dynamic_cast<ComboBox&>(control).click.handle(handler);
+    toolkit::handle(dynamic_cast<ComboBox&>(control).click, handler);
   }
 }
 
@@ -66,7 +68,7 @@ Switches::Switches(link::Link& link, link::Exchange& exchange, SettingCommands& 
       }
     });
   }
-  link_.form.chkUVP.click.handle([this] { switchUvp(); });
+  toolkit::handle(link_.form.chkUVP.click, [this] { switchUvp(); });
 }
 
 bool Switches::panelLoaded() const {

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <utility>
 
 #include "lumodevice/toolkit/control.hpp"
 
@@ -19,8 +18,6 @@ template <typename... Arguments>
 class Event {
  public:
   explicit Event(const Control& control) : control_(control) {}
-  void handle(std::function<void(Arguments...)> handler) { handler_ = std::move(handler); }
-  [[nodiscard]] bool handled() const { return static_cast<bool>(handler_); }
   void raise(Arguments... arguments) const {
     if (!handler_) {
       return;
@@ -33,6 +30,8 @@ class Event {
   }
 
  private:
+  friend struct Handling;
+
   const Control& control_;
   std::function<void(Arguments...)> handler_;
 };

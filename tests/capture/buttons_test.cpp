@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "lumodevice/toolkit/hand.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 #include "tests/capture/capture_parts.hpp"
 #include "tests/support/point_painter.hpp"
 
@@ -36,7 +37,7 @@ struct CaptureButtons : testing::Test {
   void click(toolkit::CommandButton& button) { ASSERT_TRUE(toolkit::hand::click(button)); }
 
   CaptureParts parts;
-  form::Form& form = parts.form;
+  form::Controls& form = parts.form;
 };
 
 const char* const kShown =
@@ -262,7 +263,7 @@ struct ClickInsideACapture : CaptureButtons {
   /// Clicks `inner` 100 ms after `outer`.
   void clickInside(toolkit::CommandButton& outer, toolkit::CommandButton& inner) {
     toolkit::Timer& timer = form.Timer1;
-    timer.tick.handle([&timer, &inner] {
+    toolkit::handle(timer.tick, [&timer, &inner] {
       timer.setEnabled(false);
       EXPECT_TRUE(toolkit::hand::click(inner));
     });
@@ -315,7 +316,7 @@ TEST_F(ClickInsideACapture, ClosingThePortEndsTheCapture) {
   for (toolkit::CommandButton* const outer : {&form.cmdGetBMPFile, &form.cmdGetCTRLScrn}) {
     parts.link.closeSerialPort();
     parts.useSerial();
-    form.Command2.click.handle([this] { parts.link.closeSerialPort(); });
+    toolkit::handle(form.Command2.click, [this] { parts.link.closeSerialPort(); });
     clickInside(*outer, form.Command2);
     EXPECT_EQ(parts.file("DispOutD.dat"), "old");
     EXPECT_NO_THROW((void)parts.files.open("c:\\temp\\x"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link.hpp"
@@ -42,7 +42,7 @@ struct LinkParts {
   }
 
   support::Bench bench;
-  form::Form form{bench.loop};
+  form::Controls form{bench.loop};
   Link link{form, bench.host()};
   Exchange exchange{link};
   ChannelList channels{link, exchange};

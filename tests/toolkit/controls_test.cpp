@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice::toolkit {
@@ -23,7 +24,7 @@ TEST(TextBox, raisesChangeForAnotherTextOnly) {
   Surface surface;
   auto& box = surface.add<TextBox>("Text2");
   int changes = 0;
-  box.change.handle([&] { ++changes; });
+  toolkit::handle(box.change, [&] { ++changes; });
   box.setText("*IDN?");
   box.setText("*IDN?");
   EXPECT_EQ(changes, 1);
@@ -35,7 +36,7 @@ TEST(TextBox, runsItsHandlerInsideTheAssignment) {
   Surface surface;
   auto& box = surface.add<TextBox>("TXT");
   std::string seen;
-  box.change.handle([&] { seen = box.text(); });
+  toolkit::handle(box.change, [&] { seen = box.text(); });
   box.setText(":CHAN?");
   EXPECT_EQ(seen, ":CHAN?");
 }
@@ -44,7 +45,7 @@ TEST(CheckBox, raisesClickWhenItsValueChanges) {
   Surface surface;
   auto& box = surface.add<CheckBox>("chkLoad");
   std::vector<int> clicks;
-  box.click.handle([&] { clicks.push_back(box.value()); });
+  toolkit::handle(box.click, [&] { clicks.push_back(box.value()); });
   for (const int value : {1, 1, 2, 0, 0}) {
     box.setValue(value);
   }
@@ -68,8 +69,8 @@ TEST(OptionButton, clearsItsSiblingsWithoutAClick) {
   auto& second = surface.add<OptionButton>("optMode", 1, &frame);
   auto& other = surface.add<OptionButton>("optVisa1", std::nullopt, &elsewhere);
   std::string clicks;
-  first.click.handle([&] { clicks += "first "; });
-  second.click.handle([&] { clicks += "second "; });
+  toolkit::handle(first.click, [&] { clicks += "first "; });
+  toolkit::handle(second.click, [&] { clicks += "second "; });
   other.setValue(true);
   first.setValue(true);
   first.setValue(true);
@@ -84,7 +85,7 @@ TEST(OptionButton, clearedFromCodeRaisesNothing) {
   Surface surface;
   auto& option = surface.add<OptionButton>("optSync");
   int clicks = 0;
-  option.click.handle([&] { ++clicks; });
+  toolkit::handle(option.click, [&] { ++clicks; });
   option.setValue(true);
   option.setValue(false);
   EXPECT_EQ(clicks, 1);
@@ -96,7 +97,7 @@ TEST(ComboBox, raisesClickWhenTheSelectionChangesFromCode) {
   combo.addItem("CH1-A");
   combo.addItem("CH2-B");
   std::vector<std::string> clicked;
-  combo.click.handle([&] { clicked.emplace_back(combo.text()); });
+  toolkit::handle(combo.click, [&] { clicked.emplace_back(combo.text()); });
   combo.setListIndex(1);
   combo.setListIndex(1);
   combo.setListIndex(0);
@@ -109,7 +110,7 @@ TEST(ComboBox, clearEmptiesListSelectionAndTextSilently) {
   combo.addItem("COM1");
   combo.setListIndex(0);
   int clicks = 0;
-  combo.click.handle([&] { ++clicks; });
+  toolkit::handle(combo.click, [&] { ++clicks; });
   combo.clear();
   EXPECT_EQ(combo.listCount(), 0);
   EXPECT_EQ(combo.listIndex(), -1);

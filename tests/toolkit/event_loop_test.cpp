@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 #include "lumodevice/toolkit/timer.hpp"
 
@@ -21,7 +22,7 @@ class Timers : public testing::Test {
   Timers() {
     for (Timer* timer : {&slow, &fast}) {
       timer->joinLoop(loop);
-      timer->tick.handle([this, timer] {
+      toolkit::handle(timer->tick, [this, timer] {
         ticks += timer->name() + "@" +
                  std::to_string(
                      std::chrono::duration_cast<std::chrono::milliseconds>(loop.now()).count()) +
@@ -93,7 +94,7 @@ TEST_F(Timers, refuseIntervalsThatNoTimerRuns) {
 TEST_F(Timers, neverTickInsideTheirOwnTickButOthersDo) {
   slow.setInterval(100);
   fast.setInterval(30);
-  slow.tick.handle([this] {
+  toolkit::handle(slow.tick, [this] {
     ticks += "(";
     loop.sleep(300);
     loop.processEvents();
@@ -110,10 +111,10 @@ TEST_F(Timers, neverTickInsideTheirOwnTickButOthersDo) {
 
 TEST_F(Timers, tickAgainAfterAHandlerThatThrew) {
   fast.setInterval(10);
-  fast.tick.handle([] { throw std::runtime_error("the host's own failure"); });
+  toolkit::handle(fast.tick, [] { throw std::runtime_error("the host's own failure"); });
   loop.sleep(10);
   EXPECT_THROW(loop.processEvents(), std::runtime_error);
-  fast.tick.handle([this] { ticks += "again"; });
+  toolkit::handle(fast.tick, [this] { ticks += "again"; });
   loop.runFor(10ms);
   EXPECT_EQ(ticks, "again");
 }
@@ -121,7 +122,7 @@ TEST_F(Timers, tickAgainAfterAHandlerThatThrew) {
 TEST_F(Timers, nestedPassesDeliverOtherTimersOnce) {
   slow.setInterval(50);
   fast.setInterval(50);
-  slow.tick.handle([this] {
+  toolkit::handle(slow.tick, [this] {
     ticks += "slow ";
     loop.processEvents();
   });
@@ -136,7 +137,7 @@ TEST(Timer, mayGoAwayInsideItsOwnTick) {
   auto& timer = surface->add<Timer>("Timer1");
   timer.joinLoop(loop);
   timer.setInterval(5);
-  timer.tick.handle([&] { surface.reset(); });
+  toolkit::handle(timer.tick, [&] { surface.reset(); });
   loop.runFor(20ms);
   EXPECT_EQ(surface, nullptr);
 }
@@ -159,7 +160,7 @@ TEST(EventLoop, anHourOfTicksIsExact) {
   timer.joinLoop(loop);
   timer.setInterval(200);
   int count = 0;
-  timer.tick.handle([&] { ++count; });
+  toolkit::handle(timer.tick, [&] { ++count; });
   loop.runFor(1h);
   EXPECT_EQ(count, 18000);
 }
@@ -173,8 +174,8 @@ TEST(EventLoop, runsTimersThatFallDueAtTheEndOfItsLastHandler) {
     timer->joinLoop(loop);
   }
   int ticks = 0;
-  slow.tick.handle([&] { loop.sleep(40); });
-  late.tick.handle([&] { ++ticks; });
+  toolkit::handle(slow.tick, [&] { loop.sleep(40); });
+  toolkit::handle(late.tick, [&] { ++ticks; });
   slow.setInterval(60);
   late.setInterval(100);
   loop.runFor(100ms);
@@ -218,7 +219,7 @@ TEST(RealTimeLoop, passesTimeByWaiting) {
   timer.joinLoop(loop);
   timer.setInterval(2);
   int count = 0;
-  timer.tick.handle([&] { ++count; });
+  toolkit::handle(timer.tick, [&] { ++count; });
   const auto before = loop.now();
   loop.runFor(7ms);
   EXPECT_GE(loop.now() - before, 7ms);

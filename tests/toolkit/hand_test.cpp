@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice::toolkit {
@@ -18,7 +19,7 @@ class Operator : public testing::Test {
   ControlType& make(const char* name) {
     auto& control = surface.add<ControlType>(name, std::nullopt, &frame);
     if constexpr (requires { control.click; }) {
-      control.click.handle([this, name] { events += std::string(name) + " "; });
+      toolkit::handle(control.click, [this, name] { events += std::string(name) + " "; });
     }
     return control;
   }
@@ -78,8 +79,9 @@ TEST_F(Operator, canUseWhatIsHidden) {
 TEST_F(Operator, typesAndPressesKeysInFields) {
   auto& text = make<TextBox>("text");
   auto& combo = make<ComboBox>("combo");
-  text.change.handle([&] { events += "change "; });
-  text.keyDown.handle([&](Key key) { events += std::to_string(static_cast<int>(key)) + " "; });
+  toolkit::handle(text.change, [&] { events += "change "; });
+  toolkit::handle(text.keyDown,
+                  [&](Key key) { events += std::to_string(static_cast<int>(key)) + " "; });
   EXPECT_TRUE(hand::type(text, "1.5"));
   EXPECT_TRUE(hand::type(text, "1.5"));
   EXPECT_TRUE(hand::press(text, Key::Up));
@@ -105,14 +107,14 @@ class Drag : public Operator {
     from.addItem("CH1");
     from.addItem("CH2");
     onto.setOleDropMode(ListBox::kDropManual);
-    onto.drop.handle([this](const DragData& data) { events += "drop " + data.text; });
+    toolkit::handle(onto.drop, [this](const DragData& data) { events += "drop " + data.text; });
   }
   ListBox& from = make<ListBox>("from");
   ListBox& onto = make<ListBox>("onto");
 };
 
 TEST_F(Drag, carriesWhatTheSourceOffers) {
-  from.startDrag.handle([&](DragData& data) {
+  toolkit::handle(from.startDrag, [&](DragData& data) {
     data.text = from.text();
     data.allowedEffects = kDropEffectMove;
   });
@@ -121,16 +123,16 @@ TEST_F(Drag, carriesWhatTheSourceOffers) {
 }
 
 TEST_F(Drag, endsWithoutATextOrAnEffect) {
-  from.startDrag.handle([&](DragData& data) { data.allowedEffects = kDropEffectMove; });
+  toolkit::handle(from.startDrag, [&](DragData& data) { data.allowedEffects = kDropEffectMove; });
   hand::drag(from, "CH1", onto);
-  from.startDrag.handle([&](DragData& data) { data.text = "CH1"; });
+  toolkit::handle(from.startDrag, [&](DragData& data) { data.text = "CH1"; });
   hand::drag(from, "CH1", onto);
   EXPECT_EQ(events.find("drop"), std::string::npos);
 }
 
 TEST_F(Drag, isNotDroppedWhereDropsAreOff) {
   onto.setOleDropMode(ListBox::kDropNone);
-  from.startDrag.handle([&](DragData& data) { data = {"CH1", kDropEffectMove}; });
+  toolkit::handle(from.startDrag, [&](DragData& data) { data = {"CH1", kDropEffectMove}; });
   hand::drag(from, "CH1", onto);
   EXPECT_EQ(events.find("drop"), std::string::npos);
 }

@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 #include "lumodevice/toolkit/hand.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
@@ -180,7 +181,7 @@ TEST(View, fedByNotificationsAloneEqualsTheControlsAfterAnyRunOfActs) {
   for (unsigned seed = 0; seed < 20; ++seed) {
     std::mt19937 random(seed);
     VirtualLoop loop;
-    form::Form form(loop);
+    form::Controls form(loop);
     const CopyingView view(form.surface());
     const auto& controls = form.surface().controls();
     for (int i = 0; i < 3000; ++i) {
@@ -203,7 +204,7 @@ TEST(View, isToldBeforeTheEventIsRaised) {
     }
   } recorder(order);
   surface.attach(recorder);
-  box.click.handle([&] { order += "click"; });
+  toolkit::handle(box.click, [&] { order += "click"; });
   box.setValue(1);
   EXPECT_EQ(order, "view click");
   surface.detach(recorder);

@@ -1,10 +1,11 @@
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
 
 #include "lumodevice/form/tables.hpp"
+#include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 
 namespace lumodevice::form {
@@ -21,7 +22,7 @@ class PanelForm : public testing::Test {
   }
 
   toolkit::VirtualLoop loop;
-  Form form{loop};
+  Controls form{loop};
 };
 
 TEST_F(PanelForm, hasAllRowsOfItsTables) {
@@ -179,7 +180,7 @@ TEST_F(PanelForm, writesResistancesInOhms) {
 
 TEST_F(PanelForm, runsItsTimersOnTheGivenLoop) {
   int ticks = 0;
-  form.Timer2.tick.handle([&] { ++ticks; });
+  toolkit::handle(form.Timer2.tick, [&] { ++ticks; });
   loop.runFor(std::chrono::milliseconds(450));
   EXPECT_EQ(ticks, 3);
 }

@@ -1,4 +1,4 @@
-#include "lumodevice/form/form.hpp"
+#include "lumodevice/form/controls.hpp"
 
 #include <optional>
 #include <stdexcept>
@@ -129,12 +129,12 @@ Surface::Surface() {
   }
 }
 
-Form::Form(toolkit::EventLoop& loop) {
+Controls::Controls(toolkit::EventLoop& loop) {
   Timer1.joinLoop(loop);
   Timer2.joinLoop(loop);
 }
 
-void Form::retire() {
+void Controls::retire() {
   surface_.detachAll();
   Timer1.leaveLoop();
   Timer2.leaveLoop();

@@ -15,7 +15,7 @@ class Surface : public toolkit::Surface {
 };
 
 /// The panel's form: its controls by name, for the subsystems that give them their handlers.
-class Form {
+class Controls {
  private:
   Surface surface_;
 
@@ -26,7 +26,7 @@ class Form {
 
  public:
   /// The timers join the loop, which must outlive the form.
-  explicit Form(toolkit::EventLoop& loop);
+  explicit Controls(toolkit::EventLoop& loop);
   [[nodiscard]] toolkit::Surface& surface() { return surface_; }
 
   /// Nobody watches it any more, and nothing ticks.
