@@ -1,8 +1,8 @@
 #include "hosts/zanctl/help.hpp"
 
-#include "hosts/zanctl/members.hpp"
-#include "hosts/zanctl/script.hpp"
-#include "hosts/zanctl/table.hpp"
+#include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/script/members.hpp"
+#include "hosts/zanctl/script/script.hpp"
 
 namespace zanctl {
 

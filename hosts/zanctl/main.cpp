@@ -3,7 +3,7 @@
 #include <iostream>
 #include <unistd.h>
 
-#include "hosts/zanctl/output.hpp"
+#include "hosts/zanctl/output/output.hpp"
 #include "hosts/zanctl/program.hpp"
 #include "platform/posix/environment.hpp"
 

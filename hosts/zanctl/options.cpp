@@ -6,10 +6,10 @@
 #include <limits>
 #include <sstream>
 
-#include "hosts/zanctl/commands.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/help.hpp"
-#include "hosts/zanctl/mistake.hpp"
-#include "hosts/zanctl/numbers.hpp"
+#include "hosts/zanctl/output/mistake.hpp"
+#include "hosts/zanctl/script/numbers.hpp"
 
 namespace zanctl {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/zanctl/output.hpp"
+#include "hosts/zanctl/output/output.hpp"
 #include "platform/posix/environment.hpp"
 
 namespace zanctl {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <system_error>
 
-#include "hosts/zanctl/commands.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
 
 namespace zanctl {
 

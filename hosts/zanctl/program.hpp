@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "hosts/zanctl/mistake.hpp"
 #include "hosts/zanctl/options.hpp"
-#include "hosts/zanctl/station.hpp"
+#include "hosts/zanctl/output/mistake.hpp"
+#include "hosts/zanctl/station/station.hpp"
 
 namespace zanctl {
 

@@ -2,9 +2,9 @@
 #include <iterator>
 #include <set>
 
-#include "hosts/zanctl/commands.hpp"
-#include "hosts/zanctl/members.hpp"
-#include "hosts/zanctl/script.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/script/members.hpp"
+#include "hosts/zanctl/script/script.hpp"
 #include "tests/hosts/zanctl/program_fixture.hpp"
 
 namespace zanctl {

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "hosts/zanctl/commands.hpp"
-#include "hosts/zanctl/mistake.hpp"
-#include "tests/hosts/zanctl/text_output.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/output/mistake.hpp"
+#include "tests/hosts/zanctl/output/text_output.hpp"
 
 namespace zanctl {
 namespace {

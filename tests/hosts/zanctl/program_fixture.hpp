@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "hosts/zanctl/program.hpp"
-#include "tests/hosts/zanctl/text_output.hpp"
+#include "tests/hosts/zanctl/output/text_output.hpp"
 
 namespace zanctl {
 

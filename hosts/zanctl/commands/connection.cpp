@@ -1,0 +1,139 @@
+#include "hosts/zanctl/commands/connection.hpp"
+
+#include <optional>
+
+#include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/station/search_report.hpp"
+#include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/controls.hpp"
+
+namespace zanctl {
+
+namespace {
+
+using lumodevice::toolkit::ComboBox;
+namespace text = lumodevice::text;
+
+const ComboBox& combo(Station& station, std::string_view name) {
+  return station.component().surface().get<ComboBox>(name);
+}
+
+/// The number of the port that the serial search stands at: that of "COM5".
+int chosenPort(Station& station) {
+  return static_cast<int>(text::Val(text::Mid(combo(station, "Combo1").text(), 4, 2)));
+}
+
+std::string linkText(Station& station, Link link) {
+  const std::string origin = station.links().origin(link, chosenPort(station));
+  const std::string resource = escaped(text::Trim(combo(station, "cmbVISARes").tag()));
+  switch (link) {
+    case Link::Serial:
+      return "serial (" + origin + ") " + std::string(combo(station, "Combo1").text()) + " at " +
+             std::string(combo(station, "Combo2").text()) + " baud";
+    case Link::VisaCom:
+      return "VISA COM (" + origin + ") " + resource;
+    case Link::Visa:
+      break;
+  }
+  return "VISA (" + origin + ") " + resource;
+}
+
+/// The identity with a blank behind each comma. The serial search does not keep it, so it is asked
+/// for.
+std::string identityText(Station& station) {
+  lumodevice::ZANCtrl& component = station.component();
+  if (component.IDN().empty()) {
+    component.SendCmd("*IDN?");
+  }
+  std::string identity = component.IDN().empty() ? component.ResultStr() : component.IDN();
+  identity.erase(identity.find_last_not_of("\r\n") + 1);
+  std::string joined;
+  for (const std::string& part : text::Split(identity, ',')) {
+    joined += (joined.empty() ? "" : ", ") + text::Trim(part);
+  }
+  return escaped(joined);
+}
+
+}  // namespace
+
+std::string_view nameOf(Link link) {
+  switch (link) {
+    case Link::Serial:
+      return "the serial port";
+    case Link::VisaCom:
+      return "VISA COM";
+    case Link::Visa:
+      break;
+  }
+  return "the VISA library";
+}
+
+std::string_view transferAdvice(Link link) {
+  return link == Link::Serial
+             ? "set the instrument to a higher baud rate, or see with --trace - what came"
+             : "see with --trace - what came";
+}
+
+bool connectOrExplain(Station& station, const Options& options) {
+  const Activity activity(station.progress(), "searching");
+  std::optional<SearchReport> report;
+  if (station.progress().watched()) {
+    report.emplace(station.component().surface(), station.loop(), station.progress());
+  }
+  if (station.component().AutoConnect()) {
+    return true;
+  }
+  station.errors().line("zanctl: no ZAN instrument found: " + station.links().advice(options.link));
+  return false;
+}
+
+void printConnection(Station& station, const Options& options) {
+  Output& output = station.output();
+  output.line("Link:      " + linkText(station, options.link));
+  output.line("Identity:  " + identityText(station));
+  const ComboBox& channels = combo(station, "cmbChannel");
+  for (int i = 0; i < channels.listCount(); ++i) {
+    output.line((i == 0 ? "Channels:  " : "           ") +
+                std::string(i == channels.listIndex() ? "> " : "  ") + escaped(channels.list(i)));
+  }
+  if (channels.listCount() == 0) {
+    output.line("Channels:  none");
+  }
+}
+
+bool sendAndPrint(Station& station, const std::string& command) {
+  lumodevice::ZANCtrl& component = station.component();
+  component.SendCmd(command);
+  if (!text::contains(command, "?")) {
+    return true;
+  }
+  const std::string answer = component.ResultStr();
+  if (!answer.empty()) {
+    station.output().line(escaped(answer));
+  }
+  return !answer.empty();
+}
+
+ExitStatus runConnect(Station& station, const Options& options) {
+  if (!connectOrExplain(station, options)) {
+    return kFailed;
+  }
+  printConnection(station, options);
+  return kDone;
+}
+
+ExitStatus runSend(Station& station, const Options& options) {
+  if (!connectOrExplain(station, options)) {
+    return kFailed;
+  }
+  bool answered = true;
+  for (const std::string& command : options.arguments) {
+    answered = sendAndPrint(station, command) && answered;
+    if (station.output().closed()) {
+      return kOutputClosed;
+    }
+  }
+  return answered ? kDone : kFailed;
+}
+
+}  // namespace zanctl

@@ -1,0 +1,189 @@
+#include "hosts/zanctl/commands/readings.hpp"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hosts/zanctl/commands/connection.hpp"
+#include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/output/table.hpp"
+#include "lumodevice/text/text.hpp"
+#include "lumodevice/toolkit/controls.hpp"
+
+namespace zanctl {
+
+namespace {
+
+namespace text = lumodevice::text;
+using lumodevice::toolkit::ComboBox;
+
+/// What a channel is asked for, and what it is called in a table and in a file.
+struct Reading {
+  std::string_view query;
+  std::string_view heading;
+  std::string_view column;
+};
+constexpr auto kReadings = std::to_array<Reading>({{":FETC:VOLT?", "Voltage(V)", "voltage_V"},
+                                                   {":FETC:CURR?", "Current(A)", "current_A"},
+                                                   {":FETC:POW?", "Power(W)", "power_W"},
+                                                   {":LOAD?", "Load", "load"}});
+constexpr std::size_t kLoad = 3;
+constexpr std::chrono::milliseconds kLateAnswers{1000};
+
+/// An entry of the channel list: "CH3-2040" is number 3, name "CH3-2040".
+struct Channel {
+  std::string number;
+  std::string name;
+};
+
+Channel channelOf(std::string_view name) {
+  return {text::Mid(name, 3, 1), std::string(name)};
+}
+
+std::vector<Channel> channelsToRead(Station& station, const Options::Readings& options) {
+  const auto& list = station.component().surface().get<ComboBox>("cmbChannel");
+  std::vector<Channel> channels;
+  for (int i = 0; i < list.listCount(); ++i) {
+    const Channel channel = channelOf(list.list(i));
+    if (options.channel == 0 || channel.number == std::to_string(options.channel)) {
+      channels.push_back(channel);
+    }
+  }
+  return channels;
+}
+
+/// ISO 8601 with milliseconds and the offset from UTC.
+std::string timeStamp(const lumodevice::io::LocalTime& time) {
+  std::array<char, 64> stamp{};
+  const int offset = std::abs(time.utcOffset);
+  (void)std::snprintf(stamp.data(), stamp.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02d:%02d",
+                      time.year, time.month, time.day, time.hour, time.minute, time.second,
+                      time.millisecond, time.utcOffset < 0 ? '-' : '+', offset / 60, offset % 60);
+  return stamp.data();
+}
+
+/// The one number that an answer is; none for an answer that did not come, was garbled, or is two
+/// that ran together: a table is no place for it.
+std::optional<std::string> numberIn(const std::string& answer) {
+  const std::string number = text::Trim(answer);
+  const bool plain = number.find_first_not_of("0123456789.+-eE") == std::string::npos;
+  return plain && text::isNumericText(number) ? std::optional(number) : std::nullopt;
+}
+
+/// Asks the selected channel; an empty field stands for an answer that is none.
+Row readChannel(Station& station, const Options::Readings& options, bool& complete) {
+  Row row;
+  for (std::size_t i = 0; i < kReadings.size(); ++i) {
+    station.component().SendCmd(kReadings[i].query);
+    std::string field;
+    if (const auto number = numberIn(station.component().ResultStr())) {
+      const bool word = i == kLoad && !options.csv;
+      field = word ? (text::Val(*number) == 0 ? "off" : "on") : *number;
+    } else {
+      complete = false;
+      // What is late must not arrive as the answer of the next query.
+      station.loop().runFor(kLateAnswers);
+    }
+    row.push_back(std::move(field));
+  }
+  return row;
+}
+
+std::string joined(const Row& row) {
+  std::string line;
+  for (const std::string& field : row) {
+    line += (line.empty() ? "" : ",") + field;
+  }
+  return line;
+}
+
+void select(Station& station, const std::string& channel, std::string& selected) {
+  if (selected != channel) {
+    station.component().SendCmd(":CHAN " + channel);
+    selected = channel;
+  }
+}
+
+/// One round over the channels; false when an answer did not come.
+bool readRound(Station& station, const Options::Readings& options,
+               const std::vector<Channel>& channels, std::string& selected) {
+  bool complete = true;
+  std::vector<Row> table{{"Channel"}};
+  for (const Reading& reading : kReadings) {
+    table[0].emplace_back(reading.heading);
+  }
+  for (const Channel& channel : channels) {
+    select(station, channel.number, selected);
+    const std::string stamp = timeStamp(station.wallClock().now());
+    Row row = readChannel(station, options, complete);
+    row.insert(row.begin(), escaped(channel.name));
+    if (options.csv) {
+      row.insert(row.begin(), stamp);
+      station.output().line(joined(row));
+    } else {
+      table.push_back(std::move(row));
+    }
+    if (station.output().closed()) {
+      return complete;
+    }
+  }
+  if (!options.csv) {
+    station.output().write(alignedTable(table));
+  }
+  return complete;
+}
+
+void printCsvHeader(Output& output) {
+  Row header{"time", "channel"};
+  for (const Reading& reading : kReadings) {
+    header.emplace_back(reading.column);
+  }
+  output.line(joined(header));
+}
+
+}  // namespace
+
+ExitStatus runReadings(Station& station, const Options& allOptions) {
+  const Options::Readings& options = allOptions.readings;
+  if (options.csv) {
+    station.showBoxesAside();
+  }
+  if (!connectOrExplain(station, allOptions)) {
+    return kFailed;
+  }
+  const std::vector<Channel> channels = channelsToRead(station, options);
+  if (channels.empty()) {
+    station.errors().line(options.channel == 0
+                              ? "zanctl: the instrument lists no channels"
+                              : "zanctl: the instrument has no channel " +
+                                    std::to_string(options.channel) + " (see zanctl connect)");
+    return kFailed;
+  }
+  if (options.csv) {
+    printCsvHeader(station.output());
+  }
+  const std::string shown =
+      channelOf(station.component().surface().get<ComboBox>("cmbChannel").text()).number;
+  std::string selected = shown;
+  bool complete = true;
+  select(station, channels.front().number, selected);
+  const auto begin = station.loop().now();
+  for (int round = 0; options.count == 0 || round < options.count; ++round) {
+    const auto due = begin + std::chrono::milliseconds(options.every) * round;
+    if (due > station.loop().now()) {
+      station.loop().runFor(due - station.loop().now());
+    }
+    complete = readRound(station, options, channels, selected) && complete;
+    if (station.output().closed()) {
+      return kOutputClosed;
+    }
+  }
+  select(station, shown, selected);
+  return complete ? kDone : kFailed;
+}
+
+}  // namespace zanctl

@@ -1,0 +1,56 @@
+#include "hosts/zanctl/links/links.hpp"
+#include "hosts/zanctl/links/serial_witness.hpp"
+#include "hosts/zanctl/links/visa_witness.hpp"
+#include "hosts/zanctl/output/mistake.hpp"
+#include "platform/posix/serial_devices.hpp"
+
+namespace zanctl {
+
+namespace {
+
+class RealLinks : public Links {
+ public:
+  RealLinks(const Options& options, Output& errors)
+      : virtualTime_(options.virtualTime),
+        visa_(options.visaLibrary),
+        devices_(options.ports),
+        witnessed_(devices_),
+        refusing_(errors) {}
+
+  [[nodiscard]] lumodevice::io::Visa& visa() override { return visa_; }
+  [[nodiscard]] lumodevice::io::SerialDevices& serialDevices() override {
+    if (virtualTime_) {
+      return refusing_;
+    }
+    return witnessed_;
+  }
+
+  [[nodiscard]] std::string origin(Link link, int port) const override {
+    return link == Link::Serial ? devices_.deviceOf(port) : visa_.name();
+  }
+
+  [[nodiscard]] std::string advice(Link link) const override {
+    return link == Link::Serial ? witnessed_.advice() : visa_.advice();
+  }
+
+  [[nodiscard]] bool usedRightly() const override { return !refusing_.asked(); }
+
+ private:
+  bool virtualTime_;
+  WitnessedVisa visa_;
+  lumodevice::posix::TermiosDevices devices_;
+  WitnessedSerialDevices witnessed_;
+  RefusingSerialDevices refusing_;
+};
+
+}  // namespace
+
+std::unique_ptr<Links> realLinks(const Options& options, Output& errors) {
+  try {
+    return std::make_unique<RealLinks>(options, errors);
+  } catch (const lumodevice::io::IoFault& fault) {
+    throw Unusable(fault.what());
+  }
+}
+
+}  // namespace zanctl

@@ -1,0 +1,57 @@
+#include "hosts/zanctl/links/wire_trace.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cinttypes>
+#include <cstdio>
+
+#include "hosts/zanctl/output/escape.hpp"
+
+namespace zanctl {
+
+namespace {
+
+constexpr std::size_t kLongestWhole = 64;
+constexpr std::size_t kShownOfBinary = 32;
+
+/// A definite-length block, or anything with bytes that no line of text has.
+bool isBinary(std::string_view bytes) {
+  const bool block = bytes.size() > 1 && bytes[0] == '#' && bytes[1] >= '1' && bytes[1] <= '9';
+  return block || std::ranges::any_of(bytes, [](char byte) {
+           const bool lineCharacter = byte == '\n' || byte == '\r' || byte == '\t';
+           return !lineCharacter && (byte < ' ' || byte > '~');
+         });
+}
+
+}  // namespace
+
+std::string quotedBytes(std::string_view bytes) {
+  if (bytes.size() <= kLongestWhole || !isBinary(bytes)) {
+    return '"' + escaped(bytes) + '"';
+  }
+  return '"' + escaped(bytes.substr(0, kShownOfBinary)) + "...\" +" + std::to_string(bytes.size()) +
+         " bytes";
+}
+
+void WireTrace::opened(std::string_view name) {
+  event("open ", escaped(name));
+}
+
+void WireTrace::closed(std::string_view name) {
+  event("close ", escaped(name));
+}
+
+void WireTrace::showedBox(std::string_view text) {
+  event("box ", '"' + escaped(text) + '"');
+}
+
+void WireTrace::event(std::string_view what, std::string_view detail) {
+  const std::int64_t micros =
+      std::chrono::duration_cast<std::chrono::microseconds>(loop_.now()).count();
+  std::array<char, 40> stamp{};
+  (void)std::snprintf(stamp.data(), stamp.size(), "%" PRId64 ".%03" PRId64 " ", micros / 1000,
+                      micros % 1000);
+  output_.line(std::string(stamp.data()).append(what).append(detail));
+}
+
+}  // namespace zanctl

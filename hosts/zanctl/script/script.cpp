@@ -1,0 +1,121 @@
+#include "hosts/zanctl/script/script.hpp"
+
+#include <algorithm>
+#include <istream>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/script/numbers.hpp"
+#include "hosts/zanctl/script/words.hpp"
+
+namespace zanctl {
+
+namespace {
+
+namespace toolkit = lumodevice::toolkit;
+
+const Instruction& findInstruction(const std::string& name) {
+  const auto found = std::ranges::find(instructions(), name, &Instruction::name);
+  if (found == instructions().end()) {
+    throw ScriptMistake("unknown instruction " + escaped(name));
+  }
+  return *found;
+}
+
+void checkArguments(const Instruction& instruction, std::size_t count) {
+  if (count < instruction.least() || count > instruction.most()) {
+    throw ScriptMistake(
+        std::string(count < instruction.least() ? "too few words" : "too many words") + "; write " +
+        std::string(instruction.name) + " " + std::string(instruction.arguments) +
+        " (a word that holds blanks goes into double quotes)");
+  }
+}
+
+/// The i of "Name(i)"; none for a plain name. Cuts it off the name.
+std::optional<int> takeIndex(std::string& name) {
+  const std::size_t open = name.find('(');
+  if (open == std::string::npos || !name.ends_with(')')) {
+    return std::nullopt;
+  }
+  const auto index = parseWhole(std::string_view(name).substr(open + 1, name.size() - open - 2));
+  if (index) {
+    name.resize(open);
+  }
+  return index;
+}
+
+}  // namespace
+
+std::size_t Instruction::most() const {
+  return arguments.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(arguments, ' ')) + 1;
+}
+
+std::size_t Instruction::least() const {
+  return most() - static_cast<std::size_t>(std::ranges::count(arguments, '['));
+}
+
+toolkit::Control& Script::control(const std::string& name) {
+  std::string plain = name;
+  const std::optional<int> index = takeIndex(plain);
+  const toolkit::Surface& surface = component_.surface();
+  if (toolkit::Control* const found = surface.find(plain, index)) {
+    return *found;
+  }
+  const auto namesake = std::ranges::find_if(
+      surface.controls(), [&](const auto& candidate) { return candidate->name() == plain; });
+  if (namesake == surface.controls().end()) {
+    throw ScriptMistake("unknown control " + escaped(name));
+  }
+  throw ScriptMistake((*namesake)->index()
+                          ? plain + " is a control array without the element " + escaped(name) +
+                                "; its first is " + (*namesake)->fullName()
+                          : plain + " is no control array");
+}
+
+void Script::addKey(lumodevice::devButton key) {
+  keys_.push_back(std::move(key));
+  try {
+    component_.setKeys(keys_);
+  } catch (const std::length_error&) {
+    keys_.pop_back();
+    throw ScriptMistake("the front-panel picture has no room for more than " +
+                        std::to_string(keys_.size()) + " key areas");
+  }
+}
+
+void Script::perform(std::string_view line) {
+  const std::vector<std::string> words = splitWords(line);
+  if (words.empty()) {
+    return;
+  }
+  const Instruction& instruction = findInstruction(words[0]);
+  checkArguments(instruction, words.size() - 1);
+  instruction.run(*this, Words(words).subspan(1));
+}
+
+ExitStatus Script::run(std::istream& lines, const std::string& file, Output& mistakes) {
+  std::string line;
+  long number = 1;
+  const auto report = [&](std::string_view wrong) {
+    mistakes.line(file + ":" + std::to_string(number) + ": " + std::string(wrong));
+    return kFailed;
+  };
+  for (; std::getline(lines, line); ++number) {
+    if (line.ends_with('\r')) {
+      line.pop_back();
+    }
+    try {
+      perform(line);
+    } catch (const ScriptMistake& mistake) {
+      return report(mistake.what());
+    }
+    if (output_.closed()) {
+      return kOutputClosed;
+    }
+  }
+  return lines.bad() ? report("cannot be read") : kDone;
+}
+
+}  // namespace zanctl

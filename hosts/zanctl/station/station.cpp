@@ -1,0 +1,92 @@
+#include "hosts/zanctl/station/station.hpp"
+
+#include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/station/watched_loop.hpp"
+#include "lumodevice/toolkit/hand.hpp"
+#include "platform/posix/system_clock.hpp"
+#include "simulator/loop_clock.hpp"
+
+namespace zanctl {
+
+namespace {
+
+namespace toolkit = lumodevice::toolkit;
+
+std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
+                                                         const lumodevice::io::Clock& clock) {
+  if (options.virtualTime) {
+    return std::make_unique<lumodevice::posix::VirtualWallClock>(clock);
+  }
+  return std::make_unique<lumodevice::posix::SystemWallClock>();
+}
+
+}  // namespace
+
+Station::Station(const Options& options, const Streams& streams)
+    : progress_(streams.errors),
+      output_(streams.output, progress_),
+      errors_(streams.errors, progress_),
+      streams_{streams.input, output_, errors_},
+      loop_(makeLoop(options)),
+      clock_(std::make_unique<zansim::LoopClock>(*loop_)),
+      links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
+      drive_(options.driveC.value_or("")) {
+  loop_->onPass = [this] { progress_.show(loop_->now()); };
+  loop_->onSleep = [this](std::int32_t milliseconds) {
+    progress_.show(loop_->now());
+    if (trace_) {
+      trace_->slept(milliseconds);
+    }
+  };
+  if (options.trace) {
+    startTrace(*options.trace);
+  }
+  lumodevice::io::Visa& visa = trace_ ? *tracingVisa_ : links_->visa();
+  lumodevice::io::SerialDevices& serialDevices =
+      trace_ ? *tracingSerialDevices_ : links_->serialDevices();
+  visaCom_.emplace(visa);
+  wallClock_ = makeWallClock(options, *clock_);
+  component_ = std::make_unique<lumodevice::ZANCtrl>(
+      lumodevice::Host{.loop = *loop_,
+                       .visa = visa,
+                       .visaCom = *visaCom_,
+                       .serialDevices = serialDevices,
+                       .drive = drive_,
+                       .wallClock = *wallClock_,
+                       .informationBox = [this](std::string_view text) { showBox(text); }});
+  choose(options.link);
+}
+
+Station::~Station() = default;
+
+std::unique_ptr<toolkit::EventLoop> Station::makeLoop(const Options& options) {
+  if (options.virtualTime) {
+    return std::make_unique<toolkit::VirtualLoop>();
+  }
+  return std::make_unique<WatchedLoop>([this] { progress_.show(loop_->now()); });
+}
+
+void Station::startTrace(const std::string& file) {
+  if (file != "-") {
+    traceFile_ = std::make_unique<FileOutput>(file);
+  }
+  trace_.emplace(file == "-" ? streams_.errors : *traceFile_, *loop_);
+  tracingVisa_.emplace(links_->visa(), *trace_);
+  tracingSerialDevices_.emplace(links_->serialDevices(), *trace_);
+}
+
+void Station::showBox(std::string_view text) {
+  if (trace_) {
+    trace_->showedBox(text);
+  }
+  (boxesAside_ ? streams_.errors : streams_.output).line("[information] " + escaped(text));
+}
+
+void Station::choose(Link link) {
+  if (link != Link::Visa) {
+    toolkit::hand::click(component_->surface().get<toolkit::OptionButton>(
+        link == Link::Serial ? "optConnRS232" : "optVisa2"));
+  }
+}
+
+}  // namespace zanctl

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <iosfwd>
+#include <memory>
+#include <optional>
+
+#include "hosts/zanctl/links/links.hpp"
+#include "hosts/zanctl/links/tracing_links.hpp"
+#include "hosts/zanctl/options.hpp"
+#include "hosts/zanctl/output/output.hpp"
+#include "hosts/zanctl/output/progress.hpp"
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/zan_ctrl.hpp"
+#include "platform/posix/folder_drive.hpp"
+
+namespace zanctl {
+
+/// Where this program reads and writes.
+struct Streams {
+  std::istream& input;
+  Output& output;
+  Output& errors;
+};
+
+/// One component with all that it needs, as the options say.
+class Station {
+ public:
+  /// Chooses the link by the operator's clicks. Throws Unusable. The streams must outlive
+  /// it.
+  Station(const Options& options, const Streams& streams);
+  ~Station();
+  Station(const Station&) = delete;
+  Station& operator=(const Station&) = delete;
+
+  [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
+  [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
+  [[nodiscard]] Links& links() { return *links_; }
+  [[nodiscard]] lumodevice::posix::FolderDrive& drive() { return drive_; }
+  [[nodiscard]] Progress& progress() { return progress_; }
+  [[nodiscard]] const lumodevice::io::WallClock& wallClock() const { return *wallClock_; }
+  [[nodiscard]] const Streams& streams() const { return streams_; }
+  [[nodiscard]] Output& output() { return streams_.output; }
+  [[nodiscard]] Output& errors() { return streams_.errors; }
+  /// Information boxes go to standard error from now on, for an output that another program reads.
+  void showBoxesAside() { boxesAside_ = true; }
+
+ private:
+  [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop(const Options& options);
+  void startTrace(const std::string& file);
+  void showBox(std::string_view text);
+  void choose(Link link);
+
+  Progress progress_;
+  OutputUnderProgress output_;
+  OutputUnderProgress errors_;
+  Streams streams_;
+  bool boxesAside_ = false;
+  std::unique_ptr<lumodevice::toolkit::EventLoop> loop_;
+  std::unique_ptr<lumodevice::io::Clock> clock_;
+  std::unique_ptr<Links> links_;
+  std::unique_ptr<Output> traceFile_;
+  std::optional<WireTrace> trace_;
+  std::optional<TracingVisa> tracingVisa_;
+  std::optional<TracingSerialDevices> tracingSerialDevices_;
+  std::optional<lumodevice::io::VisaComOverVisa> visaCom_;
+  lumodevice::posix::FolderDrive drive_;
+  std::unique_ptr<lumodevice::io::WallClock> wallClock_;
+  std::unique_ptr<lumodevice::ZANCtrl> component_;
+};
+
+}  // namespace zanctl
