@@ -10,7 +10,8 @@ Control::Control(Identity identity)
       name_(std::move(identity.name)),
       index_(identity.index),
       container_(identity.container),
-      zOrder_(identity.zOrder) {}
+      zOrder_(identity.zOrder),
+      tabIndex_(static_cast<int>(surface_.controls().size())) {}
 
 std::string Control::fullName() const {
   return index_ ? name_ + "(" + std::to_string(*index_) + ")" : name_;
@@ -46,6 +47,13 @@ void Control::setPlace(const Place& place) {
   if (place_ != place) {
     place_ = place;
     changed(Property::Place);
+  }
+}
+
+void Control::setLook(const Look& look) {
+  if (look_ != look) {
+    look_ = look;
+    changed(Property::Look);
   }
 }
 

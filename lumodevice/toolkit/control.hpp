@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/toolkit/look.hpp"
 #include "lumodevice/toolkit/property.hpp"
 
 namespace lumodevice::toolkit {
@@ -46,6 +47,10 @@ class Control {
   /// Higher is nearer to the front among the controls of one container.
   [[nodiscard]] int zOrder() const { return zOrder_; }
   void bringToFront();
+  [[nodiscard]] const Look& look() const { return look_; }
+  void setLook(const Look& look);
+  /// Its position in the order in which the Tab key walks the form: that of making.
+  [[nodiscard]] int tabIndex() const { return tabIndex_; }
 
   /// Keeps what the control is part of (see Surface::belongTo) from going.
   [[nodiscard]] std::shared_ptr<void> hold() const;
@@ -74,10 +79,12 @@ class Control {
   std::optional<int> index_;
   Container* container_;
   int zOrder_;
+  int tabIndex_;
   bool enabled_ = true;
   bool visible_ = true;
   std::string tag_;
   Place place_;
+  Look look_;
 };
 
 /// A control that others can sit in: the form or a frame.

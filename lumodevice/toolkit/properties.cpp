@@ -104,6 +104,16 @@ bool writeBool(Control& control, std::string_view property, std::string_view val
   });
 }
 
+/// A part of the look of everything that can be seen.
+std::optional<std::string> readLook(const Control& control, auto part) {
+  return control.kind() == Kind::Timer ? std::nullopt : std::optional(part(control.look()));
+}
+
+std::string roleName(ColorRole role) {
+  constexpr std::array kNames = {"Normal", "Heading", "Value", "Warning", "Hint"};
+  return kNames.at(static_cast<std::size_t>(role));
+}
+
 constexpr std::array kAccessors = {
     Accessor{"Text",
              [](const Control& c) {
@@ -180,6 +190,55 @@ constexpr std::array kAccessors = {
              nullptr},
     Accessor{"Height",
              [](const Control& c) { return std::optional(std::to_string(c.place().height)); },
+             nullptr},
+    Accessor{"FontSize",
+             [](const Control& c) {
+               return readLook(c, [](const Look& look) { return std::to_string(look.fontSize); });
+             },
+             nullptr},
+    Accessor{"FontBold",
+             [](const Control& c) {
+               return readLook(c, [](const Look& look) { return boolText(look.bold); });
+             },
+             nullptr},
+    Accessor{"Alignment",
+             [](const Control& c) {
+               return readLook(c, [](const Look& look) {
+                 return std::to_string(static_cast<int>(look.alignment));
+               });
+             },
+             nullptr},
+    Accessor{"ColorRole",
+             [](const Control& c) {
+               return readLook(c, [](const Look& look) { return roleName(look.colorRole); });
+             },
+             nullptr},
+    Accessor{"Style",
+             [](const Control& c) {
+               return readAs<ComboBox>(c, [](auto& t) {
+                 return std::to_string(static_cast<int>(t.look().comboStyle));
+               });
+             },
+             nullptr},
+    Accessor{"Mnemonic",
+             [](const Control& c) {
+               return readLook(c, [](const Look& look) { return std::to_string(look.mnemonic); });
+             },
+             nullptr},
+    Accessor{
+        "ToolTipText",
+        [](const Control& c) { return readLook(c, [](const Look& look) { return look.toolTip; }); },
+        nullptr},
+    Accessor{"AccessibleName",
+             [](const Control& c) {
+               return readLook(c, [](const Look& look) { return look.accessibleName; });
+             },
+             nullptr},
+    Accessor{"TabIndex",
+             [](const Control& c) {
+               return c.kind() == Kind::Timer ? std::nullopt
+                                              : std::optional(std::to_string(c.tabIndex()));
+             },
              nullptr},
     Accessor{"MousePointer",
              [](const Control& c) {

@@ -34,6 +34,7 @@ enum class Property {
   ItemsCleared,
   Interval,
   Place,
+  Look,
   MousePointer,
   OLEDropMode,
   Picture,

@@ -44,6 +44,7 @@ std::string_view propertyName(toolkit::Property property) {
     case toolkit::Property::ItemsCleared:
       return "ListCount";
     case toolkit::Property::Place:
+    case toolkit::Property::Look:
     case toolkit::Property::ZOrder:
       break;
   }

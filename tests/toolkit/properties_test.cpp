@@ -51,6 +51,48 @@ TEST_F(Properties, areReadAndWrittenAsText) {
   EXPECT_EQ(readProperty(list, "Height"), "0");
 }
 
+TEST_F(Properties, tellTheLookByItsCustomaryNames) {
+  auto& label = surface.add<Label>("label");
+  auto& combo = surface.add<ComboBox>("combo");
+  EXPECT_EQ(readProperty(label, "FontSize"), "0");
+  EXPECT_EQ(readProperty(label, "FontBold"), "False");
+  EXPECT_EQ(readProperty(label, "Alignment"), "0");
+  EXPECT_EQ(readProperty(label, "ColorRole"), "Normal");
+  EXPECT_EQ(readProperty(label, "Mnemonic"), "-1");
+  EXPECT_EQ(readProperty(combo, "Style"), "0");
+  const Look look{.fontSize = 14,
+                  .bold = true,
+                  .alignment = Alignment::Center,
+                  .colorRole = ColorRole::Hint,
+                  .comboStyle = ComboStyle::DropDownList,
+                  .mnemonic = 3,
+                  .toolTip = ":CHAN",
+                  .accessibleName = "Channel"};
+  label.setLook(look);
+  combo.setLook(look);
+  EXPECT_EQ(readProperty(label, "FontSize"), "14");
+  EXPECT_EQ(readProperty(label, "FontBold"), "True");
+  EXPECT_EQ(readProperty(label, "Alignment"), "2");
+  EXPECT_EQ(readProperty(label, "ColorRole"), "Hint");
+  EXPECT_EQ(readProperty(label, "Mnemonic"), "3");
+  EXPECT_EQ(readProperty(label, "ToolTipText"), ":CHAN");
+  EXPECT_EQ(readProperty(label, "AccessibleName"), "Channel");
+  EXPECT_EQ(readProperty(combo, "Style"), "2");
+  EXPECT_EQ(readProperty(label, "TabIndex"), "0");
+  EXPECT_EQ(readProperty(combo, "TabIndex"), "1");
+}
+
+TEST_F(Properties, ofTheLookAreNoneOfATimerAndCannotBeSetByName) {
+  auto& timer = surface.add<Timer>("timer");
+  auto& label = surface.add<Label>("label");
+  for (const char* name : {"FontSize", "FontBold", "Alignment", "ColorRole", "Style", "Mnemonic",
+                           "ToolTipText", "AccessibleName", "TabIndex"}) {
+    EXPECT_THROW((void)readProperty(timer, name), PropertyFault) << name;
+    EXPECT_THROW(writeProperty(label, name, "1"), PropertyFault) << name;
+  }
+  EXPECT_THROW((void)readProperty(label, "Style"), PropertyFault);
+}
+
 TEST_F(Properties, thatAControlHasNotAreRefused) {
   auto& label = surface.add<Label>("label");
   auto& list = surface.add<ListBox>("list");

@@ -16,8 +16,10 @@ namespace lumodevice::toolkit {
 namespace {
 
 constexpr const char* kNames[] = {
-    "Text", "Caption", "Value", "Enabled", "Visible",      "Tag",         "ListIndex", "Interval",
-    "Left", "Top",     "Width", "Height",  "MousePointer", "OLEDropMode", "Picture",   "Stretch"};
+    "Text",         "Caption",     "Value",   "Enabled",  "Visible",     "Tag",
+    "ListIndex",    "Interval",    "Left",    "Top",      "Width",       "Height",
+    "MousePointer", "OLEDropMode", "Picture", "Stretch",  "FontSize",    "FontBold",
+    "Alignment",    "ColorRole",   "Style",   "Mnemonic", "ToolTipText", "AccessibleName"};
 
 /// All that a view could draw of one control.
 struct Copy {
@@ -84,6 +86,12 @@ class CopyingView : public View {
           copy.properties[name] = readProperty(control, name);
         }
         return;
+      case Property::Look:
+        for (const char* name : {"FontSize", "FontBold", "Alignment", "ColorRole", "Style",
+                                 "Mnemonic", "ToolTipText", "AccessibleName"}) {
+          copy.properties[name] = readOrEmpty(control, name);
+        }
+        return;
       case Property::ListIndex:
         copy.properties["ListIndex"] = readProperty(control, "ListIndex");
         if (control.kind() == Kind::ListBox) {
@@ -142,6 +150,15 @@ void act(Control& control, std::mt19937& random) {
         break;
       case 4:
         control.bringToFront();
+        break;
+      case 9:
+        control.setLook(
+            {.fontSize = number(3),
+             .bold = number(2) == 0,
+             .alignment = static_cast<Alignment>(number(3)),
+             .comboStyle = number(2) == 0 ? ComboStyle::Editable : ComboStyle::DropDownList,
+             .mnemonic = number(2),
+             .toolTip = text});
         break;
       case 5:
         hand::click(control);
