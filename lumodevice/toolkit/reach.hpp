@@ -1,0 +1,12 @@
+#pragma once
+
+#include "lumodevice/toolkit/surface.hpp"
+
+namespace lumodevice::toolkit {
+
+/// Whether an operator gets to a control: it is visible with all its containers, and neither it nor
+/// one of them lies wholly under a frame in front of it. The Tab key and the mnemonics stop at such
+/// controls alone, where they are usable, too.
+[[nodiscard]] bool reachable(const Surface& surface, const Control& control);
+
+}  // namespace lumodevice::toolkit
