@@ -27,7 +27,7 @@ std::string scriptHelp() {
   std::string text = "Instructions, one a line:\n" + alignedTable(rows, "  ");
   rows.clear();
   for (const Member& member : members()) {
-    rows.push_back({std::string(member.name), std::string(member.use), std::string(member.help)});
+    rows.push_back({std::string(member.name), member.use(), std::string(member.help)});
   }
   return text + "\nMembers of the component:\n" + alignedTable(rows, "  ") +
          "\nWords are separated by blanks; a word in double quotes may hold blanks and the "

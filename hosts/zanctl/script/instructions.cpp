@@ -6,6 +6,7 @@
 #include "hosts/zanctl/script/members.hpp"
 #include "hosts/zanctl/script/numbers.hpp"
 #include "hosts/zanctl/script/script.hpp"
+#include "hosts/zanctl/script/values.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 #include "lumodevice/toolkit/surface.hpp"
@@ -43,7 +44,7 @@ std::optional<ControlProperty> controlProperty(Script& script, const std::string
 
 [[noreturn]] void misused(const Member& member, std::string_view how) {
   throw ScriptMistake(std::string(member.name) + " cannot be " + std::string(how) +
-                      "; it is for: " + std::string(member.use));
+                      "; it is for: " + member.use());
 }
 
 /// The member of that word. Who names a control is told how it is `written` for the instruction:
@@ -90,9 +91,9 @@ void call(Script& script, Script::Words words) {
   if (member.call == nullptr) {
     misused(member, "called");
   }
-  if (member.takesArgument() != (words.size() == 2)) {
+  if (member.takesArgument != (words.size() == 2)) {
     throw ScriptMistake(std::string(member.name) +
-                        (member.takesArgument() ? " takes an argument" : " takes no argument"));
+                        (member.takesArgument ? " takes an argument" : " takes no argument"));
   }
   const auto result = member.call(script.component(), words.size() == 2 ? words[1] : "");
   if (result) {
@@ -167,15 +168,6 @@ void drag(Script& script, Script::Words words) {
          from.usable() ? onto : from);
 }
 
-std::int16_t whole16(const std::string& word, std::string_view what) {
-  const auto value = parseNumber<std::int16_t>(word);
-  if (!value) {
-    throw ScriptMistake(std::string(what) + " is a whole number from -32768 to 32767, not " +
-                        escaped(word));
-  }
-  return *value;
-}
-
 float position(const std::string& word) {
   const auto value = parseNumber<float>(word);
   if (!value) {
@@ -185,16 +177,16 @@ float position(const std::string& word) {
 }
 
 void press(Script& script, Script::Words words) {
-  script.component().PressKeyAt(whole16(words[0], "BUTTON"), whole16(words[1], "SHIFT"),
+  script.component().PressKeyAt(whole16In(words[0], "BUTTON"), whole16In(words[1], "SHIFT"),
                                 position(words[2]), position(words[3]));
 }
 
 void area(Script& script, Script::Words words) {
   script.addKey({.btnTitle = words[0],
-                 .x1 = whole16(words[1], "an edge"),
-                 .y1 = whole16(words[2], "an edge"),
-                 .x2 = whole16(words[3], "an edge"),
-                 .y2 = whole16(words[4], "an edge")});
+                 .x1 = whole16In(words[1], "an edge"),
+                 .y1 = whole16In(words[2], "an edge"),
+                 .x2 = whole16In(words[3], "an edge"),
+                 .y2 = whole16In(words[4], "an edge")});
 }
 
 void wait(Script& script, Script::Words words) {

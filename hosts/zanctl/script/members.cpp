@@ -1,178 +1,105 @@
 #include "hosts/zanctl/script/members.hpp"
 
 #include <algorithm>
-#include <array>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
+#include "hosts/zanctl/script/values.hpp"
+#include "lumodevice/members.hpp"
 
 namespace zanctl {
 
 namespace {
 
+namespace automation = lumodevice::automation;
+using automation::kMembers;
 using lumodevice::ZANCtrl;
 
-std::string booleanText(bool value) {
-  return value ? "True" : "False";
+template <std::size_t Row>
+using Bound = std::tuple_element_t<Row, std::remove_const_t<decltype(kMembers)>>;
+
+template <std::size_t Row>
+std::string get(ZANCtrl& zan) {
+  return wordOf((zan.*std::get<Row>(kMembers).function)());
 }
 
-std::string deviceText(ZANCtrl& component) {
-  return component.devZAN() == nullptr ? "Nothing" : "IFormattedIO488";
+template <std::size_t Row>
+void put(ZANCtrl& zan, const std::string& value) {
+  const auto& [row, function] = std::get<Row>(kMembers);
+  (zan.*function)(valueIn<typename Bound<Row>::Argument>(value, row.name));
 }
 
-void putDevice(ZANCtrl& component, const std::string& value) {
-  if (value != "Nothing") {
-    throw ScriptMistake("devZAN takes Nothing only, not " + escaped(value));
+template <std::size_t Row>
+std::optional<std::string> call(ZANCtrl& zan, const std::string& argument) {
+  const auto run = [&] {
+    const auto& [row, function] = std::get<Row>(kMembers);
+    if constexpr (std::is_void_v<typename Bound<Row>::Argument>) {
+      return (zan.*function)();
+    } else {
+      return (zan.*function)(valueIn<typename Bound<Row>::Argument>(argument, row.name));
+    }
+  };
+  if constexpr (std::is_void_v<typename Bound<Row>::Result>) {
+    run();
+    return std::nullopt;
+  } else {
+    return wordOf(run());
   }
-  component.devZAN(nullptr);
 }
 
-constexpr auto kNoResult = std::nullopt;
+/// The two halves of a property become one member, with the help of the first.
+template <std::size_t Row>
+void add(std::vector<Member>& members) {
+  constexpr automation::Member kRow = automation::kMemberRows[Row];
+  if (members.empty() || members.back().name != kRow.name) {
+    members.push_back({.name = kRow.name, .help = kRow.help});
+  }
+  Member& member = members.back();
+  if constexpr (kRow.kind == automation::MemberKind::PropertyGet) {
+    member.get = get<Row>;
+  } else if constexpr (kRow.kind == automation::MemberKind::Method) {
+    member.call = call<Row>;
+    member.takesArgument = kRow.argument.type != automation::Type::None;
+  } else {
+    member.put = put<Row>;
+  }
+}
 
-constexpr std::array kMembers = {
-    Member{.name = "bDevAvaliable",
-           .use = "get put",
-           .help = "whether a connect found a ZAN instrument",
-           .get = [](ZANCtrl& zan) { return booleanText(zan.bDevAvaliable()); },
-           .put = [](ZANCtrl& zan,
-                     const std::string& value) { zan.bDevAvaliable(parseBoolean(value)); }},
-    Member{.name = "devZAN",
-           .use = "get put",
-           .help = "the VISA COM object of the link: IFormattedIO488 or Nothing",
-           .get = deviceText,
-           .put = putDevice},
-    Member{.name = "IDN",
-           .use = "get put",
-           .help = "the identity answer of the connected instrument",
-           .get = [](ZANCtrl& zan) { return zan.IDN(); },
-           .put = [](ZANCtrl& zan, const std::string& value) { zan.IDN(value); }},
-    Member{
-        .name = "AutoQuery",
-        .use = "get put",
-        .help = "whether readings are polled",
-        .get = [](ZANCtrl& zan) { return booleanText(zan.AutoQuery()); },
-        .put = [](ZANCtrl& zan, const std::string& value) { zan.AutoQuery(parseBoolean(value)); }},
-    Member{.name = "isConnected",
-           .use = "get",
-           .help = "whether a link is open",
-           .get = [](ZANCtrl& zan) { return booleanText(zan.isConnected()); }},
-    Member{.name = "ChCount",
-           .use = "get",
-           .help = "the number of channels",
-           .get = [](ZANCtrl& zan) { return std::to_string(zan.ChCount()); }},
-    Member{.name = "ConnStyle",
-           .use = "get",
-           .help = "0 not connected, 1 serial, 2 VISA",
-           .get =
-               [](ZANCtrl& zan) {
-                 return std::to_string(static_cast<std::int16_t>(zan.ConnStyle()));
-               }},
-    Member{.name = "ErrMessage",
-           .use = "get",
-           .help = "asks the instrument for its oldest error",
-           .get = [](ZANCtrl& zan) { return zan.ErrMessage(); }},
-    Member{.name = "SendCmd",
-           .use = "call TEXT",
-           .help = "sends a command and waits for the answer of a query",
-           .call = [](ZANCtrl& zan, const std::string& text) -> std::optional<std::string> {
-             zan.SendCmd(text);
-             return kNoResult;
-           }},
-    Member{.name = "ResultStr",
-           .use = "get",
-           .help = "the last answer",
-           .get = [](ZANCtrl& zan) { return zan.ResultStr(); }},
-    Member{
-        .name = "DisplayCmd",
-        .use = "put",
-        .help = "shows or hides the command box and the file buttons",
-        .put = [](ZANCtrl& zan, const std::string& value) { zan.DisplayCmd(parseBoolean(value)); }},
-    Member{.name = "nextCmd",
-           .use = "call",
-           .help = "the next entry of the command history",
-           .call = [](ZANCtrl& zan, const std::string&) { return std::optional(zan.nextCmd()); }},
-    Member{.name = "ShowControl",
-           .use = "call",
-           .help = "hides the connection frame",
-           .call = [](ZANCtrl& zan, const std::string&) -> std::optional<std::string> {
-             zan.ShowControl();
-             return kNoResult;
-           }},
-    Member{.name = "ShowConnect",
-           .use = "call",
-           .help = "shows the connection frame",
-           .call = [](ZANCtrl& zan, const std::string&) -> std::optional<std::string> {
-             zan.ShowConnect();
-             return kNoResult;
-           }},
-    Member{
-        .name = "AutoConnect",
-        .use = "call",
-        .help = "searches for an instrument; whether one was found",
-        .call = [](ZANCtrl& zan,
-                   const std::string&) { return std::optional(booleanText(zan.AutoConnect())); }},
-    Member{.name = "NotConnect",
-           .use = "call",
-           .help = "puts the panel into its unconnected look",
-           .call = [](ZANCtrl& zan, const std::string&) -> std::optional<std::string> {
-             zan.NotConnect();
-             return kNoResult;
-           }},
-    Member{.name = "GetSeqFile",
-           .use = "call",
-           .help = "saves the sequence file",
-           .call = [](ZANCtrl& zan,
-                      const std::string&) { return std::optional(booleanText(zan.GetSeqFile())); }},
-    Member{.name = "GetSysFile",
-           .use = "call",
-           .help = "saves the system file",
-           .call = [](ZANCtrl& zan,
-                      const std::string&) { return std::optional(booleanText(zan.GetSysFile())); }},
-    Member{
-        .name = "SendSysFile",
-        .use = "call",
-        .help = "restores the system file",
-        .call = [](ZANCtrl& zan,
-                   const std::string&) { return std::optional(booleanText(zan.SendSysFile())); }},
-    Member{.name = "GetBMPFile",
-           .use = "call",
-           .help = "captures the instrument's screen",
-           .call = [](ZANCtrl& zan,
-                      const std::string&) { return std::optional(booleanText(zan.GetBMPFile())); }},
-    Member{.name = "GetPresetFile",
-           .use = "call TEXT",
-           .help = "saves the preset file",
-           .call =
-               [](ZANCtrl& zan, const std::string& text) {
-                 return std::optional(booleanText(zan.GetPresetFile(text)));
-               }},
-    Member{
-        .name = "SetPresetFile",
-        .use = "call",
-        .help = "restores the preset file",
-        .call = [](ZANCtrl& zan,
-                   const std::string&) { return std::optional(booleanText(zan.SetPresetFile())); }},
-};
+template <std::size_t... Rows>
+std::vector<Member> all(std::index_sequence<Rows...> /*rows*/) {
+  std::vector<Member> members;
+  (add<Rows>(members), ...);
+  return members;
+}
 
 }  // namespace
 
+std::string Member::use() const {
+  if (call != nullptr) {
+    return takesArgument ? "call TEXT" : "call";
+  }
+  if (get != nullptr && put != nullptr) {
+    return "get put";
+  }
+  return get != nullptr ? "get" : "put";
+}
+
 std::span<const Member> members() {
-  return kMembers;
+  static const std::vector<Member> kAll =
+      all(std::make_index_sequence<automation::kMemberRows.size()>());
+  return kAll;
 }
 
 const Member& findMember(std::string_view name) {
-  const auto* const found = std::ranges::find(kMembers, name, &Member::name);
-  if (found == kMembers.end()) {
+  const auto found = std::ranges::find(members(), name, &Member::name);
+  if (found == members().end()) {
     throw ScriptMistake("unknown member " + escaped(name));
   }
   return *found;
-}
-
-bool parseBoolean(const std::string& value) {
-  if (value != "True" && value != "False" && value != "-1" && value != "0") {
-    throw ScriptMistake("True or False is needed, not " + escaped(value));
-  }
-  return value == "True" || value == "-1";
 }
 
 }  // namespace zanctl

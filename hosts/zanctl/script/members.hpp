@@ -9,7 +9,8 @@
 
 namespace zanctl {
 
-/// One automation member of the component, as scripts name it.
+/// One automation member of the component, as scripts name it: made from the component's own table
+/// of its members, so that a member added there is known here.
 struct Member {
   using Get = std::string (*)(lumodevice::ZANCtrl&);
   using Put = void (*)(lumodevice::ZANCtrl&, const std::string& value);
@@ -17,15 +18,16 @@ struct Member {
   using Call = std::optional<std::string> (*)(lumodevice::ZANCtrl&, const std::string& argument);
 
   std::string_view name;
-  /// "get", "put", "get put" or "call"; "call TEXT" for a method that takes an argument.
-  std::string_view use;
   std::string_view help;
-  /// Null where the use does not list it.
+  /// Null for what the member is not for. Put and Call throw ScriptMistake for a word that is no
+  /// value of the member's type.
   Get get = nullptr;
   Put put = nullptr;
   Call call = nullptr;
+  bool takesArgument = false;
 
-  [[nodiscard]] bool takesArgument() const { return use == "call TEXT"; }
+  /// "get", "put", "get put" or "call"; "call TEXT" for a method that takes an argument.
+  [[nodiscard]] std::string use() const;
 };
 
 /// All members, in the order of the interface.
@@ -33,8 +35,5 @@ struct Member {
 
 /// The member of that name; throws ScriptMistake when there is none.
 [[nodiscard]] const Member& findMember(std::string_view name);
-
-/// "True" or "False" (or an automation Boolean's -1 or 0); throws ScriptMistake for anything else.
-[[nodiscard]] bool parseBoolean(const std::string& value);
 
 }  // namespace zanctl

@@ -81,7 +81,7 @@ TEST_F(Manual, listsEveryInstruction) {
 TEST_F(Manual, listsEveryMemberWithItsUse) {
   for (const Member& member : members()) {
     const std::string name(member.name);
-    const std::string use(member.use);
+    const std::string use = member.use();
     const std::string help(member.help);
     std::string row = "\n| `";
     row.append(name).append("` | ").append(use).append(" | ").append(help).append(" |\n");

@@ -1,6 +1,5 @@
 #include "hosts/zanctl/script/script.hpp"
 
-#include "hosts/zanctl/script/members.hpp"
 #include "tests/hosts/zanctl/program_fixture.hpp"
 
 namespace zanctl {
@@ -156,14 +155,6 @@ TEST_F(ScriptTest, waitLetsTimersTickForExactlyThatLong) {
 TEST_F(ScriptTest, anUnansweredQueryShowsTheBox) {
   EXPECT_THAT(printed("call AutoConnect\ncall SendCmd :NOPE?\nget ResultStr\n"),
               EndsWith("True\n[information] Error:Device has not sent back some data yet!\n\n"));
-}
-
-TEST_F(ScriptTest, theUseOfAMemberIsWhatItHasFunctionsFor) {
-  for (const Member& member : members()) {
-    EXPECT_EQ(member.use.find("get") != std::string_view::npos, member.get != nullptr);
-    EXPECT_EQ(member.use.find("put") != std::string_view::npos, member.put != nullptr);
-    EXPECT_EQ(member.use.find("call") != std::string_view::npos, member.call != nullptr);
-  }
 }
 
 TEST_F(ScriptTest, pressActsOnTheKeyAreaUnderThePosition) {
