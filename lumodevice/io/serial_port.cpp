@@ -10,7 +10,8 @@ namespace lumodevice::io {
 namespace {
 
 constexpr int kHighestPort = 16;
-constexpr std::string_view kParities = "emnos";
+constexpr std::string_view kParities = "emnosEMNOS";
+constexpr std::size_t kParityCount = kParities.size() / 2;
 constexpr std::array<std::string_view, 3> kStopBits{"1", "1.5", "2"};
 
 std::string_view withoutBlanks(std::string_view text) {
@@ -33,11 +34,9 @@ bool setBaud(SerialSettings& settings, std::string_view field) {
 }
 
 bool setParity(SerialSettings& settings, std::string_view field) {
-  if (field.size() != 1) return false;
-  const char letter =
-      field[0] >= 'A' && field[0] <= 'Z' ? static_cast<char>(field[0] + 32) : field[0];
-  if (kParities.find(letter) == std::string_view::npos) return false;
-  settings.parity = letter;
+  const auto place = field.size() == 1 ? kParities.find(field[0]) : std::string_view::npos;
+  if (place == std::string_view::npos) return false;
+  settings.parity = kParities[place % kParityCount];
   return true;
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "lumodevice/toolkit/hand.hpp"
 #include "tests/control/acts.hpp"
 
 namespace lumodevice {
@@ -135,6 +136,29 @@ TEST_P(EndedWithin, twoNestedOperationsBothEnd) {
     }
   };
   EXPECT_FALSE(bench.zan().AutoConnect());
+  EXPECT_EQ(bench.journal(), "");
+}
+
+/// A host may keep a control while an operation of the ended component still returns: nothing that
+/// it does to it reaches the link any more, which may be somebody else's by then.
+TEST_P(EndedWithin, whatIsLeftOfThePanelIsNotConnected) {
+  PanelBench bench;
+  support::plugEverywhere(bench);
+  bench.connect(GetParam());
+  auto& send = bench.control<toolkit::CommandButton>("cmdSendCmd");
+  auto& command = bench.control<toolkit::TextBox>("TXT");
+  int passes = 0;
+  bench.loop.onPass = [&] {
+    if (++passes == 1) {
+      bench.destroy();
+      (void)bench.journal();
+      EXPECT_FALSE(send.enabled());
+      EXPECT_FALSE(toolkit::hand::click(send));
+      command.setText(":CHAN 1");
+    }
+  };
+  bench.zan().SendCmd(":FETC:VOLT?");
+  EXPECT_EQ(passes, 1);
   EXPECT_EQ(bench.journal(), "");
 }
 

@@ -114,10 +114,40 @@ TEST_F(FormattedIOTest, anEmptyBlockHasLengthZero) {
   EXPECT_EQ(visa.written, "#10|");
 }
 
-TEST_F(FormattedIOTest, sizesAndBuffersThatDoNotExistAreRefused) {
-  for (const int mask : {0, 1, 0x31, -1}) {
-    EXPECT_NE(faultNumber<VisaComFault>([&] { formatted->SetBufferSize(mask, 6000); }), 0) << mask;
+TEST_F(FormattedIOTest, eachBufferHasASizeOfItsOwn) {
+  formatted->SetBufferSize(kInputBuffer, 4);
+  formatted->WriteString("0123456789", true);
+  visa.answer("0123456789\n");
+  EXPECT_EQ(formatted->ReadString(), "0123456789\n");
+  formatted->SetBufferSize(kOutputBuffer, 6);
+  formatted->WriteString("0123456789", true);
+  visa.answer("abc\n");
+  EXPECT_EQ(formatted->ReadString(), "abc\n");
+  EXPECT_THAT(visa.calls,
+              ElementsAre("write 10", "set 3FFF0016 0", "write 6", "set 3FFF0016 1", "write 4"));
+  EXPECT_THAT(visa.asked, ElementsAre(4U, 8U, 4U));
+}
+
+/// Of the 32 bits of a mask two name a buffer, alone or both; any other, also beside one that does,
+/// names nothing.
+TEST_F(FormattedIOTest, buffersThatDoNotExistAreRefused) {
+  const auto fault = [&](unsigned mask) {
+    return faultNumber<VisaComFault>([&] { formatted->SetBufferSize(static_cast<int>(mask), 64); });
+  };
+  EXPECT_NE(fault(0), 0);
+  for (const unsigned known : {0x10U, 0x20U, 0x30U}) {
+    EXPECT_EQ(fault(known), 0) << known;
+    for (unsigned bit = 0; bit < 32; ++bit) {
+      const unsigned other = 1U << bit;
+      if ((other & 0x30U) == 0) {
+        EXPECT_NE(fault(other), 0) << other;
+        EXPECT_NE(fault(known | other), 0) << (known | other);
+      }
+    }
   }
+}
+
+TEST_F(FormattedIOTest, sizesThatDoNotExistAreRefused) {
   for (const std::int32_t size : {0, -1, 0x7FFFFFFF}) {
     EXPECT_NE(faultNumber<VisaComFault>([&] { formatted->SetBufferSize(kInputBuffer, size); }), 0)
         << size;

@@ -92,6 +92,28 @@ TEST_F(SerialPortTest, fieldsThatAreLeftOutKeepTheirValues) {
   EXPECT_EQ(port.Settings(), "4800,n,7,1.5");
 }
 
+/// A blank and a comma leave the field out.
+TEST_F(SerialPortTest, knowsFiveParitiesInSmallAndCapitalLettersAndNoOtherCharacter) {
+  const std::string known = "emnosEMNOS";
+  const std::string leftOut = " ,";
+  for (int code = 1; code < 256; ++code) {
+    const char parity = static_cast<char>(code);
+    if (leftOut.find(parity) != std::string::npos) {
+      continue;
+    }
+    port.setSettings(std::string("9600,") + parity);
+    const auto place = known.find(parity);
+    if (place == std::string::npos) {
+      EXPECT_EQ(faultNumber<SerialFault>([&] { port.setPortOpen(true); }), kSerialInvalidValue)
+          << code;
+    } else {
+      port.setPortOpen(true);
+      EXPECT_EQ(port.Settings(), std::string("9600,") + known[place % 5] + ",8,1");
+      port.setPortOpen(false);
+    }
+  }
+}
+
 TEST_F(SerialPortTest, badSettingsAreRefusedWhenThePortIsOpenedAndNotBefore) {
   for (const char* bad : {"0", "-9600", "fast", "9600x", "9600,x", "9600,nn", "9600,n,3",
                           "9600,n,9", "9600,n,8,3", "9600,n,8,1,1", "99999999999", "96 00"}) {
