@@ -32,7 +32,6 @@ void Timer::leaveLoop() {
     loop_->detach(*this);
     loop_ = nullptr;
   }
-  due_.reset();
 }
 
 void Timer::arm() {

@@ -74,6 +74,22 @@ TEST_F(Timers, stopWithIntervalZeroOrWhenDisabled) {
   EXPECT_EQ(ticks, "slow@1010 ");
 }
 
+TEST_F(Timers, tickNoMoreOnALoopThatTheyLeftAndStartOverOnTheNext) {
+  fast.setInterval(10);
+  loop.runFor(15ms);
+  EXPECT_EQ(ticks, "fast@10 ");
+  fast.leaveLoop();
+  loop.runFor(100ms);
+  VirtualLoop next;
+  next.runFor(200ms);
+  fast.joinLoop(next);
+  next.runFor(9ms);
+  EXPECT_EQ(ticks, "fast@10 ");
+  next.runFor(1ms);
+  EXPECT_EQ(ticks, "fast@10 fast@115 ") << "the handler tells the first loop's time";
+  fast.leaveLoop();
+}
+
 TEST_F(Timers, startOverWhenTheirIntervalIsSet) {
   fast.setInterval(100);
   loop.runFor(80ms);
