@@ -25,7 +25,7 @@
 #include "bench/table.hpp"
 #include "lumodevice/capture/display_dump.hpp"
 #include "simulator/mainframe.hpp"
-#include "simulator/screen_dump.hpp"
+#include "simulator/screen/dump.hpp"
 #include "tests/support/point_painter.hpp"
 
 namespace {

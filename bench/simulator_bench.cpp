@@ -11,7 +11,7 @@
 
 #include "bench/one_core.hpp"
 #include "bench/table.hpp"
-#include "simulator/command.hpp"
+#include "simulator/commands/command.hpp"
 #include "simulator/mainframe.hpp"
 
 namespace {

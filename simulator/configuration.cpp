@@ -5,30 +5,21 @@
 #include <charconv>
 #include <cmath>
 #include <optional>
+#include <span>
 #include <stdexcept>
 
 namespace zansim {
 namespace {
 
-constexpr std::array kModules = {
-    // text, half, group, low V, high V, low A, high A, W, low ohms, high ohms, A/us
-    Module{"2021L", Half::Left, false, 16, 80, 2, 20, 100, {0.08, 300}, {4, 15000}, {0.001, 1}},
-    Module{"2021R", Half::Right, false, 16, 80, 4, 45, 250, {0.04, 150}, {2, 7500}, {0.002, 2}},
-    Module{"2030", Half::Whole, false, 16, 80, 6, 60, 300, {0.025, 100}, {1.25, 5000}, {0.002, 2}},
-    Module{"2040", Half::Whole, true, 16, 80, 7, 70, 350, {0.02, 80}, {1, 4000}, {0.003, 3}},
-    Module{"2041", Half::Whole, true, 16, 80, 12, 120, 600, {0.01, 40}, {0.5, 2000}, {0.005, 5}},
-    Module{
-        "2050", Half::Whole, false, 125, 500, 1.2, 12, 300, {1, 1000}, {20, 50000}, {0.0005, 0.5}},
-};
-
 const Module& moduleNamed(std::string_view text) {
-  const auto* const found = std::find_if(kModules.begin(), kModules.end(),
-                                         [&](const Module& m) { return m.text == text; });
-  if (found != kModules.end()) {
+  const std::span<const Module> modules = moduleCatalogue();
+  const auto found =
+      std::find_if(modules.begin(), modules.end(), [&](const Module& m) { return m.text == text; });
+  if (found != modules.end()) {
     return *found;
   }
   std::string message = "there is no module \"" + std::string(text) + "\"; modules are 0 (empty)";
-  for (const Module& module : kModules) {
+  for (const Module& module : modules) {
     message.append(", ").append(module.text);
   }
   throw std::invalid_argument(message);
@@ -84,10 +75,6 @@ std::optional<SourceNumbers> sourceNumbers(std::string_view text) {
 }
 
 }  // namespace
-
-std::span<const Module> moduleCatalogue() {
-  return kModules;
-}
 
 Source Configuration::sourceOf(std::size_t channel) const {
   const auto given = sources.find(channel);

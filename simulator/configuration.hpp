@@ -3,37 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "simulator/quantities.hpp"
-#include "simulator/source.hpp"
+#include "simulator/load/module.hpp"
+#include "simulator/load/source.hpp"
 
 namespace zansim {
-
-/// Which part of a plug-in module answers under a slot entry.
-enum class Half { Whole, Left, Right };
-
-/// What a kind of load module can do. Voltages in volts, currents in amperes,
-/// power in watts, resistances in ohms, slew rates in A/us.
-struct Module {
-  std::string_view text;  ///< as "*RDT?" shows it
-  Half half;
-  bool groupable;  ///< may be joined with such neighbours
-  double lowVolts;
-  double highVolts;
-  double lowAmps;
-  double highAmps;
-  double watts;
-  Range lowOhms;
-  Range highOhms;
-  Range slew;
-};
-
-/// Every kind of module there is.
-[[nodiscard]] std::span<const Module> moduleCatalogue();
 
 /// How the instrument is made up. Entries of `slots` are module texts of the catalogue or "0" for
 /// an empty slot; the two halves of a two-channel module stand side by side, the left one first.

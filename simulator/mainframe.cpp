@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "simulator/setting.hpp"
+#include "simulator/commands/setting.hpp"
 
 namespace zansim {
 
@@ -69,7 +69,11 @@ void Mainframe::settle(const Group& channels, Duration now) {
   for (std::size_t number = channels.head; number < channels.end(); ++number) {
     const Group group = groups_.of(number);
     const std::size_t joined = group.parallel && group.head == number ? group.size : 1;
-    channel(number, now).become(inParallel(std::span(modules).subspan(number - 1, joined)));
+    const Module module = inParallel(std::span(modules).subspan(number - 1, joined));
+    Channel& settled = channel(number, now);
+    Settings settings = settled.settings();
+    bringWithinLimits(settings, module);
+    settled.become(module, settings);
   }
 }
 

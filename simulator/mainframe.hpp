@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/channel.hpp"
 #include "simulator/configuration.hpp"
-#include "simulator/groups.hpp"
-#include "simulator/memory.hpp"
-#include "simulator/status.hpp"
+#include "simulator/load/channel.hpp"
+#include "simulator/load/groups.hpp"
+#include "simulator/memory/memory.hpp"
+#include "simulator/wire/status.hpp"
 
 namespace zansim {
 
@@ -72,7 +72,8 @@ class Mainframe {
  private:
   /// The channels that the load switch of the selected one acts on.
   [[nodiscard]] Group switchedTogether() const;
-  /// Gives the channels the ratings that follow from the groups.
+  /// Gives the channels the ratings that follow from the groups. Settings that lie outside them go
+  /// to their nearer end.
   void settle(const Group& channels, Duration now);
 
   Configuration configuration_;

@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "simulator/links/simulated_serial.hpp"
+#include "simulator/links/simulated_visa.hpp"
 #include "simulator/mainframe.hpp"
-#include "simulator/simulated_serial.hpp"
-#include "simulator/simulated_visa.hpp"
 
 namespace zansim {
 

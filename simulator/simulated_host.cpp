@@ -4,7 +4,7 @@
 #include "lumodevice/link/host.hpp"
 #include "platform/posix/system_clock.hpp"
 #include "platform/posix/system_host.hpp"
-#include "simulator/loop_clock.hpp"
+#include "simulator/links/loop_clock.hpp"
 #include "simulator/simulated_bench.hpp"
 
 namespace lumodevice {

@@ -10,9 +10,9 @@
 #include <system_error>
 #include <vector>
 
-#include "simulator/real_clock.hpp"
-#include "simulator/server.hpp"
-#include "simulator/state_file.hpp"
+#include "simulator/links/real_clock.hpp"
+#include "simulator/links/server.hpp"
+#include "simulator/memory/state_file.hpp"
 
 namespace {
 

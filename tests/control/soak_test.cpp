@@ -9,9 +9,9 @@
 #include <string_view>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "simulator/command.hpp"
-#include "simulator/simulated_serial.hpp"
-#include "simulator/simulated_visa.hpp"
+#include "simulator/commands/command.hpp"
+#include "simulator/links/simulated_serial.hpp"
+#include "simulator/links/simulated_visa.hpp"
 #include "tests/support/bench.hpp"
 #include "tests/support/panel_bench.hpp"
 #include "tests/support/scaled_loop.hpp"

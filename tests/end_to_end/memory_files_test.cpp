@@ -7,7 +7,7 @@
 #include <unistd.h>
 
 #include "platform/posix/visa_library.hpp"
-#include "simulator/simulated_serial.hpp"
+#include "simulator/links/simulated_serial.hpp"
 #include "tests/end_to_end/serial_bench.hpp"
 #include "tests/end_to_end/simulated_bench.hpp"
 #include "tests/end_to_end/socket_bench.hpp"

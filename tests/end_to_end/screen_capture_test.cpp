@@ -11,11 +11,11 @@
 #include "lumodevice/toolkit/timer.hpp"
 #include "platform/posix/serial_devices.hpp"
 #include "platform/posix/visa_library.hpp"
-#include "simulator/screen_dump.hpp"
-#include "simulator/simulated_serial.hpp"
+#include "simulator/links/simulated_serial.hpp"
+#include "simulator/screen/dump.hpp"
 #include "tests/end_to_end/serial_bench.hpp"
 #include "tests/end_to_end/simulated_bench.hpp"
-#include "tests/simulator/screen_decoder.hpp"
+#include "tests/simulator/screen/screen_decoder.hpp"
 
 namespace lumodevice::end_to_end {
 namespace {

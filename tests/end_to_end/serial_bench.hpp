@@ -10,7 +10,7 @@
 
 #include "platform/posix/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
-#include "simulator/server.hpp"
+#include "simulator/links/server.hpp"
 #include "tests/end_to_end/real_panel.hpp"
 #include "tests/platform/temporary_folder.hpp"
 #include "tests/support/scaled_loop.hpp"

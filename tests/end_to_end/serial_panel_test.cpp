@@ -4,7 +4,7 @@
 #include <ostream>
 #include <span>
 
-#include "simulator/command.hpp"
+#include "simulator/commands/command.hpp"
 #include "tests/end_to_end/serial_bench.hpp"
 #include "tests/support/script.hpp"
 

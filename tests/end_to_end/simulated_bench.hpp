@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/posix/serial_devices.hpp"
-#include "simulator/simulated_visa.hpp"
+#include "simulator/links/simulated_visa.hpp"
 #include "tests/end_to_end/real_panel.hpp"
 #include "tests/end_to_end/socket_bench.hpp"
 #include "tests/support/scaled_loop.hpp"

@@ -7,8 +7,8 @@
 
 #include "platform/posix/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
-#include "simulator/real_clock.hpp"
-#include "simulator/server.hpp"
+#include "simulator/links/real_clock.hpp"
+#include "simulator/links/server.hpp"
 #include "tests/end_to_end/real_panel.hpp"
 #include "tests/support/scaled_loop.hpp"
 

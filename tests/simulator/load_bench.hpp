@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/command.hpp"
+#include "simulator/commands/command.hpp"
 #include "simulator/mainframe.hpp"
 
 namespace zansim::tests {

@@ -4,7 +4,7 @@
 #include "hosts/zanctl/station/watched_loop.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "platform/posix/system_clock.hpp"
-#include "simulator/loop_clock.hpp"
+#include "simulator/links/loop_clock.hpp"
 
 namespace zanctl {
 

@@ -1,0 +1,110 @@
+#include "simulator/links/connection.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "simulator/commands/command.hpp"
+
+namespace zansim {
+
+void Connection::feed(std::string_view bytes, bool end, Duration now) {
+  const auto act = [&](Framer::Result result) {
+    switch (result) {
+      case Framer::Result::More:
+        break;
+      case Framer::Result::Message:
+        carryOut(now);
+        break;
+      case Framer::Result::Overrun:
+        instrument_.mainframe.status().report(Error::InputOverrun);
+        break;
+      case Framer::Result::BadBlock:
+        instrument_.mainframe.status().report(Error::InvalidBlock);
+        break;
+    }
+  };
+  for (const char byte : bytes) {
+    const bool wasIdle = framer_.idle();
+    const Framer::Result result = framer_.put(byte);
+    if (wasIdle && !framer_.idle()) {
+      discardUnread();
+    }
+    act(result);
+  }
+  if (end) {
+    act(framer_.end());
+  }
+}
+
+void Connection::discardUnread() {
+  owes_ = false;
+  if (kind_ == Kind::MessageBased && !pieces_.empty()) {
+    pieces_.clear();
+    lineFree_ = Duration::min();
+    instrument_.mainframe.status().report(Error::QueryInterrupted);
+  }
+}
+
+void Connection::carryOut(Duration now) {
+  std::string answer;
+  execute(instrument_.mainframe, framer_.message(), now, answer);
+  if (instrument_.onMessage) {
+    instrument_.onMessage(framer_.message(), answer);
+  }
+  if (!answer.empty()) {
+    const std::string identity = instrument_.mainframe.configuration().identity();
+    send(instrument_.faults.deliver(std::move(answer), identity), now);
+  }
+}
+
+void Connection::send(const Delivery& delivery, Duration now) {
+  owes_ = delivery.bytes.empty() || !delivery.end;
+  const std::string_view bytes = delivery.bytes;
+  const std::size_t size = delivery.pieceSize == 0 ? bytes.size() : delivery.pieceSize;
+  Duration start = now + delivery.delay;
+  for (std::size_t at = 0; at < bytes.size(); at += size) {
+    Piece piece{std::max(start, lineFree_), std::string(bytes.substr(at, size))};
+    piece.end = delivery.end && at + size >= bytes.size();
+    lineFree_ = piece.start + byteTime_ * static_cast<Duration::rep>(piece.bytes.size());
+    start += delivery.gap;
+    pieces_.push_back(std::move(piece));
+  }
+}
+
+Connection::Taken Connection::take(std::span<char> buffer, Duration now, std::optional<char> stop) {
+  Taken taken;
+  while (taken.count < buffer.size() && !taken.end && !taken.stop) {
+    const std::optional<Duration> due = nextDue();
+    if (!due || *due > now) {
+      break;
+    }
+    Piece& piece = pieces_.front();
+    const char byte = piece.bytes[piece.taken];
+    buffer[taken.count] = byte;
+    ++taken.count;
+    ++piece.taken;
+    taken.stop = byte == stop;
+    if (piece.taken == piece.bytes.size()) {
+      taken.end = piece.end;
+      pieces_.pop_front();
+    }
+  }
+  return taken;
+}
+
+std::optional<Duration> Connection::nextDue() const {
+  if (pieces_.empty()) {
+    return std::nullopt;
+  }
+  const Piece& piece = pieces_.front();
+  return piece.start +
+         byteTime_ * static_cast<Duration::rep>(byteTime_ > Duration::zero() ? piece.taken + 1 : 0);
+}
+
+void Connection::readInVain() {
+  if (kind_ == Kind::MessageBased && !owes_ && pieces_.empty()) {
+    instrument_.mainframe.status().report(Error::QueryUnterminated);
+  }
+}
+
+}  // namespace zansim

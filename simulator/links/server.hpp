@@ -1,0 +1,53 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <list>
+#include <string>
+
+#include "lumodevice/io/clock.hpp"
+#include "simulator/descriptor.hpp"
+#include "simulator/links/connection.hpp"
+
+namespace zansim {
+
+/// Puts an instrument behind pseudo-terminals and loopback sockets, all driven by one poll loop.
+/// Setting one up throws std::system_error, saying what failed, or std::invalid_argument.
+/// Instrument and clock must outlive it. The clock must tell real time.
+class Server {
+ public:
+  Server(Instrument& instrument, lumodevice::io::Clock& clock);
+  ~Server();
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  /// Listens on 127.0.0.1; port 0 is any free one. Returns the port.
+  std::uint16_t listenTcp(std::uint16_t port);
+
+  /// A pseudo-terminal that `link`, a symbolic link made here, leads to; a link that is there
+  /// already is replaced, another kind of file is not. With a `baud` other than 0, bytes sent while
+  /// the terminal is set to another speed are lost. Returns the terminal's device.
+  std::string openTerminal(const std::string& link, std::int32_t baud = 0);
+
+  /// Waits at most `timeout` for something to do and does it.
+  void step(std::chrono::milliseconds timeout);
+
+  /// Sockets connected at present.
+  [[nodiscard]] std::size_t clients() const;
+
+ private:
+  struct Peer;
+
+  void accept();
+  void receive(Peer& peer);
+  void transmit(Peer& peer);
+  void closeWhatIsGone();
+  [[nodiscard]] int patience(std::chrono::milliseconds timeout) const;
+
+  Instrument& instrument_;
+  lumodevice::io::Clock& clock_;
+  Descriptor listener_;
+  std::list<Peer> peers_;
+};
+
+}  // namespace zansim

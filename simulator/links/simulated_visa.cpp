@@ -1,0 +1,311 @@
+#include "simulator/links/simulated_visa.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "lumodevice/io/find_expression.hpp"
+#include "simulator/links/visa_attributes.hpp"
+
+namespace zansim {
+
+using namespace lumodevice::io;
+
+namespace {
+
+constexpr ViAttr kResourceClass = 0xBFFF0001;
+constexpr ViAttr kResourceName = 0xBFFF0002;
+constexpr std::uint32_t kAccessModes = 0x7;
+constexpr std::uint32_t kEndsByTerminationCharacter = 2;
+
+/// A read that waits for ever gives up after a day, so that a lost answer is seen on a virtual
+/// clock too.
+constexpr Duration kForEver = std::chrono::hours(24);
+
+Duration timeOut(std::uint32_t milliseconds) {
+  return milliseconds == VI_TMO_INFINITE ? kForEver
+                                         : Duration(std::chrono::milliseconds(milliseconds));
+}
+
+}  // namespace
+
+SimulatedVisa::~SimulatedVisa() {
+  for (const auto& [handle, object] : objects_) {
+    release(object);
+  }
+}
+
+const SimulatedVisa::Object* SimulatedVisa::object(ViObject handle, Kind kind) const {
+  const auto found = objects_.find(handle);
+  return found != objects_.end() && found->second.kind == kind ? &found->second : nullptr;
+}
+
+ViObject SimulatedVisa::keep(Object object) {
+  objects_.emplace(++lastHandle_, std::move(object));
+  return lastHandle_;
+}
+
+void SimulatedVisa::release(const Object& object) {
+  if (object.locks && --object.resource->locks_ == 0) {
+    object.resource->lockedBy_ = nullptr;
+  }
+}
+
+bool SimulatedVisa::isLockedOut(const VisaResource& resource) const {
+  return resource.lockedBy_ != nullptr && resource.lockedBy_ != this;
+}
+
+ViStatus SimulatedVisa::viOpenDefaultRM(ViSession& resourceManager) {
+  resourceManager = keep({.kind = Kind::ResourceManager});
+  return VI_SUCCESS;
+}
+
+ViStatus SimulatedVisa::viFindRsrc(ViSession resourceManager, const std::string& expression,
+                                   ViFindList& findList, std::uint32_t& count,
+                                   std::string& descriptor) {
+  if (object(resourceManager, Kind::ResourceManager) == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  const auto pattern = lumodevice::io::FindExpression::parse(expression);
+  if (!pattern) {
+    return VI_ERROR_INV_EXPR;
+  }
+  Object list{.kind = Kind::FindList, .parent = resourceManager};
+  for (const auto& resource : bench_.resources()) {
+    if (resource->isPresent() && pattern->matches(resource->name)) {
+      list.found.push_back(resource->name);
+    }
+  }
+  if (list.found.empty()) {
+    return VI_ERROR_RSRC_NFOUND;
+  }
+  count = static_cast<std::uint32_t>(list.found.size());
+  std::reverse(list.found.begin(), list.found.end());
+  findList = keep(std::move(list));
+  return viFindNext(findList, descriptor);
+}
+
+ViStatus SimulatedVisa::viFindNext(ViFindList findList, std::string& descriptor) {
+  if (object(findList, Kind::FindList) == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  std::vector<std::string>& found = objects_.at(findList).found;
+  if (found.empty()) {
+    return VI_ERROR_RSRC_NFOUND;
+  }
+  descriptor = found.back();
+  found.pop_back();
+  return VI_SUCCESS;
+}
+
+ViStatus SimulatedVisa::viOpen(ViSession resourceManager, const std::string& descriptor,
+                               std::uint32_t accessMode, std::uint32_t openTimeout,
+                               ViSession& instrument) {
+  if (object(resourceManager, Kind::ResourceManager) == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (accessMode > kAccessModes) {
+    return VI_ERROR_INV_ACC_MODE;
+  }
+  bool known = false;
+  VisaResource* const resource = bench_.find(descriptor, known);
+  if (resource == nullptr || !resource->isPresent()) {
+    return known ? VI_ERROR_RSRC_NFOUND : VI_ERROR_INV_RSRC_NAME;
+  }
+  const bool locks = (accessMode & VI_EXCLUSIVE_LOCK) != 0;
+  if (locks && isLockedOut(*resource)) {
+    bench_.clock().wait(timeOut(openTimeout));
+    if (isLockedOut(*resource)) {
+      return VI_ERROR_RSRC_LOCKED;
+    }
+  }
+  if (locks) {
+    resource->lockedBy_ = this;
+    ++resource->locks_;
+  }
+  instrument = keep(
+      {.kind = Kind::Session, .parent = resourceManager, .resource = resource, .locks = locks});
+  return VI_SUCCESS;
+}
+
+ViStatus SimulatedVisa::viClose(ViObject handle) {
+  if (handle == 0) {
+    return VI_WARN_NULL_OBJECT;
+  }
+  const auto found = objects_.find(handle);
+  if (found == objects_.end()) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  release(found->second);
+  objects_.erase(found);
+  std::erase_if(objects_, [&](const auto& entry) {
+    const bool child = entry.second.parent == handle;
+    if (child) {
+      release(entry.second);
+    }
+    return child;
+  });
+  return VI_SUCCESS;
+}
+
+ViStatus SimulatedVisa::viGetAttribute(ViObject handle, ViAttr attribute, std::string& value) {
+  const Object* const session = object(handle, Kind::Session);
+  if (session == nullptr) {
+    return objects_.contains(handle) ? VI_ERROR_NSUP_ATTR : VI_ERROR_INV_OBJECT;
+  }
+  switch (attribute) {
+    case VI_ATTR_INTF_INST_NAME:
+      value = session->resource->interfaceName;
+      return VI_SUCCESS;
+    case kResourceName:
+      value = session->resource->name;
+      return VI_SUCCESS;
+    case kResourceClass:
+      value = "INSTR";
+      return VI_SUCCESS;
+    default:
+      return VI_ERROR_NSUP_ATTR;
+  }
+}
+
+ViStatus SimulatedVisa::viSetAttribute(ViObject handle, ViAttr attribute, std::uint32_t value) {
+  const Object* const session = object(handle, Kind::Session);
+  if (session == nullptr) {
+    return objects_.contains(handle) ? VI_ERROR_NSUP_ATTR : VI_ERROR_INV_OBJECT;
+  }
+  const VisaAttribute* const row = findAttribute(attribute, *session->resource);
+  if (row == nullptr) {
+    std::string text;
+    return viGetAttribute(handle, attribute, text) == VI_SUCCESS ? VI_ERROR_ATTR_READONLY
+                                                                 : VI_ERROR_NSUP_ATTR;
+  }
+  if (!takesValue(*row, value)) {
+    return VI_ERROR_NSUP_ATTR_STATE;
+  }
+  objects_.at(handle).attributes[attribute] = value;
+  return VI_SUCCESS;
+}
+
+ViStatus SimulatedVisa::numericAttribute(ViObject handle, ViAttr attribute, std::uint32_t& value,
+                                         int& width) const {
+  const Object* const session = object(handle, Kind::Session);
+  if (session == nullptr) {
+    return objects_.contains(handle) ? VI_ERROR_NSUP_ATTR : VI_ERROR_INV_OBJECT;
+  }
+  const VisaAttribute* const row = findAttribute(attribute, *session->resource);
+  if (row == nullptr) {
+    return VI_ERROR_NSUP_ATTR;
+  }
+  width = row->width;
+  value = SimulatedVisa::attribute(*session, attribute);
+  return VI_SUCCESS;
+}
+
+std::uint32_t SimulatedVisa::attribute(const Object& session, ViAttr attribute) {
+  const auto set = session.attributes.find(attribute);
+  if (set != session.attributes.end()) {
+    return set->second;
+  }
+  const VisaAttribute* const row = findAttribute(attribute, *session.resource);
+  return row == nullptr ? 0 : row->initial;
+}
+
+ViStatus SimulatedVisa::refusal(const Object* session) const {
+  if (session == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  if (isLockedOut(*session->resource)) {
+    return VI_ERROR_RSRC_LOCKED;
+  }
+  return session->resource->isPresent() ? VI_SUCCESS : VI_ERROR_CONN_LOST;
+}
+
+std::optional<char> SimulatedVisa::stopCharacter(const Object& session) {
+  const bool serial = session.resource->interface == Interface::Serial;
+  const bool stops = serial ? attribute(session, VI_ATTR_ASRL_END_IN) == kEndsByTerminationCharacter
+                            : attribute(session, VI_ATTR_TERMCHAR_EN) != 0;
+  if (!stops) {
+    return std::nullopt;
+  }
+  return static_cast<char>(attribute(session, VI_ATTR_TERMCHAR));
+}
+
+ViStatus SimulatedVisa::viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) {
+  count = 0;
+  const Object* const session = object(instrument, Kind::Session);
+  const ViStatus refused = refusal(session);
+  if (refused != VI_SUCCESS || buffer.empty()) {
+    return refused;
+  }
+  Connection* const connection = session->resource->connection();
+  if (connection == nullptr) {
+    waitInVain(*session);
+    return VI_ERROR_TMO;
+  }
+  return readUntil(*connection, *session, buffer, count);
+}
+
+void SimulatedVisa::waitInVain(const Object& session) {
+  bench_.clock().wait(timeOut(attribute(session, VI_ATTR_TMO_VALUE)));
+}
+
+ViStatus SimulatedVisa::readUntil(Connection& connection, const Object& session,
+                                  std::span<char> buffer, std::uint32_t& count) {
+  Clock& clock = bench_.clock();
+  const Duration deadline = clock.now() + timeOut(attribute(session, VI_ATTR_TMO_VALUE));
+  const std::optional<char> stop = stopCharacter(session);
+  const bool marksEnd = session.resource->interface != Interface::Serial;
+  for (;;) {
+    const Connection::Taken taken = connection.take(buffer.subspan(count), clock.now(), stop);
+    count += static_cast<std::uint32_t>(taken.count);
+    if (taken.end && marksEnd) {
+      return VI_SUCCESS;
+    }
+    if (taken.stop) {
+      return VI_SUCCESS_TERM_CHAR;
+    }
+    if (count == buffer.size()) {
+      return VI_SUCCESS_MAX_CNT;
+    }
+    const std::optional<Duration> due = connection.nextDue();
+    const Duration now = clock.now();
+    if (due && *due <= now) {
+      continue;
+    }
+    if (now >= deadline) {
+      break;
+    }
+    clock.wait(std::min(due.value_or(deadline), deadline) - now);
+  }
+  if (count == 0) {
+    connection.readInVain();
+  }
+  return VI_ERROR_TMO;
+}
+
+ViStatus SimulatedVisa::viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) {
+  count = 0;
+  const Object* const session = object(instrument, Kind::Session);
+  const ViStatus refused = refusal(session);
+  if (refused != VI_SUCCESS) {
+    return refused;
+  }
+  VisaResource& resource = *session->resource;
+  const bool serial = resource.interface == Interface::Serial;
+  const bool sendsEnd = attribute(*session, VI_ATTR_SEND_END_EN) != 0 && !data.empty();
+  const bool appends = serial && sendsEnd &&
+                       attribute(*session, VI_ATTR_ASRL_END_OUT) == kEndsByTerminationCharacter;
+  resource.bytesWritten += data.size();
+  if (Connection* const connection = resource.connection()) {
+    const Duration now = bench_.clock().now();
+    connection->feed(data, sendsEnd && !serial, now);
+    if (appends) {
+      const char terminator = static_cast<char>(attribute(*session, VI_ATTR_TERMCHAR));
+      connection->feed(std::string_view(&terminator, 1), false, now);
+    }
+  }
+  count = static_cast<std::uint32_t>(data.size());
+  return VI_SUCCESS;
+}
+
+}  // namespace zansim

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "lumodevice/io/visa.hpp"
+#include "simulator/links/visa_bench.hpp"
+
+namespace zansim {
+
+/// A VISA library over a bench of simulated resources, as one program holds it. Exclusive locks
+/// keep the other programs (other objects of this class) out; a program never locks itself out. A
+/// session whose resource another program locked may be open, but its I/O is refused.
+class SimulatedVisa : public lumodevice::io::Visa {
+ public:
+  using ViStatus = lumodevice::io::ViStatus;
+  using ViObject = lumodevice::io::ViObject;
+  using ViSession = lumodevice::io::ViSession;
+  using ViFindList = lumodevice::io::ViFindList;
+  using ViAttr = lumodevice::io::ViAttr;
+
+  /// The bench must outlive this object.
+  explicit SimulatedVisa(VisaBench& bench) : bench_(bench) {}
+  ~SimulatedVisa() override;
+  SimulatedVisa(const SimulatedVisa&) = delete;
+  SimulatedVisa& operator=(const SimulatedVisa&) = delete;
+
+  ViStatus viOpenDefaultRM(ViSession& resourceManager) override;
+  ViStatus viFindRsrc(ViSession resourceManager, const std::string& expression,
+                      ViFindList& findList, std::uint32_t& count, std::string& descriptor) override;
+  ViStatus viFindNext(ViFindList findList, std::string& descriptor) override;
+  ViStatus viOpen(ViSession resourceManager, const std::string& descriptor,
+                  std::uint32_t accessMode, std::uint32_t openTimeout,
+                  ViSession& instrument) override;
+  ViStatus viClose(ViObject handle) override;
+  ViStatus viGetAttribute(ViObject handle, ViAttr attribute, std::string& value) override;
+  ViStatus viSetAttribute(ViObject handle, ViAttr attribute, std::uint32_t value) override;
+  ViStatus viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) override;
+  ViStatus viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) override;
+
+  /// A numeric attribute and its width in bytes (1, 2 or 4).
+  ViStatus numericAttribute(ViObject handle, ViAttr attribute, std::uint32_t& value,
+                            int& width) const;
+
+  /// Sessions, find lists and resource managers not closed yet.
+  [[nodiscard]] std::size_t openObjects() const { return objects_.size(); }
+
+ private:
+  enum class Kind : std::uint8_t { ResourceManager, FindList, Session };
+  struct Object {
+    Kind kind;
+    ViObject parent = 0;
+    std::vector<std::string> found{};  ///< by a find list, the last first
+    VisaResource* resource = nullptr;
+    bool locks = false;
+    std::map<ViAttr, std::uint32_t> attributes{};  ///< those that were set
+  };
+
+  [[nodiscard]] const Object* object(ViObject handle, Kind kind) const;
+  ViObject keep(Object object);
+  void release(const Object& object);
+  [[nodiscard]] bool isLockedOut(const VisaResource& resource) const;
+  [[nodiscard]] ViStatus refusal(const Object* session) const;
+  [[nodiscard]] static std::uint32_t attribute(const Object& session, ViAttr attribute);
+  [[nodiscard]] static std::optional<char> stopCharacter(const Object& session);
+  ViStatus readUntil(Connection& connection, const Object& session, std::span<char> buffer,
+                     std::uint32_t& count);
+  void waitInVain(const Object& session);
+
+  VisaBench& bench_;
+  std::map<ViObject, Object> objects_;
+  ViObject lastHandle_ = 0;
+};
+
+}  // namespace zansim

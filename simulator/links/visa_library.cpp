@@ -1,0 +1,175 @@
+/// A shared library that exports the nine operations of a VISA library over one simulated
+/// instrument in real time, so that any VISA program can be pointed at it. The environment variable
+/// ZANSIM_FAULTS holds faults, parted by ";".
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "simulator/links/real_clock.hpp"
+#include "simulator/links/simulated_visa.hpp"
+
+#define ZANSIM_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace {
+
+using namespace lumodevice::io;
+/// As wide as a pointer on every platform.
+using ViAttrState = std::uintptr_t;
+
+/// The machine that the process sees. VISA may be called from several threads; the mutex lets one
+/// in.
+struct Machine {
+  zansim::RealClock clock;
+  zansim::Instrument instrument;
+  zansim::VisaBench bench{clock};
+  zansim::SimulatedVisa visa{bench};
+  std::mutex mutex;
+
+  Machine() {
+    bench.addUsual(instrument);
+    const char* const variable = std::getenv("ZANSIM_FAULTS");
+    std::string_view faults = variable == nullptr ? "" : variable;
+    while (!faults.empty()) {
+      const std::size_t stop = std::min(faults.find(';'), faults.size());
+      add(faults.substr(0, stop));
+      faults.remove_prefix(std::min(stop + 1, faults.size()));
+    }
+  }
+
+ private:
+  void add(std::string_view fault) {
+    try {
+      instrument.faults.add(fault);
+    } catch (const std::invalid_argument& wrong) {
+      static_cast<void>(std::fprintf(stderr, "ZANSIM_FAULTS: %s\n", wrong.what()));
+    }
+  }
+};
+
+Machine& machine() {
+  static Machine only;
+  return only;
+}
+
+void copyText(const std::string& text, char* buffer) {
+  const std::size_t length = std::min(text.size(), VI_FIND_BUFLEN - 1);
+  std::memcpy(buffer, text.data(), length);
+  buffer[length] = '\0';
+}
+
+template <typename Value>
+void store(Value* where, Value value) {
+  if (where != nullptr) {
+    *where = value;
+  }
+}
+
+ViStatus readNumber(ViObject object, ViAttr attribute, void* value) {
+  std::uint32_t number = 0;
+  int width = 0;
+  const ViStatus status = machine().visa.numericAttribute(object, attribute, number, width);
+  if (status != VI_SUCCESS) {
+    return status;
+  }
+  const auto narrow = static_cast<std::uint8_t>(number);
+  const auto middle = static_cast<std::uint16_t>(number);
+  switch (width) {
+    case sizeof narrow:
+      std::memcpy(value, &narrow, sizeof narrow);
+      break;
+    case sizeof middle:
+      std::memcpy(value, &middle, sizeof middle);
+      break;
+    default:
+      std::memcpy(value, &number, sizeof number);
+  }
+  return status;
+}
+
+}  // namespace
+
+ZANSIM_EXPORT ViStatus viOpenDefaultRM(ViSession* session) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.viOpenDefaultRM(*session);
+}
+
+ZANSIM_EXPORT ViStatus viFindRsrc(ViSession session, const char* expression, ViFindList* findList,
+                                  std::uint32_t* count, char* descriptor) {
+  const std::lock_guard lock(machine().mutex);
+  ViFindList list = 0;
+  std::uint32_t found = 0;
+  std::string first;
+  const ViStatus status = machine().visa.viFindRsrc(session, expression, list, found, first);
+  if (status >= 0) {
+    copyText(first, descriptor);
+    store(findList, list);
+    store(count, found);
+    if (findList == nullptr) {
+      machine().visa.viClose(list);
+    }
+  }
+  return status;
+}
+
+ZANSIM_EXPORT ViStatus viFindNext(ViFindList findList, char* descriptor) {
+  const std::lock_guard lock(machine().mutex);
+  std::string next;
+  const ViStatus status = machine().visa.viFindNext(findList, next);
+  if (status >= 0) {
+    copyText(next, descriptor);
+  }
+  return status;
+}
+
+ZANSIM_EXPORT ViStatus viOpen(ViSession session, const char* name, std::uint32_t accessMode,
+                              std::uint32_t openTimeout, ViSession* instrument) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.viOpen(session, name, accessMode, openTimeout, *instrument);
+}
+
+ZANSIM_EXPORT ViStatus viClose(ViObject object) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.viClose(object);
+}
+
+ZANSIM_EXPORT ViStatus viGetAttribute(ViObject object, ViAttr attribute, void* value) {
+  const std::lock_guard lock(machine().mutex);
+  std::string text;
+  const ViStatus status = machine().visa.viGetAttribute(object, attribute, text);
+  if (status < 0) {
+    return readNumber(object, attribute, value);
+  }
+  copyText(text, static_cast<char*>(value));
+  return status;
+}
+
+ZANSIM_EXPORT ViStatus viSetAttribute(ViObject object, ViAttr attribute, ViAttrState value) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.viSetAttribute(object, attribute, static_cast<std::uint32_t>(value));
+}
+
+ZANSIM_EXPORT ViStatus viRead(ViSession session, unsigned char* buffer, std::uint32_t size,
+                              std::uint32_t* count) {
+  const std::lock_guard lock(machine().mutex);
+  std::uint32_t read = 0;
+  const ViStatus status =
+      machine().visa.viRead(session, {reinterpret_cast<char*>(buffer), size}, read);
+  store(count, read);
+  return status;
+}
+
+ZANSIM_EXPORT ViStatus viWrite(ViSession session, const unsigned char* buffer, std::uint32_t size,
+                               std::uint32_t* count) {
+  const std::lock_guard lock(machine().mutex);
+  std::uint32_t written = 0;
+  const ViStatus status =
+      machine().visa.viWrite(session, {reinterpret_cast<const char*>(buffer), size}, written);
+  store(count, written);
+  return status;
+}
