@@ -5,11 +5,12 @@
 //   own_loop              a simulated instrument that lives fifty times as fast
 //   own_loop VISA-LIBRARY the first ZAN load that this library finds
 
+#include <algorithm>
 #include <chrono>
-#include <deque>
 #include <iostream>
 #include <poll.h>
 #include <string>
+#include <thread>
 #include <unistd.h>
 
 #include "lumodevice/toolkit/controls.hpp"
@@ -18,10 +19,9 @@
 namespace {
 
 using namespace lumodevice;
-using toolkit::EventLoop;
 
 /// Watches standard input beside the timers. Its time may run faster than the wall's.
-class PollLoop : public EventLoop {
+class PollLoop : public toolkit::EventLoop {
  public:
   explicit PollLoop(int faster) : faster_(faster) {}
 
@@ -29,55 +29,41 @@ class PollLoop : public EventLoop {
     return (std::chrono::steady_clock::now() - start_) * faster_;
   }
 
-  // A wait of the component: nothing is delivered before it is over.
-  void idle(Duration span) override { wait(span, false); }
-
-  /// Processes events until a line was typed; false when there will be none.
+  /// Lets timers tick until a line was typed; false when there will be none.
   bool nextLine(std::string& line) {
-    while (lines_.empty() && open_) {
-      processEvents();
-      const Duration next = nextDue().value_or(now() + std::chrono::seconds(1)) - now();
-      if (lines_.empty()) wait(next, open_);
+    std::size_t end;
+    while ((end = typed_.find('\n')) == std::string::npos) {
+      tickDue();
+      pollfd input{STDIN_FILENO, POLLIN, 0};
+      if (::poll(&input, 1, wallMillisecondsToTick()) > 0) {
+        char bytes[256];
+        const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
+        if (count <= 0) return false;
+        typed_.append(bytes, static_cast<std::size_t>(count));
+      }
     }
-    if (lines_.empty()) return false;
-    line = lines_.front();
-    lines_.pop_front();
+    line = typed_.substr(0, end);
+    typed_.erase(0, end + 1);
     return true;
   }
 
  protected:
-  // Runs inside processEvents(), so perhaps in the middle of an operation: input is kept for later,
-  // for a command sent now would run within another one.
-  void deliverInput() override {
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    while (open_ && ::poll(&input, 1, 0) > 0) {
-      char bytes[256];
-      const ssize_t count = ::read(STDIN_FILENO, bytes, sizeof bytes);
-      open_ = count > 0;
-      typed_.append(bytes, open_ ? static_cast<std::size_t>(count) : 0);
-    }
-    for (std::size_t end; (end = typed_.find('\n')) != std::string::npos;
-         typed_.erase(0, end + 1)) {
-      lines_.push_back(typed_.substr(0, end));
-    }
-  }
+  // A wait of the component. What is typed meanwhile waits where it is, in the terminal or pipe: a
+  // command sent now would run within another one.
+  void wait(Duration span) override { std::this_thread::sleep_for(span / faster_); }
 
  private:
-  void wait(Duration span, bool untilInput) const {
-    const auto end = std::chrono::steady_clock::now() + span / faster_;
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    for (auto left = span / faster_; left > Duration(0);
-         left = end - std::chrono::steady_clock::now()) {
-      const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(left).count();
-      if (::poll(&input, untilInput ? 1 : 0, static_cast<int>(milliseconds)) > 0) return;
-    }
+  /// Rounded up; below 0 while no timer runs.
+  [[nodiscard]] int wallMillisecondsToTick() const {
+    const auto due = nextDue();
+    if (!due) return -1;
+    const Duration left = std::max(*due - now(), Duration(0)) / faster_;
+    return static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(left).count());
   }
 
   int faster_;
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-  bool open_ = true;
   std::string typed_;
-  std::deque<std::string> lines_;
 };
 
 /// Prints the read-outs; the power is the last of the three to change.
@@ -127,9 +113,16 @@ bool run(PollLoop& loop, const Host& host) {
 int main(int argc, char** argv) {
   const bool real = argc > 1;
   PollLoop loop(real ? 1 : 50);
+  // An information box stands until Enter is pressed; timers tick meanwhile.
+  const auto box = [&loop](std::string_view text) {
+    std::cout << '[' << text << "] Enter goes on" << std::endl;
+    std::string line;
+    (void)loop.nextLine(line);
+  };
   try {
-    const bool done = run(loop, real ? Host::system({.loop = &loop, .visaLibrary = argv[1]})
-                                     : Host::simulated({.loop = &loop}));
+    const bool done = run(
+        loop, real ? Host::system({.loop = &loop, .visaLibrary = argv[1], .informationBox = box})
+                   : Host::simulated({.loop = &loop, .informationBox = box}));
     return done ? 0 : 1;
   } catch (const io::IoFault& fault) {
     std::cerr << "own_loop: " << fault.what() << '\n';

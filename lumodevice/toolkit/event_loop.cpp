@@ -9,6 +9,18 @@
 
 namespace lumodevice::toolkit {
 
+/// Tells at its end, also when it ends by an exception.
+class EventLoop::Change {
+ public:
+  explicit Change(EventLoop& loop) : loop_(loop) {}
+  ~Change() { loop_.timersChanged(); }
+  Change(const Change&) = delete;
+  Change& operator=(const Change&) = delete;
+
+ private:
+  EventLoop& loop_;
+};
+
 EventLoop::~EventLoop() {
   while (!timers_.empty()) {
     timers_.back()->leaveLoop();
@@ -16,11 +28,30 @@ EventLoop::~EventLoop() {
 }
 
 void EventLoop::processEvents() {
+  if (waits_ > 0) {
+    return;
+  }
+  const Change change(*this);
   if (onPass) {
     onPass();
   }
   const std::uint64_t pass = ++passes_;
   deliverInput();
+  tickDue(pass);
+}
+
+void EventLoop::tickDue() {
+  if (waits_ > 0) {
+    return;
+  }
+  const Change change(*this);
+  if (onPass) {
+    onPass();
+  }
+  tickDue(++passes_);
+}
+
+void EventLoop::tickDue(std::uint64_t pass) {
   const Duration begin = now();
   while (Timer* timer = earliestDue(begin, pass)) {
     tick(*timer, pass);
@@ -39,7 +70,24 @@ void EventLoop::sleep(double milliseconds) {
   idle(std::chrono::milliseconds(count));
 }
 
+void EventLoop::idle(Duration span) {
+  struct Wait {
+    int& waits;
+    explicit Wait(int& count) : waits(++count) {}
+    ~Wait() { --waits; }
+    Wait(const Wait&) = delete;
+    Wait& operator=(const Wait&) = delete;
+  };
+  const Change change(*this);
+  const Wait waiting(waits_);
+  wait(span);
+}
+
 void EventLoop::runFor(Duration span) {
+  if (waits_ > 0) {
+    idle(span);
+    return;
+  }
   const Duration end = now() + span;
   for (;;) {
     processEvents();
@@ -55,10 +103,12 @@ void EventLoop::runFor(Duration span) {
 
 void EventLoop::attach(Timer& timer) {
   timers_.push_back(&timer);
+  timersChanged();
 }
 
 void EventLoop::detach(Timer& timer) {
   std::erase(timers_, &timer);
+  timersChanged();
 }
 
 Timer* EventLoop::earliestDue(Duration at, std::uint64_t pass) const {
@@ -92,10 +142,13 @@ void EventLoop::tick(Timer& timer, std::uint64_t pass) {
         timer->ticking_ = false;
       }
     }
-  } const end{timers_, &timer};
+  };
+  const Change change(*this);
+  const TickEnd end{timers_, &timer};
   timer.ticking_ = true;
   timer.lastPass_ = pass;
   timer.due_ = now() + timer.period();
+  timersChanged();
   timer.tick.raise();
 }
 
@@ -103,11 +156,11 @@ EventLoop::Duration RealTimeLoop::now() const {
   return std::chrono::steady_clock::now() - start_;
 }
 
-void RealTimeLoop::idle(Duration span) {
+void RealTimeLoop::wait(Duration span) {
   std::this_thread::sleep_for(span);
 }
 
-void VirtualLoop::idle(Duration span) {
+void VirtualLoop::wait(Duration span) {
   now_ += std::max(span, Duration(0));
 }
 

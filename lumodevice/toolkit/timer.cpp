@@ -36,9 +36,13 @@ void Timer::leaveLoop() {
 
 void Timer::arm() {
   due_.reset();
-  if (loop_ != nullptr && enabled() && interval_ > 0) {
+  if (loop_ == nullptr) {
+    return;
+  }
+  if (enabled() && interval_ > 0) {
     due_ = loop_->now() + period();
   }
+  loop_->timersChanged();
 }
 
 EventLoop::Duration Timer::period() const {

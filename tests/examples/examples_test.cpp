@@ -99,6 +99,15 @@ TEST(OwnLoop, sendsWhatIsTyped) {
             "fetc:curr? -> 0.0000\n");
 }
 
+TEST(OwnLoop, showsAnInformationBoxUntilEnter) {
+  const Outcome ended = run(OWN_LOOP, {}, ":NOSUCH?\n\n:CHAN?\n");
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_THAT(ended.output,
+              HasSubstr("[Error:Device has not sent back some data yet!] Enter goes on\n"
+                        ":NOSUCH? -> \n"));
+  EXPECT_THAT(ended.output, HasSubstr(":CHAN? -> 1\n"));
+}
+
 TEST(OwnLoop, tellsWhatIsWrongWithAVisaLibrary) {
   const Outcome ended = run(OWN_LOOP, {NO_VISA_LIBRARY});
   EXPECT_EQ(ended.status, 1);

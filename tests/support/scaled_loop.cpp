@@ -12,7 +12,7 @@ constexpr std::chrono::milliseconds kStep{ScaledLoop::kFaster};
 
 }  // namespace
 
-void ScaledLoop::idle(Duration span) {
+void ScaledLoop::wait(Duration span) {
   while (span > Duration::zero()) {
     const Duration step = std::min<Duration>(span, kStep);
     now_ += step;

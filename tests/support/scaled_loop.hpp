@@ -15,11 +15,13 @@ class ScaledLoop : public toolkit::EventLoop {
   static constexpr int kFaster = 20;
 
   [[nodiscard]] Duration now() const override { return now_; }
-  void idle(Duration span) override;
 
   /// Lets a span of real time pass while it works for the other end; a plain sleep when there is
   /// none. Called several times in a wait, with the loop's time going on in between.
   std::function<void(Duration real)> meanwhile;
+
+ protected:
+  void wait(Duration span) override;
 
  private:
   Duration now_{0};

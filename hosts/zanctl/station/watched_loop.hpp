@@ -14,11 +14,12 @@ class WatchedLoop : public lumodevice::toolkit::RealTimeLoop {
  public:
   explicit WatchedLoop(std::function<void()> onStep) : onStep_(std::move(onStep)) {}
 
-  void idle(Duration span) override {
+ protected:
+  void wait(Duration span) override {
     constexpr std::chrono::milliseconds kStep{100};
     const Duration end = now() + span;
     for (Duration left = span; left > Duration(0); left = end - now()) {
-      RealTimeLoop::idle(std::min<Duration>(left, kStep));
+      RealTimeLoop::wait(std::min<Duration>(left, kStep));
       onStep_();
     }
   }
