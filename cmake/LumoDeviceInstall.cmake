@@ -23,6 +23,7 @@ install(TARGETS zanctl zansim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # The headers that a host includes, or needs to make a part of its own.
 file(GLOB toplevel_headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/lumodevice/*.hpp)
 file(GLOB toolkit_headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/lumodevice/toolkit/*.hpp)
+list(REMOVE_ITEM toolkit_headers lumodevice/toolkit/handling.hpp)  # the component's own business
 set(io_headers bytes clock drive fault forwarding_visa serial_port visa visa_com visa_com_over_visa)
 list(TRANSFORM io_headers REPLACE "(.+)" "lumodevice/io/\\1.hpp")
 foreach(header IN LISTS toplevel_headers toolkit_headers io_headers
