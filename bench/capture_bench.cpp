@@ -282,7 +282,7 @@ struct TemporaryFolder {
 void measureMemory(std::uint16_t port) {
   const TemporaryFolder folder;
   toolkit::RealTimeLoop loop;
-  posix::FolderDrive drive(folder.path);
+  platform::FolderDrive drive(folder.path);
   bench::Component component(loop, drive);
   connect(component, port);
   const double idle = residentMegabytes();

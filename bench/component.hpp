@@ -8,10 +8,10 @@
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 #include "lumodevice/zan_ctrl.hpp"
+#include "platform/folder_drive.hpp"
 #include "platform/posix/builtin_visa.hpp"
-#include "platform/posix/folder_drive.hpp"
 #include "platform/posix/serial_devices.hpp"
-#include "platform/posix/system_clock.hpp"
+#include "platform/system_clock.hpp"
 
 namespace bench {
 
@@ -52,8 +52,8 @@ class Component {
   lumodevice::posix::BuiltinVisa visa_;
   lumodevice::io::VisaComOverVisa visaCom_{visa_};
   lumodevice::posix::TermiosDevices serial_;
-  lumodevice::posix::FolderDrive noDrive_{"/nonexistent"};
-  lumodevice::posix::SystemWallClock clock_;
+  lumodevice::platform::FolderDrive noDrive_{"/nonexistent"};
+  lumodevice::platform::SystemWallClock clock_;
 
  public:
   lumodevice::ZANCtrl zan;

@@ -4,13 +4,13 @@ include(CMakePackageConfigHelpers)
 
 # All three libraries in one, as most hosts want them.
 add_library(lumodevice_all INTERFACE)
-target_link_libraries(lumodevice_all INTERFACE lumodevice_shared lumodevice_posix_shared zansim_core_shared)
+target_link_libraries(lumodevice_all INTERFACE lumodevice_shared lumodevice_system_shared zansim_core_shared)
 set_target_properties(lumodevice_all PROPERTIES EXPORT_NAME LumoDevice)
 add_library(lumodevice_all_static INTERFACE)
-target_link_libraries(lumodevice_all_static INTERFACE lumodevice lumodevice_posix zansim_core)
+target_link_libraries(lumodevice_all_static INTERFACE lumodevice lumodevice_system zansim_core)
 set_target_properties(lumodevice_all_static PROPERTIES EXPORT_NAME static)
 
-set(delivered lumodevice lumodevice_shared lumodevice_posix lumodevice_posix_shared zansim_core zansim_core_shared)
+set(delivered lumodevice lumodevice_shared lumodevice_system lumodevice_system_shared zansim_core zansim_core_shared)
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   # The shared libraries find each other wherever they lie.
   set_target_properties(${delivered} PROPERTIES INSTALL_RPATH "$ORIGIN")
@@ -53,8 +53,8 @@ install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN man EXC
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN examples/CMakeLists.txt EXCLUDE)
 
 # The examples of this tree find the targets of this tree.
-foreach(target lumodevice:core_static lumodevice_shared:core lumodevice_posix:system_static
-        lumodevice_posix_shared:system zansim_core:simulator_static zansim_core_shared:simulator
+foreach(target lumodevice:core_static lumodevice_shared:core lumodevice_system:system_static
+        lumodevice_system_shared:system zansim_core:simulator_static zansim_core_shared:simulator
         lumodevice_all:LumoDevice lumodevice_all_static:static)
   string(REPLACE ":" ";" pair ${target})
   list(GET pair 0 name)

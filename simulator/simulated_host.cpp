@@ -2,8 +2,8 @@
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/link/host.hpp"
-#include "platform/posix/system_clock.hpp"
-#include "platform/posix/system_host.hpp"
+#include "platform/host_parts.hpp"
+#include "platform/system_clock.hpp"
 #include "simulator/links/loop_clock.hpp"
 #include "simulator/simulated_bench.hpp"
 
@@ -40,7 +40,7 @@ struct Simulation {
       : own(ownLoop(options)),
         loop(own ? *own : *options.loop),
         bench(clock, configurationOf(options)),
-        drive(posix::driveIn(options.driveC)) {}
+        drive(platform::driveIn(options.driveC)) {}
 
   std::unique_ptr<toolkit::EventLoop> own;
   toolkit::EventLoop& loop;
@@ -48,23 +48,23 @@ struct Simulation {
   zansim::SimulatedBench bench;
   io::VisaComOverVisa visaCom{bench.visa};
   std::unique_ptr<io::Drive> drive;
-  posix::VirtualWallClock wallClock{clock};
+  platform::VirtualWallClock wallClock{clock};
 };
 
 }  // namespace
 
 Host Host::simulated(const SimulatedOptions& options) {
   const auto simulation = std::make_shared<Simulation>(options);
-  return {
-      .loop = simulation->loop,
-      .visa = simulation->bench.visa,
-      .visaCom = simulation->visaCom,
-      .serialDevices = simulation->bench.serialDevices,
-      .drive = *simulation->drive,
-      .wallClock = simulation->wallClock,
-      .informationBox = options.informationBox ? options.informationBox : posix::printInformation,
-      .log = options.log,
-      .owned = simulation};
+  return {.loop = simulation->loop,
+          .visa = simulation->bench.visa,
+          .visaCom = simulation->visaCom,
+          .serialDevices = simulation->bench.serialDevices,
+          .drive = *simulation->drive,
+          .wallClock = simulation->wallClock,
+          .informationBox =
+              options.informationBox ? options.informationBox : platform::printInformation,
+          .log = options.log,
+          .owned = simulation};
 }
 
 }  // namespace lumodevice

@@ -5,7 +5,7 @@
 
 #include "hosts/zanctl/output/output.hpp"
 #include "hosts/zanctl/program.hpp"
-#include "platform/posix/environment.hpp"
+#include "platform/environment.hpp"
 
 int main(int argc, char** argv) {
   // A reader that goes away is seen by the writes that fail, so that the link is still closed in
@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   zanctl::FileOutput output(STDOUT_FILENO);
   zanctl::FileOutput errors(STDERR_FILENO);
   try {
-    return zanctl::runProgram({argv + 1, argv + argc}, lumodevice::posix::processVariable,
+    return zanctl::runProgram({argv + 1, argv + argc}, lumodevice::platform::processVariable,
                               {std::cin, output, errors});
   } catch (const std::exception& bug) {
     errors.line(std::string("zanctl: internal error: ") + bug.what());

@@ -63,13 +63,13 @@ std::map<int, std::string> parsePorts(const std::vector<std::string>& texts) {
 
 void fillFromEnvironment(Options& options, const Environment& environment) {
   if (!options.visaLibrary && !options.simulate) {
-    options.visaLibrary = lumodevice::posix::chosenVisaLibrary(environment);
+    options.visaLibrary = lumodevice::platform::chosenVisaLibrary(environment);
   }
   const auto colours = environment("COLORTERM");
   options.trueColour = colours == "truecolor" || colours == "24bit";
   options.ownDrive = options.command->temporaryDrive && !options.driveC;
   if (!options.driveC) {
-    options.driveC = lumodevice::posix::usualDriveC(environment);
+    options.driveC = lumodevice::platform::usualDriveC(environment);
   }
 }
 

@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "hosts/zanctl/output/output.hpp"
-#include "platform/posix/environment.hpp"
+#include "platform/environment.hpp"
 
 namespace zanctl {
 
 struct Command;
 
-using lumodevice::posix::Environment;
+using lumodevice::platform::Environment;
 
 /// The link options that are clicked before the command runs.
 enum class Link { Visa, VisaCom, Serial };

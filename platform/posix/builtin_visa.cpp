@@ -7,6 +7,7 @@
 #include "platform/posix/same_name.hpp"
 #include "platform/posix/socket_session.hpp"
 #include "platform/posix/usbtmc_session.hpp"
+#include "platform/visa_library.hpp"
 
 namespace lumodevice::posix {
 
@@ -145,3 +146,11 @@ io::ViStatus BuiltinVisa::viWrite(io::ViSession instrument, std::string_view dat
 }
 
 }  // namespace lumodevice::posix
+
+namespace lumodevice::platform {
+
+std::unique_ptr<io::Visa> builtinVisa() {
+  return std::make_unique<posix::BuiltinVisa>();
+}
+
+}  // namespace lumodevice::platform

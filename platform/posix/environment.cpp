@@ -1,8 +1,8 @@
-#include "platform/posix/environment.hpp"
+#include "platform/environment.hpp"
 
 #include <cstdlib>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 std::optional<std::string> processVariable(const char* name) {
   const char* const value = std::getenv(name);
@@ -29,4 +29,4 @@ std::optional<std::string> usualDriveC(const Environment& environment) {
   return data.value_or(home.value_or("") + "/.local/share") + "/lumodevice/drive_c";
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

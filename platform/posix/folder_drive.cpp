@@ -1,4 +1,4 @@
-#include "platform/posix/folder_drive.hpp"
+#include "platform/folder_drive.hpp"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,11 +11,13 @@
 #include "platform/posix/file_descriptor.hpp"
 #include "platform/posix/same_name.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 namespace {
 
 namespace fs = std::filesystem;
+using posix::FileDescriptor;
+using posix::sameName;
 
 constexpr int kFileNotFound = 53;
 constexpr int kDiskFull = 61;
@@ -183,4 +185,4 @@ std::unique_ptr<io::BinaryFile> FolderDrive::open(std::string_view path) {
   return std::make_unique<DriveFile>(std::move(file), *place);
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -152,3 +152,11 @@ std::unique_ptr<io::SerialLine> TermiosDevices::open(int port, const io::SerialS
 }
 
 }  // namespace lumodevice::posix
+
+namespace lumodevice::platform {
+
+std::unique_ptr<MachineSerialDevices> machineSerialDevices(std::map<int, std::string> given) {
+  return std::make_unique<posix::TermiosDevices>(std::move(given));
+}
+
+}  // namespace lumodevice::platform

@@ -6,15 +6,15 @@
 #include <utility>
 #include <vector>
 
-#include "lumodevice/io/serial_port.hpp"
 #include "platform/posix/device_tree.hpp"
+#include "platform/serial_devices.hpp"
 
 namespace lumodevice::posix {
 
 /// Serial ports over termios. COM1 to COM16 stand for the devices that were given for them; where
 /// none was given, for the machine's own: built-in ports with a real UART, then USB adapters, then
 /// USB virtual ports, each kind by its number.
-class TermiosDevices : public io::SerialDevices {
+class TermiosDevices : public platform::MachineSerialDevices {
  public:
   struct Options {
     SystemRoots roots;
@@ -29,8 +29,7 @@ class TermiosDevices : public io::SerialDevices {
   [[nodiscard]] std::unique_ptr<io::SerialLine> open(int port,
                                                      const io::SerialSettings& settings) override;
 
-  /// The device behind a port number; "" where there is none.
-  [[nodiscard]] std::string deviceOf(int port) const;
+  [[nodiscard]] std::string deviceOf(int port) const override;
 
  private:
   std::map<int, std::string> given_;

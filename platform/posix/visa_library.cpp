@@ -1,4 +1,4 @@
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 namespace {
 
@@ -243,4 +243,4 @@ VisaLibraryResult loadVisaLibrary() {
   return result;
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

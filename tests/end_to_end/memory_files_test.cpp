@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 #include "simulator/links/simulated_serial.hpp"
 #include "tests/end_to_end/serial_bench.hpp"
 #include "tests/end_to_end/simulated_bench.hpp"
@@ -150,7 +150,7 @@ TEST(MemoryFilesOverAPseudoTerminal, travelInPieces) {
 /// The instrument behind a library is out of reach: its own files are read, sent back and read
 /// again.
 TEST(MemoryFilesOverALoadedLibrary, travelThereAndBack) {
-  const posix::VisaLibraryResult loaded = posix::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
+  const platform::VisaLibraryResult loaded = platform::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
   toolkit::VirtualLoop loop;
   posix::TermiosDevices devices{{{1, "/nowhere"}}};
   RealPanel panel(loop, *loaded.library, devices);

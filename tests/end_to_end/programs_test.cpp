@@ -5,7 +5,7 @@
 #include <iterator>
 #include <sys/stat.h>
 
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 #include "tests/platform/child_process.hpp"
 #include "tests/platform/temporary_folder.hpp"
 #include "tests/support/child_program.hpp"
@@ -130,7 +130,7 @@ TEST_F(Programs, aSerialSearchWithItsTrace) {
 }
 
 bool aVisaLibraryIsInstalled() {
-  return posix::loadVisaLibrary().library != nullptr;
+  return platform::loadVisaLibrary().library != nullptr;
 }
 
 TEST_F(Programs, aSocketOfAnotherProcessOverTheBuiltInLayer) {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "platform/posix/folder_drive.hpp"
-#include "platform/posix/system_clock.hpp"
+#include "platform/folder_drive.hpp"
+#include "platform/system_clock.hpp"
 #include "tests/platform/temporary_folder.hpp"
 #include "tests/support/panel_hand.hpp"
 
@@ -36,8 +36,8 @@ class RealPanel : public support::PanelHand {
   std::vector<std::string> boxes_;
   io::VisaComOverVisa visaCom_;
   posix::TemporaryFolder folder_;
-  posix::FolderDrive drive_{folder_.path()};
-  posix::SystemWallClock wallClock_;
+  platform::FolderDrive drive_{folder_.path()};
+  platform::SystemWallClock wallClock_;
   ZANCtrl component_;
 };
 

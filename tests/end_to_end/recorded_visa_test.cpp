@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/posix/serial_devices.hpp"
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 #include "tests/end_to_end/real_panel.hpp"
 #include "tests/platform/recorded_calls.hpp"
 
@@ -86,7 +86,7 @@ class RecordedVisa : public testing::Test {
   RealPanel& panel() { return *panel_; }
   std::string calls() { return calls_.take(); }
 
-  posix::VisaLibraryResult loaded_ = posix::loadVisaLibrary(RECORDING_VISA);
+  platform::VisaLibraryResult loaded_ = platform::loadVisaLibrary(RECORDING_VISA);
   posix::RecordedCalls calls_{RECORDING_VISA};
   toolkit::VirtualLoop loop_;
   posix::TermiosDevices devices_{{{1, "/nowhere"}}};
@@ -231,7 +231,7 @@ TEST_F(RecordedVisa, aQueryThatFailsIsReportedAndHarmsNoLaterOne) {
 }
 
 TEST(BrokenVisa, aLibraryThatFailsEveryCallFindsNothing) {
-  const posix::VisaLibraryResult loaded = posix::loadVisaLibrary(FAILING_VISA);
+  const platform::VisaLibraryResult loaded = platform::loadVisaLibrary(FAILING_VISA);
   toolkit::VirtualLoop loop;
   posix::TermiosDevices devices({{1, "/nowhere"}});
   for (const bool com : {false, true}) {
@@ -248,7 +248,7 @@ TEST(BrokenVisa, aLibraryThatFailsEveryCallFindsNothing) {
 }
 
 TEST(BrokenVisa, aLibraryThatWritesBeyondItsBuffersFindsNothing) {
-  const posix::VisaLibraryResult loaded = posix::loadVisaLibrary(WILD_VISA);
+  const platform::VisaLibraryResult loaded = platform::loadVisaLibrary(WILD_VISA);
   toolkit::VirtualLoop loop;
   posix::TermiosDevices devices({{1, "/nowhere"}});
   RealPanel panel(loop, *loaded.library, devices);

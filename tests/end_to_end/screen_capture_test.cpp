@@ -10,7 +10,7 @@
 #include "lumodevice/toolkit/pictures.hpp"
 #include "lumodevice/toolkit/timer.hpp"
 #include "platform/posix/serial_devices.hpp"
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 #include "simulator/links/simulated_serial.hpp"
 #include "simulator/screen/dump.hpp"
 #include "tests/end_to_end/serial_bench.hpp"
@@ -115,7 +115,7 @@ TEST_F(SimulatedScreen, ThePictureIsShownInThePanel) {
 }
 
 TEST(CapturedScreen, ComesThroughALibraryThatIsLoaded) {
-  const posix::VisaLibraryResult loaded = posix::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
+  const platform::VisaLibraryResult loaded = platform::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
   ASSERT_NE(loaded.library, nullptr);
   toolkit::VirtualLoop loop;
   posix::TermiosDevices devices{{{1, "/nowhere"}}};

@@ -2,7 +2,7 @@
 
 #include "lumodevice/toolkit/hand.hpp"
 #include "platform/posix/serial_devices.hpp"
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 #include "tests/end_to_end/real_panel.hpp"
 #include "tests/end_to_end/socket_bench.hpp"
 #include "tests/support/script.hpp"
@@ -21,7 +21,7 @@ class SimulatedLibrary : public testing::TestWithParam<Variant> {
     }
   }
 
-  posix::VisaLibraryResult loaded_ = posix::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
+  platform::VisaLibraryResult loaded_ = platform::loadVisaLibrary(ZANSIM_VISA_LIBRARY);
   toolkit::VirtualLoop loop_;
   posix::TermiosDevices devices_{{{1, "/nowhere"}}};
   RealPanel panel_{loop_, *loaded_.library, devices_};

@@ -1,4 +1,4 @@
-#include "platform/posix/folder_drive.hpp"
+#include "platform/folder_drive.hpp"
 
 #include <csignal>
 #include <functional>
@@ -10,9 +10,12 @@
 #include "tests/platform/child_process.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 namespace {
 
+using posix::asOrdinaryUser;
+using posix::inChildProcess;
+using posix::TemporaryFolder;
 using Bytes = std::vector<std::uint8_t>;
 
 Bytes bytes(std::string_view text) {
@@ -176,4 +179,4 @@ TEST_F(FolderDriveTest, aFolderThatMayNotBeWrittenIsPermissionDenied) {
 }
 
 }  // namespace
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

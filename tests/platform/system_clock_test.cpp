@@ -1,10 +1,10 @@
-#include "platform/posix/system_clock.hpp"
+#include "platform/system_clock.hpp"
 
 #include <cstdlib>
 #include <ctime>
 #include <gtest/gtest.h>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 namespace {
 
 struct InTimeZone {
@@ -50,4 +50,4 @@ TEST(SystemClock, neverGoesBackAndWaitsAtLeastAsLongAsAsked) {
 }
 
 }  // namespace
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -1,5 +1,3 @@
-#include "platform/posix/system_host.hpp"
-
 #include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>

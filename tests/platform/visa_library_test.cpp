@@ -1,4 +1,4 @@
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -6,9 +6,11 @@
 #include "tests/platform/recorded_calls.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 namespace {
 
+using posix::RecordedCalls;
+using posix::TemporaryFolder;
 using testing::AllOf;
 using testing::Gt;
 using testing::HasSubstr;
@@ -178,4 +180,4 @@ TEST(VisaLibrary, withoutANameTheUsualOnesAreTriedAndNamed) {
 }
 
 }  // namespace
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

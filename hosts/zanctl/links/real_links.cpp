@@ -2,7 +2,7 @@
 #include "hosts/zanctl/links/serial_witness.hpp"
 #include "hosts/zanctl/links/visa_witness.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
-#include "platform/posix/serial_devices.hpp"
+#include "platform/serial_devices.hpp"
 
 namespace zanctl {
 
@@ -13,8 +13,8 @@ class RealLinks : public Links {
   RealLinks(const Options& options, Output& errors)
       : virtualTime_(options.virtualTime),
         visa_(options.visaLibrary),
-        devices_(options.ports),
-        witnessed_(devices_),
+        devices_(lumodevice::platform::machineSerialDevices(options.ports)),
+        witnessed_(*devices_),
         refusing_(errors) {}
 
   [[nodiscard]] lumodevice::io::Visa& visa() override { return visa_; }
@@ -26,7 +26,7 @@ class RealLinks : public Links {
   }
 
   [[nodiscard]] std::string origin(Link link, int port) const override {
-    return link == Link::Serial ? devices_.deviceOf(port) : visa_.name();
+    return link == Link::Serial ? devices_->deviceOf(port) : visa_.name();
   }
 
   [[nodiscard]] std::string advice(Link link) const override {
@@ -38,7 +38,7 @@ class RealLinks : public Links {
  private:
   bool virtualTime_;
   WitnessedVisa visa_;
-  lumodevice::posix::TermiosDevices devices_;
+  std::unique_ptr<lumodevice::platform::MachineSerialDevices> devices_;
   WitnessedSerialDevices witnessed_;
   RefusingSerialDevices refusing_;
 };

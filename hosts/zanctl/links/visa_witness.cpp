@@ -7,7 +7,7 @@ namespace zanctl {
 
 namespace {
 
-namespace posix = lumodevice::posix;
+namespace platform = lumodevice::platform;
 using namespace lumodevice::io;
 
 std::string statusText(ViStatus status) {
@@ -35,10 +35,10 @@ std::string joined(const auto& names) {
 
 }  // namespace
 
-std::string whyNoLibrary(const std::vector<posix::VisaLibraryFailure>& failures) {
+std::string whyNoLibrary(const std::vector<platform::VisaLibraryFailure>& failures) {
   std::vector<std::string> missing;
   std::string broken;
-  for (const posix::VisaLibraryFailure& failure : failures) {
+  for (const platform::VisaLibraryFailure& failure : failures) {
     if (failure.absent) {
       missing.push_back(failure.name);
     } else {
@@ -61,8 +61,8 @@ WitnessedVisa::ViStatus WitnessedVisa::viOpen(ViSession resourceManager,
                                               const std::string& descriptor,
                                               std::uint32_t accessMode, std::uint32_t openTimeout,
                                               ViSession& instrument) {
-  const ViStatus status =
-      posix::MachineVisa::viOpen(resourceManager, descriptor, accessMode, openTimeout, instrument);
+  const ViStatus status = platform::MachineVisa::viOpen(resourceManager, descriptor, accessMode,
+                                                        openTimeout, instrument);
   if (status < VI_SUCCESS) {
     refused_.insert_or_assign(descriptor, status);
     opened_.erase(descriptor);

@@ -5,17 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "platform/posix/machine_visa.hpp"
+#include "platform/machine_visa.hpp"
 
 namespace zanctl {
 
 /// Why none of these libraries could be used: that none is installed, or what is wrong with those
 /// that are. Empty when there are no failures.
 [[nodiscard]] std::string whyNoLibrary(
-    const std::vector<lumodevice::posix::VisaLibraryFailure>& failures);
+    const std::vector<lumodevice::platform::VisaLibraryFailure>& failures);
 
 /// The machine's VISA, which remembers what could be opened and why the rest could not.
-class WitnessedVisa : public lumodevice::posix::MachineVisa {
+class WitnessedVisa : public lumodevice::platform::MachineVisa {
  public:
   using MachineVisa::MachineVisa;
 

@@ -3,7 +3,7 @@
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/station/watched_loop.hpp"
 #include "lumodevice/toolkit/hand.hpp"
-#include "platform/posix/system_clock.hpp"
+#include "platform/system_clock.hpp"
 #include "simulator/links/loop_clock.hpp"
 
 namespace zanctl {
@@ -15,9 +15,9 @@ namespace toolkit = lumodevice::toolkit;
 std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
                                                          const lumodevice::io::Clock& clock) {
   if (options.virtualTime) {
-    return std::make_unique<lumodevice::posix::VirtualWallClock>(clock);
+    return std::make_unique<lumodevice::platform::VirtualWallClock>(clock);
   }
-  return std::make_unique<lumodevice::posix::SystemWallClock>();
+  return std::make_unique<lumodevice::platform::SystemWallClock>();
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 #include "hosts/zanctl/output/progress.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/zan_ctrl.hpp"
-#include "platform/posix/folder_drive.hpp"
+#include "platform/folder_drive.hpp"
 
 namespace zanctl {
 
@@ -35,7 +35,7 @@ class Station {
   [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
   [[nodiscard]] Links& links() { return *links_; }
-  [[nodiscard]] lumodevice::posix::FolderDrive& drive() { return drive_; }
+  [[nodiscard]] lumodevice::platform::FolderDrive& drive() { return drive_; }
   [[nodiscard]] Progress& progress() { return progress_; }
   [[nodiscard]] const lumodevice::io::WallClock& wallClock() const { return *wallClock_; }
   [[nodiscard]] const Streams& streams() const { return streams_; }
@@ -63,7 +63,7 @@ class Station {
   std::optional<TracingVisa> tracingVisa_;
   std::optional<TracingSerialDevices> tracingSerialDevices_;
   std::optional<lumodevice::io::VisaComOverVisa> visaCom_;
-  lumodevice::posix::FolderDrive drive_;
+  lumodevice::platform::FolderDrive drive_;
   std::unique_ptr<lumodevice::io::WallClock> wallClock_;
   std::unique_ptr<lumodevice::ZANCtrl> component_;
 };

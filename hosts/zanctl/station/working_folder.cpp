@@ -16,7 +16,7 @@ constexpr std::string_view kFolder = "C:\\temp";
 
 }  // namespace
 
-WorkingFolder::WorkingFolder(lumodevice::posix::FolderDrive& drive, const Options& options)
+WorkingFolder::WorkingFolder(lumodevice::platform::FolderDrive& drive, const Options& options)
     : drive_(drive) {
   if (!options.driveC) {
     throw Unusable("drive C: has no place; name one with --drive-c DIR");

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/posix/folder_drive.hpp"
+#include "platform/folder_drive.hpp"
 
 namespace zanctl {
 
@@ -16,13 +16,13 @@ struct Options;
 class WorkingFolder {
  public:
   /// Creates it when it is missing. Throws Unusable.
-  WorkingFolder(lumodevice::posix::FolderDrive& drive, const Options& options);
+  WorkingFolder(lumodevice::platform::FolderDrive& drive, const Options& options);
 
   /// Where the file of that name lies, or would.
   [[nodiscard]] std::filesystem::path place(std::string_view name) const;
 
  private:
-  lumodevice::posix::FolderDrive& drive_;
+  lumodevice::platform::FolderDrive& drive_;
 };
 
 /// The bytes in a file; none when it is not there.

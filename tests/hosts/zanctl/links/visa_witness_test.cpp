@@ -6,7 +6,7 @@
 namespace zanctl {
 namespace {
 
-using lumodevice::posix::VisaLibraryFailure;
+using lumodevice::platform::VisaLibraryFailure;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;

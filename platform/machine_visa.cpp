@@ -1,11 +1,10 @@
-#include "platform/posix/machine_visa.hpp"
+#include "platform/machine_visa.hpp"
 
 #include <utility>
 
 #include "lumodevice/io/fault.hpp"
-#include "platform/posix/builtin_visa.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 MachineVisa::MachineVisa(const std::optional<std::string>& library) {
   if (library) {
@@ -26,7 +25,7 @@ io::Visa& MachineVisa::target() {
       visa_ = std::move(loaded.library);
       name_ = loaded.name;
     } else {
-      visa_ = std::make_unique<BuiltinVisa>();
+      visa_ = builtinVisa();
       name_ = "built-in layer";
       failures_ = std::move(loaded.failures);
     }
@@ -34,4 +33,4 @@ io::Visa& MachineVisa::target() {
   return *visa_;
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

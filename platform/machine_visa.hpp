@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "lumodevice/io/forwarding_visa.hpp"
-#include "platform/posix/visa_library.hpp"
+#include "platform/visa_library.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// The VISA of this machine: the library that was named, else the first of the usual ones, else the
 /// built-in layer. The usual ones are looked for when the first call comes: a program that never
@@ -32,4 +32,4 @@ class MachineVisa : public io::ForwardingVisa {
   std::vector<VisaLibraryFailure> failures_;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -3,8 +3,9 @@
 #include <chrono>
 
 #include "lumodevice/io/clock.hpp"
+#include "platform/local_time.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// The system's date and time in its local time zone.
 class SystemWallClock : public io::WallClock {
@@ -22,7 +23,7 @@ class VirtualWallClock : public io::WallClock {
 
  private:
   const io::Clock& clock_;
-  std::chrono::time_point<std::chrono::system_clock, std::chrono::milliseconds> start_;
+  Moment start_;
 };
 
 /// The steady clock, counting from the construction of this object.
@@ -35,4 +36,4 @@ class SystemClock : public io::Clock {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// Looks a variable of the environment up; an empty one counts as none.
 using Environment = std::function<std::optional<std::string>(const char* name)>;
@@ -20,4 +20,4 @@ using Environment = std::function<std::optional<std::string>(const char* name)>;
 /// the desktop count only when they hold absolute paths.
 [[nodiscard]] std::optional<std::string> usualDriveC(const Environment& environment);
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

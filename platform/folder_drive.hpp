@@ -8,7 +8,7 @@
 
 #include "lumodevice/io/drive.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// Drive C: kept in a folder, which is created when something is first put on the drive. Names
 /// match without regard to case (ASCII); a new one is created as it is written. A path cannot lead
@@ -35,4 +35,4 @@ class FolderDrive : public io::Drive {
   std::filesystem::path root_;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

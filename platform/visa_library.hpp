@@ -6,7 +6,7 @@
 
 #include "lumodevice/io/visa.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// Why a name did not lead to a usable VISA library.
 struct VisaLibraryFailure {
@@ -36,4 +36,8 @@ struct VisaLibraryResult {
 /// name every one that was tried before.
 [[nodiscard]] VisaLibraryResult loadVisaLibrary();
 
-}  // namespace lumodevice::posix
+/// What stands in where no VISA library is installed: the instruments that this machine reaches by
+/// its own means.
+[[nodiscard]] std::unique_ptr<io::Visa> builtinVisa();
+
+}  // namespace lumodevice::platform

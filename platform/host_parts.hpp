@@ -6,8 +6,8 @@
 
 #include "lumodevice/io/drive.hpp"
 
-/// What the ready-made hosts of a POSIX system have in common.
-namespace lumodevice::posix {
+/// What the ready-made hosts have in common.
+namespace lumodevice::platform {
 
 /// Drive C: in that folder; "": where usualDriveC() has it.
 [[nodiscard]] std::unique_ptr<io::Drive> driveIn(const std::string& folder);
@@ -15,4 +15,4 @@ namespace lumodevice::posix {
 /// An information box as a line on standard error.
 void printInformation(std::string_view text);
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

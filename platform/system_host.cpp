@@ -1,0 +1,66 @@
+#include <iostream>
+#include <optional>
+
+#include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/link/host.hpp"
+#include "platform/environment.hpp"
+#include "platform/folder_drive.hpp"
+#include "platform/host_parts.hpp"
+#include "platform/machine_visa.hpp"
+#include "platform/serial_devices.hpp"
+#include "platform/system_clock.hpp"
+
+namespace lumodevice {
+
+namespace platform {
+
+std::unique_ptr<io::Drive> driveIn(const std::string& folder) {
+  return std::make_unique<FolderDrive>(folder.empty() ? usualDriveC(processVariable).value_or("")
+                                                      : folder);
+}
+
+void printInformation(std::string_view text) {
+  std::cerr << "[information] " << text << std::endl;
+}
+
+}  // namespace platform
+
+namespace {
+
+std::optional<std::string> visaLibrary(const SystemOptions& options) {
+  return options.visaLibrary.empty() ? platform::chosenVisaLibrary(platform::processVariable)
+                                     : options.visaLibrary;
+}
+
+/// The parts of the host, each above those that use it.
+struct System {
+  explicit System(const SystemOptions& options)
+      : visa(visaLibrary(options)),
+        serialDevices(platform::machineSerialDevices(options.ports)),
+        drive(platform::driveIn(options.driveC)) {}
+
+  toolkit::RealTimeLoop loop;
+  platform::MachineVisa visa;
+  io::VisaComOverVisa visaCom{visa};
+  std::unique_ptr<platform::MachineSerialDevices> serialDevices;
+  std::unique_ptr<io::Drive> drive;
+  platform::SystemWallClock wallClock;
+};
+
+}  // namespace
+
+Host Host::system(const SystemOptions& options) {
+  const auto system = std::make_shared<System>(options);
+  return {.loop = options.loop != nullptr ? *options.loop : system->loop,
+          .visa = system->visa,
+          .visaCom = system->visaCom,
+          .serialDevices = *system->serialDevices,
+          .drive = *system->drive,
+          .wallClock = system->wallClock,
+          .informationBox =
+              options.informationBox ? options.informationBox : platform::printInformation,
+          .log = options.log,
+          .owned = system};
+}
+
+}  // namespace lumodevice
