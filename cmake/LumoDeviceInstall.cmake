@@ -27,10 +27,11 @@ list(REMOVE_ITEM toolkit_headers lumodevice/toolkit/handling.hpp)  # the compone
 set(io_headers bytes clock drive fault forwarding_visa serial_port visa visa_com visa_com_over_visa)
 list(TRANSFORM io_headers REPLACE "(.+)" "lumodevice/io/\\1.hpp")
 foreach(header IN LISTS toplevel_headers toolkit_headers io_headers
-        ITEMS lumodevice/link/host.hpp lumodevice/text/fault.hpp)
+        ITEMS lumodevice/text/fault.hpp)
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
+install(DIRECTORY platform/include/ simulator/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # For find_package.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/LumoDevice)

@@ -7,8 +7,14 @@ endif()
 
 add_library(lumodevice_flags INTERFACE)
 target_include_directories(lumodevice_flags INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
-target_compile_options(lumodevice_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+# The one place that tells compilers apart: those that take the options of GCC (clang and mingw-w64 among
+# them) and those that take the options of MSVC (clang-cl among them).
+if(MSVC)
+  target_compile_options(lumodevice_flags INTERFACE /W4 /WX /utf-8 /permissive- /EHsc /Zc:__cplusplus)
+else()
+  target_compile_options(lumodevice_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 sees overlapping copies in "literal" + std::string that are none (its bug 105651).
   target_compile_options(lumodevice_flags INTERFACE -Wno-restrict)
@@ -19,11 +25,11 @@ if(LUMODEVICE_SANITIZE)
   target_link_options(lumodevice_flags INTERFACE ${sanitizers})
 endif()
 
-# lumodevice_library(name EXPORT e [SOURCES a.cpp ...] [LIBS x ...] [SYSTEM y ...]): a static library of the
+# lumodevice_library(name EXPORT e [INCLUDE folder] [SOURCES a.cpp ...] [LIBS x ...] [SYSTEM y ...]): a static library of the
 # project, and of the same objects a shared one, name_shared. Programs that find the package know the shared
 # one as LumoDevice::e, the static one as LumoDevice::e_static. LIBS are made in this way too, SYSTEM are not.
 function(lumodevice_library name)
-  cmake_parse_arguments(ARG "" "EXPORT" "SOURCES;LIBS;SYSTEM" ${ARGN})
+  cmake_parse_arguments(ARG "" "EXPORT;INCLUDE" "SOURCES;LIBS;SYSTEM" ${ARGN})
   if(ARG_EXPORT STREQUAL core)
     set(file lumodevice)
   else()
@@ -39,7 +45,7 @@ function(lumodevice_library name)
     set_target_properties(${name}${kind} PROPERTIES OUTPUT_NAME ${file})
     target_compile_features(${name}${kind} PUBLIC cxx_std_20)
     target_include_directories(${name}${kind} PUBLIC
-      $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+      $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${ARG_INCLUDE}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     target_link_libraries(${name}${kind} PRIVATE $<BUILD_INTERFACE:lumodevice_flags> ${ARG_SYSTEM})
     foreach(library IN LISTS ARG_LIBS)
       target_link_libraries(${name}${kind} PUBLIC ${library}${kind})

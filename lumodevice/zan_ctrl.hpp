@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/host.hpp"
 #include "lumodevice/io/visa_com.hpp"
-#include "lumodevice/link/host.hpp"
 #include "lumodevice/records.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
@@ -22,7 +22,7 @@ enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 /// which the host's loop goes on processing events. What the host's own callbacks and views throw
 /// passes through the member; the operation is then broken off, and the next one works.
 ///
-///     lumodevice::ZANCtrl load(lumodevice::Host::simulated());
+///     lumodevice::ZANCtrl load(lumodevice::simulatedHost());
 ///     if (load.AutoConnect()) {
 ///       load.SendCmd(":FETC:VOLT?");
 ///       std::cout << load.ResultStr() << " V\n";

@@ -1,8 +1,9 @@
+#include "lumodevice/system_host.hpp"
+
 #include <iostream>
 #include <optional>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "lumodevice/link/host.hpp"
 #include "platform/environment.hpp"
 #include "platform/folder_drive.hpp"
 #include "platform/host_parts.hpp"
@@ -49,7 +50,7 @@ struct System {
 
 }  // namespace
 
-Host Host::system(const SystemOptions& options) {
+Host systemHost(const SystemOptions& options) {
   const auto system = std::make_shared<System>(options);
   return {.loop = options.loop != nullptr ? *options.loop : system->loop,
           .visa = system->visa,

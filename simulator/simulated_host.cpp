@@ -1,7 +1,8 @@
+#include "lumodevice/simulated_host.hpp"
+
 #include <memory>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "lumodevice/link/host.hpp"
 #include "platform/host_parts.hpp"
 #include "platform/system_clock.hpp"
 #include "simulator/links/loop_clock.hpp"
@@ -53,7 +54,7 @@ struct Simulation {
 
 }  // namespace
 
-Host Host::simulated(const SimulatedOptions& options) {
+Host simulatedHost(const SimulatedOptions& options) {
   const auto simulation = std::make_shared<Simulation>(options);
   return {.loop = simulation->loop,
           .visa = simulation->bench.visa,

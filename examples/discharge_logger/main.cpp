@@ -9,6 +9,8 @@
 #include <iostream>
 #include <string>
 
+#include "lumodevice/simulated_host.hpp"
+#include "lumodevice/system_host.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 
 namespace {
@@ -33,8 +35,8 @@ int main(int argc, char** argv) {
   const double lowest = std::strtod(real ? argv[3] : "10.5", nullptr);
 
   const lumodevice::Host host =
-      real ? lumodevice::Host::system()
-           : lumodevice::Host::simulated({.virtualTime = true, .sources = {"3=12.6,0.05,2"}});
+      real ? lumodevice::systemHost()
+           : lumodevice::simulatedHost({.virtualTime = true, .sources = {"3=12.6,0.05,2"}});
   lumodevice::ZANCtrl load(host);
   if (!load.AutoConnect()) {
     std::cerr << "discharge_logger: no ZAN load found\n";

@@ -13,6 +13,8 @@
 #include <thread>
 #include <unistd.h>
 
+#include "lumodevice/simulated_host.hpp"
+#include "lumodevice/system_host.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 
@@ -120,9 +122,9 @@ int main(int argc, char** argv) {
     (void)loop.nextLine(line);
   };
   try {
-    const bool done = run(
-        loop, real ? Host::system({.loop = &loop, .visaLibrary = argv[1], .informationBox = box})
-                   : Host::simulated({.loop = &loop, .informationBox = box}));
+    const bool done =
+        run(loop, real ? systemHost({.loop = &loop, .visaLibrary = argv[1], .informationBox = box})
+                       : simulatedHost({.loop = &loop, .informationBox = box}));
     return done ? 0 : 1;
   } catch (const io::IoFault& fault) {
     std::cerr << "own_loop: " << fault.what() << '\n';

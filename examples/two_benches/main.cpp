@@ -9,6 +9,8 @@
 #include <iostream>
 #include <string>
 
+#include "lumodevice/simulated_host.hpp"
+#include "lumodevice/system_host.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 
@@ -71,16 +73,16 @@ class Bench {
 Host hostFor(const std::string& name, const std::string& link, toolkit::EventLoop& loop) {
   const auto box = [name](std::string_view text) { std::cerr << name << ": " << text << '\n'; };
   if (link.empty()) {
-    return Host::simulated({.loop = &loop,
-                            .slots = "2040,2040",
-                            .sources = {name == "left" ? "1=12.6,0.05,5" : "1=24,0.1,5"},
-                            .serialNumber = name,
-                            .informationBox = box});
+    return simulatedHost({.loop = &loop,
+                          .slots = "2040,2040",
+                          .sources = {name == "left" ? "1=12.6,0.05,5" : "1=24,0.1,5"},
+                          .serialNumber = name,
+                          .informationBox = box});
   }
   if (link.starts_with('/')) {
-    return Host::system({.loop = &loop, .ports = {{1, link}}, .informationBox = box});
+    return systemHost({.loop = &loop, .ports = {{1, link}}, .informationBox = box});
   }
-  return Host::system({.loop = &loop, .informationBox = box});
+  return systemHost({.loop = &loop, .informationBox = box});
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "lumodevice/form/controls.hpp"
-#include "lumodevice/link/host.hpp"
+#include "lumodevice/host.hpp"
 
 /// The link to the instrument: what is open, and the operations that find, open and use it.
 namespace lumodevice::link {

@@ -1,10 +1,11 @@
+#include "lumodevice/system_host.hpp"
+
 #include <cstdlib>
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "lumodevice/io/fault.hpp"
-#include "lumodevice/link/host.hpp"
 #include "tests/platform/pseudo_terminal.hpp"
 #include "tests/platform/recorded_calls.hpp"
 #include "tests/platform/temporary_folder.hpp"
@@ -35,27 +36,27 @@ bool answersWithTheRecordingLibrary(const Host& host) {
 }
 
 TEST(SystemHost, runsInRealTime) {
-  const Host host = Host::system();
+  const Host host = systemHost();
   EXPECT_NE(dynamic_cast<toolkit::RealTimeLoop*>(&host.loop), nullptr);
 }
 
 TEST(SystemHost, runsOnTheLoopThatItIsGiven) {
   toolkit::VirtualLoop loop;
-  EXPECT_EQ(&Host::system({.loop = &loop}).loop, &loop);
+  EXPECT_EQ(&systemHost({.loop = &loop}).loop, &loop);
 }
 
 TEST(SystemHost, loadsTheVisaLibraryThatIsNamed) {
-  EXPECT_TRUE(answersWithTheRecordingLibrary(Host::system({.visaLibrary = RECORDING_VISA})));
+  EXPECT_TRUE(answersWithTheRecordingLibrary(systemHost({.visaLibrary = RECORDING_VISA})));
 }
 
 TEST(SystemHost, loadsTheVisaLibraryOfTheVariable) {
   const Variable variable("LUMODEVICE_VISA_LIBRARY", RECORDING_VISA);
-  EXPECT_TRUE(answersWithTheRecordingLibrary(Host::system()));
+  EXPECT_TRUE(answersWithTheRecordingLibrary(systemHost()));
 }
 
 TEST(SystemHost, tellsWhyAVisaLibraryThatWasNamedCannotBeLoaded) {
   try {
-    (void)Host::system({.visaLibrary = "/nowhere/libvisa.so"});
+    (void)systemHost({.visaLibrary = "/nowhere/libvisa.so"});
     FAIL() << "it was loaded";
   } catch (const io::IoFault& fault) {
     EXPECT_EQ(fault.number(), io::VI_ERROR_LIBRARY_NFOUND);
@@ -64,7 +65,7 @@ TEST(SystemHost, tellsWhyAVisaLibraryThatWasNamedCannotBeLoaded) {
 }
 
 TEST(SystemHost, hasVisaComOverTheVisaLibrary) {
-  const Host host = Host::system({.visaLibrary = RECORDING_VISA});
+  const Host host = systemHost({.visaLibrary = RECORDING_VISA});
   posix::RecordedCalls calls(RECORDING_VISA);
   (void)host.visaCom.createResourceManager()->Open("GPIB0::7::INSTR", 0, 0, "");
   EXPECT_THAT(calls.take(), HasSubstr("GPIB0::7::INSTR"));
@@ -72,16 +73,16 @@ TEST(SystemHost, hasVisaComOverTheVisaLibrary) {
 
 TEST(SystemHost, hasDriveCInTheFolderThatIsNamedOrInTheVariable) {
   const posix::TemporaryFolder folder;
-  Host::system({.driveC = folder.path() / "named"}).drive.createFolder("C:\\temp");
+  systemHost({.driveC = folder.path() / "named"}).drive.createFolder("C:\\temp");
   EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "named" / "temp"));
   const Variable variable("LUMODEVICE_DRIVE_C", folder.path() / "variable");
-  Host::system().drive.createFolder("C:\\temp");
+  systemHost().drive.createFolder("C:\\temp");
   EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "variable" / "temp"));
 }
 
 TEST(SystemHost, opensTheDeviceThatIsGivenForAPort) {
   posix::PseudoTerminal terminal;
-  const Host host = Host::system({.ports = {{3, terminal.device()}}});
+  const Host host = systemHost({.ports = {{3, terminal.device()}}});
   const auto line = host.serialDevices.open(3, {});
   line->write("*IDN?\n");
   EXPECT_EQ(terminal.receive(6), "*IDN?\n");
@@ -89,10 +90,10 @@ TEST(SystemHost, opensTheDeviceThatIsGivenForAPort) {
 
 TEST(SystemHost, showsBoxesAsLinesOnStandardErrorUnlessToldOtherwise) {
   testing::internal::CaptureStderr();
-  Host::system().informationBox("a text");
+  systemHost().informationBox("a text");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "[information] a text\n");
   std::string shown;
-  Host::system({.informationBox = [&](std::string_view text) {
+  systemHost({.informationBox = [&](std::string_view text) {
     shown = text;
   }}).informationBox("another");
   EXPECT_EQ(shown, "another");

@@ -1,3 +1,5 @@
+#include "lumodevice/simulated_host.hpp"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <optional>
@@ -29,14 +31,14 @@ int minuteOfDay(const Host& host) {
 }
 
 TEST(SimulatedHost, needsNothingButTheComponent) {
-  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  ZANCtrl load(simulatedHost({.virtualTime = true}));
   ASSERT_TRUE(load.AutoConnect());
   EXPECT_EQ(load.ChCount(), 7);
   EXPECT_THAT(load.IDN(), HasSubstr("ZAN63200,SIM00001"));
 }
 
 TEST(SimulatedHost, hasTheInstrumentBehindVisaCom) {
-  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  ZANCtrl load(simulatedHost({.virtualTime = true}));
   choose(load, "optVisa2");
   ASSERT_TRUE(load.AutoConnect());
   EXPECT_NE(load.devZAN(), nullptr);
@@ -44,7 +46,7 @@ TEST(SimulatedHost, hasTheInstrumentBehindVisaCom) {
 }
 
 TEST(SimulatedHost, hasTheInstrumentOnCom3At9600) {
-  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  ZANCtrl load(simulatedHost({.virtualTime = true}));
   choose(load, "optConnRS232");
   ASSERT_TRUE(load.AutoConnect());
   EXPECT_EQ(load.ConnStyle(), LinkKind::Serial);
@@ -53,16 +55,16 @@ TEST(SimulatedHost, hasTheInstrumentOnCom3At9600) {
 }
 
 TEST(SimulatedHost, isRealTimeUnlessToldOtherwise) {
-  const Host host = Host::simulated();
+  const Host host = simulatedHost();
   EXPECT_NE(dynamic_cast<toolkit::RealTimeLoop*>(&host.loop), nullptr);
 }
 
 TEST(SimulatedHost, livesInTheTimeOfTheLoopThatItIsGiven) {
   toolkit::VirtualLoop loop;
   loop.idle(std::chrono::hours(1000));
-  const Host host = Host::simulated({.loop = &loop});
+  const Host host = simulatedHost({.loop = &loop});
   EXPECT_EQ(&host.loop, &loop);
-  const Host system = Host::simulated({.virtualTime = true});
+  const Host system = simulatedHost({.virtualTime = true});
   const int late = (minuteOfDay(host) - minuteOfDay(system) + 24 * 60) % (24 * 60);
   EXPECT_TRUE(late <= 1 || late == 24 * 60 - 1) << "its date starts at the present";
   const int before = minuteOfDay(host);
@@ -71,10 +73,10 @@ TEST(SimulatedHost, livesInTheTimeOfTheLoopThatItIsGiven) {
 }
 
 TEST(SimulatedHost, hasTheModulesAndSourcesThatAreAskedFor) {
-  ZANCtrl load(Host::simulated({.virtualTime = true,
-                                .slots = "2040,2050",
-                                .sources = {"1=5,0", "2=24,0"},
-                                .serialNumber = "BENCH2"}));
+  ZANCtrl load(simulatedHost({.virtualTime = true,
+                              .slots = "2040,2050",
+                              .sources = {"1=5,0", "2=24,0"},
+                              .serialNumber = "BENCH2"}));
   ASSERT_TRUE(load.AutoConnect());
   EXPECT_EQ(load.ChCount(), 2);
   EXPECT_THAT(load.IDN(), HasSubstr("BENCH2"));
@@ -83,28 +85,28 @@ TEST(SimulatedHost, hasTheModulesAndSourcesThatAreAskedFor) {
 }
 
 TEST(SimulatedHost, refusesSlotsAndSourcesThatCannotBe) {
-  EXPECT_THROW((void)Host::simulated({.slots = "2021R"}), std::invalid_argument);
-  EXPECT_THROW((void)Host::simulated({.sources = {"one"}}), std::invalid_argument);
+  EXPECT_THROW((void)simulatedHost({.slots = "2021R"}), std::invalid_argument);
+  EXPECT_THROW((void)simulatedHost({.sources = {"one"}}), std::invalid_argument);
 }
 
 TEST(SimulatedHost, hasDriveCInTheFolderThatItIsGiven) {
   const posix::TemporaryFolder folder;
-  const Host host = Host::simulated({.driveC = (folder.path() / "c").string()});
+  const Host host = simulatedHost({.driveC = (folder.path() / "c").string()});
   host.drive.createFolder("C:\\temp");
   EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "c" / "temp"));
 }
 
 TEST(SimulatedHost, showsBoxesWhereItIsTold) {
   std::vector<std::string> boxes;
-  ZANCtrl load(Host::simulated({.virtualTime = true, .informationBox = [&](std::string_view text) {
-                                  boxes.emplace_back(text);
-                                }}));
+  ZANCtrl load(simulatedHost({.virtualTime = true, .informationBox = [&](std::string_view text) {
+                                boxes.emplace_back(text);
+                              }}));
   toolkit::hand::click(load.surface().get<toolkit::CommandButton>("Command1"));
   EXPECT_THAT(boxes, ElementsAre(HasSubstr("Connect")));
 }
 
 TEST(SimulatedHost, printsBoxesOnStandardErrorOtherwise) {
-  ZANCtrl load(Host::simulated({.virtualTime = true}));
+  ZANCtrl load(simulatedHost({.virtualTime = true}));
   testing::internal::CaptureStderr();
   toolkit::hand::click(load.surface().get<toolkit::CommandButton>("Command1"));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
@@ -117,7 +119,7 @@ std::weak_ptr<void> watch(Host& host) {
 }
 
 TEST(HostOwnership, aComponentKeepsWhatItsHostOwnsToItsEnd) {
-  std::optional<Host> host(Host::simulated({.virtualTime = true}));
+  std::optional<Host> host(simulatedHost({.virtualTime = true}));
   const std::weak_ptr<void> owned = watch(*host);
   std::optional<ZANCtrl> load(*host);
   host.reset();
@@ -129,7 +131,7 @@ TEST(HostOwnership, aComponentKeepsWhatItsHostOwnsToItsEnd) {
 }
 
 TEST(HostOwnership, ofOneHostIsSharedByItsComponents) {
-  std::optional<Host> host(Host::simulated({.virtualTime = true}));
+  std::optional<Host> host(simulatedHost({.virtualTime = true}));
   std::optional<ZANCtrl> first(*host);
   std::optional<ZANCtrl> second(*host);
   host.reset();
@@ -140,14 +142,14 @@ TEST(HostOwnership, ofOneHostIsSharedByItsComponents) {
 
 TEST(HostOwnership, endsOnEveryLinkWithTheLinkOpen) {
   for (const char* link : {"optVisa1", "optVisa2", "optConnRS232"}) {
-    ZANCtrl load(Host::simulated({.virtualTime = true}));
+    ZANCtrl load(simulatedHost({.virtualTime = true}));
     choose(load, link);
     EXPECT_TRUE(load.AutoConnect()) << link;
   }
 }
 
 TEST(HostOwnership, aHostMayPutItsOwnPartInThePlaceOfAReadyMadeOne) {
-  const Host ready = Host::simulated({.virtualTime = true});
+  const Host ready = simulatedHost({.virtualTime = true});
   std::vector<std::string> boxes;
   ZANCtrl load({.loop = ready.loop,
                 .visa = ready.visa,
@@ -163,8 +165,8 @@ TEST(HostOwnership, aHostMayPutItsOwnPartInThePlaceOfAReadyMadeOne) {
 
 TEST(SimulatedHosts, onOneLoopHaveAnInstrumentEach) {
   toolkit::VirtualLoop loop;
-  ZANCtrl left(Host::simulated({.loop = &loop, .serialNumber = "LEFT"}));
-  ZANCtrl right(Host::simulated({.loop = &loop, .serialNumber = "RIGHT"}));
+  ZANCtrl left(simulatedHost({.loop = &loop, .serialNumber = "LEFT"}));
+  ZANCtrl right(simulatedHost({.loop = &loop, .serialNumber = "RIGHT"}));
   ASSERT_TRUE(left.AutoConnect());
   ASSERT_TRUE(right.AutoConnect());
   left.SendCmd(":CHAN 2");

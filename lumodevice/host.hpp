@@ -1,0 +1,51 @@
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <memory>
+#include <string_view>
+
+#include "lumodevice/io/clock.hpp"
+#include "lumodevice/io/drive.hpp"
+#include "lumodevice/io/serial_port.hpp"
+#include "lumodevice/io/visa.hpp"
+#include "lumodevice/io/visa_com.hpp"
+#include "lumodevice/toolkit/event_loop.hpp"
+
+namespace lumodevice {
+
+/// Shows an information box and returns when the operator has put it away.
+using InformationBox = std::function<void(std::string_view text)>;
+
+/// What a host gives the component. systemHost() (lumodevice/system_host.hpp) and simulatedHost()
+/// (lumodevice/simulated_host.hpp) make one that is ready; a program that has a part of its own
+/// takes such a host apart:
+///
+///     const lumodevice::Host ready = lumodevice::systemHost();
+///     lumodevice::ZANCtrl load({.loop = ready.loop,
+///                               .visa = ready.visa,
+///                               .visaCom = ready.visaCom,
+///                               .serialDevices = myDevices,
+///                               .drive = ready.drive,
+///                               .wallClock = ready.wallClock,
+///                               .informationBox = ready.informationBox,
+///                               .owned = ready.owned});
+///
+/// Everything referred to must outlive the component, unless `owned` keeps it, and is used on the
+/// thread that calls the component alone.
+struct Host {
+  toolkit::EventLoop& loop;
+  io::Visa& visa;
+  io::VisaCom& visaCom;
+  io::SerialDevices& serialDevices;
+  io::Drive& drive;
+  io::WallClock& wallClock;
+  InformationBox informationBox;
+  /// Receives one line for each serial command without an answer; null: nothing is logged.
+  std::ostream* log = nullptr;
+  /// Keeps alive what is referred to: it goes with the last copy of this host, and each component
+  /// holds one. Null where the program sees to that itself.
+  std::shared_ptr<void> owned = nullptr;
+};
+
+}  // namespace lumodevice

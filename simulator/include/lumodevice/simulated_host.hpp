@@ -1,0 +1,47 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "lumodevice/host.hpp"
+
+namespace lumodevice {
+
+/// The host of a program that tries itself out where there is no instrument. Link the library
+/// LumoDevice::simulator.
+///
+///     lumodevice::ZANCtrl load(lumodevice::simulatedHost({.virtualTime = true}));
+///     if (load.AutoConnect()) {
+///       load.SendCmd(":FETC:VOLT?");
+///       std::cout << load.ResultStr() << " V\n";
+///     }
+
+/// What a host wants otherwise than simulatedHost() has it. What a pointer leads to must outlive
+/// every component that is given the host.
+struct SimulatedOptions {
+  /// Null: a loop of its own. The instrument lives in the time of the loop.
+  toolkit::EventLoop* loop = nullptr;
+  /// The loop of its own runs on a clock that jumps instead of waiting.
+  bool virtualTime = false;
+  /// The folder that is drive C:, created when something is first put there. Empty: the variable
+  /// LUMODEVICE_DRIVE_C, else "lumodevice/drive_c" where data of the user's programs lies.
+  std::string driveC = {};
+  /// The modules in the slots, as in "2021L,2021R,0,2040". Empty: the usual ones.
+  std::string slots = {};
+  /// What hangs on a channel: "CHANNEL=VOLTS,OHMS" or, a battery, "CHANNEL=VOLTS,OHMS,AMPEREHOURS".
+  /// The others have a usual source.
+  std::vector<std::string> sources = {};
+  std::string serialNumber = "SIM00001";
+  /// Null: each box is a line on standard error.
+  InformationBox informationBox = nullptr;
+  /// See Host.
+  std::ostream* log = nullptr;
+};
+
+/// A bench with one simulated instrument, on USB behind VISA and VISA COM and on COM3 at 9600
+/// baud. Nothing real is touched but drive C:. Throws std::invalid_argument for slots or sources
+/// that cannot be.
+[[nodiscard]] Host simulatedHost(const SimulatedOptions& options = {});
+
+}  // namespace lumodevice
