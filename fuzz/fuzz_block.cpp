@@ -9,15 +9,15 @@
 #include <string>
 #include <string_view>
 
-#include "lumodevice/files/block.hpp"
-#include "lumodevice/files/serial_answer.hpp"
 #include "lumodevice/io/formatted_io.hpp"
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/transfer/block.hpp"
+#include "lumodevice/transfer/serial_answer.hpp"
 #include "tests/io/answering_visa.hpp"
 
 namespace {
 
-namespace files = lumodevice::files;
+namespace transfer = lumodevice::transfer;
 namespace io = lumodevice::io;
 
 constexpr std::size_t kLargestReserve = std::size_t{1} << 20;
@@ -29,8 +29,8 @@ void require(bool holds, const char* what) {
 /// By the rules of the serial port, 16 bits and all.
 std::optional<std::string> readSerial(std::string_view wire) {
   try {
-    return std::string(files::blockData(wire, files::parseBlockHeader(wire)));
-  } catch (const files::BlockFault&) {
+    return std::string(transfer::blockData(wire, transfer::parseBlockHeader(wire)));
+  } catch (const transfer::BlockFault&) {
     return std::nullopt;
   } catch (const lumodevice::text::NumberFault&) {
     return std::nullopt;
@@ -49,7 +49,7 @@ void inPieces(std::string_view wire, Take take) {
 }
 
 std::optional<std::string> assemble(std::string_view wire) {
-  files::BlockAssembler block;
+  transfer::BlockAssembler block;
   inPieces(wire, [&](std::string_view piece) { block.add(piece); });
   const auto data = block.data();
   return data ? std::optional<std::string>(*data) : std::nullopt;
@@ -86,8 +86,8 @@ void check(std::string_view wire) {
   const auto serial = readSerial(wire);
   const auto assembled = assemble(wire);
   const auto visa = readVisa(wire, {});
-  const files::BlockProgress progress = files::blockProgress(wire);
-  const bool complete = progress.state == files::BlockProgress::State::Complete;
+  const transfer::BlockProgress progress = transfer::blockProgress(wire);
+  const bool complete = progress.state == transfer::BlockProgress::State::Complete;
   if (complete && progress.dataSize > 0) {
     require(assembled == wire.substr(progress.headerSize, progress.dataSize),
             "a complete block is put together");
@@ -106,7 +106,7 @@ void check(std::string_view wire) {
 
   for (const std::size_t cut : {std::size_t{0}, wire.size() / 2}) {
     const std::string_view received = wire.substr(cut);
-    require(received.ends_with(files::secondAnswer(wire.substr(0, cut), received)),
+    require(received.ends_with(transfer::secondAnswer(wire.substr(0, cut), received)),
             "the second answer stands at the end");
   }
 }

@@ -7,11 +7,11 @@
 #include <memory>
 
 #include "lumodevice/capture/display_dump.hpp"
-#include "lumodevice/files/block.hpp"
-#include "lumodevice/files/block_session.hpp"
-#include "lumodevice/files/serial_answer.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/handling.hpp"
+#include "lumodevice/transfer/block.hpp"
+#include "lumodevice/transfer/block_session.hpp"
+#include "lumodevice/transfer/serial_answer.hpp"
 
 namespace lumodevice::capture {
 
@@ -60,9 +60,9 @@ std::unique_ptr<io::BinaryFile> openExisting(io::Drive& drive, std::string_view 
   return drive.open(path);
 }
 
-files::Bytes wholeFile(io::Drive& drive, std::string_view path) {
+transfer::Bytes wholeFile(io::Drive& drive, std::string_view path) {
   const auto file = openExisting(drive, path);
-  files::Bytes bytes;
+  transfer::Bytes bytes;
   std::size_t got = kFilePiece;
   while (got == kFilePiece && bytes.size() < kLargestPicture) {
     const std::size_t before = bytes.size();
@@ -75,12 +75,18 @@ files::Bytes wholeFile(io::Drive& drive, std::string_view path) {
 
 }  // namespace
 
-ScreenCapture::ScreenCapture(link::Link& link, files::WorkingFiles& files)
-    : link_(link), files_(files) {
+ScreenCapture::ScreenCapture(const Host& host, form::Controls& form, link::Waits& waits,
+                             link::Links& links, transfer::WorkingFiles& files)
+    : host_(host),
+      form_(form),
+      waits_(waits),
+      port_(links.serial.MSComm1),
+      com_(links.visaCom),
+      files_(files) {
   FillScreenPalette(palette_);
-  toolkit::handle(link_.form.cmdGetBMPFile.click, [this] { GetBitmap(); });
-  toolkit::handle(link_.form.cmdGetCTRLScrn.click, [this] { GetDump(); });
-  toolkit::handle(link_.form.cmdWork.click, [this] { ConvertDump(); });
+  toolkit::handle(form_.cmdGetBMPFile.click, [this] { GetBitmap(); });
+  toolkit::handle(form_.cmdGetCTRLScrn.click, [this] { GetDump(); });
+  toolkit::handle(form_.cmdWork.click, [this] { ConvertDump(); });
 }
 
 // ---- buttons and members
@@ -113,7 +119,7 @@ void ScreenCapture::ConvertDump() {
 }
 
 bool ScreenCapture::GetBMPFile() {
-  if (!serial() && !link_.form.optVisa2.value()) {
+  if (!serial() && !form_.optVisa2.value()) {
     return false;
   }
   bool captured = false;
@@ -126,7 +132,7 @@ bool ScreenCapture::GetBMPFile() {
 }
 
 std::string ScreenCapture::timeStampedName() const {
-  const io::LocalTime now = link_.host.wallClock.now();
+  const io::LocalTime now = host_.wallClock.now();
   std::array<char, 48> name{};
   (void)std::snprintf(name.data(), name.size(), "c:\\temp\\ZAN%02d%02d%02d.bmp", now.hour,
                       now.minute, now.second);
@@ -152,51 +158,49 @@ bool ScreenCapture::CaptureRawDump(std::string_view sFile, int mode) {
 
 /// The file holds the answer as it came, block header included.
 void ScreenCapture::captureDumpOverSerial(std::string_view sFile) {
-  io::SerialPort& port = link_.MSComm1;
   std::string received;
   {
     auto file = files_.open(sFile);
-    port.setInputMode(InputModes::Binary);
-    port.Output(line(kDumpQuery));
-    link_.pause(kDumpWait);
+    port_.setInputMode(InputModes::Binary);
+    port_.Output(line(kDumpQuery));
+    waits_.pause(kDumpWait);
     for (int pass = 0; pass < kDumpPasses; ++pass) {
-      const std::string piece = port.Input();
+      const std::string piece = port_.Input();
       if (piece.empty()) {
         break;
       }
       received += piece;
-      file.put(files::asBytes(piece));
-      link_.pause(kPieceWait);
+      file.put(transfer::asBytes(piece));
+      waits_.pause(kPieceWait);
     }
     seenValues_.clear();
     if (received.size() < kShownPoints) {
-      throw files::BlockFault("the dump is shorter than a screen");
+      throw transfer::BlockFault("the dump is shorter than a screen");
     }
-    for (const std::uint8_t value : files::asBytes(received).first(kShownPoints)) {
+    for (const std::uint8_t value : transfer::asBytes(received).first(kShownPoints)) {
       seenValues_.offer(value);
     }
   }
-  port.setInputMode(InputModes::Text);
+  port_.setInputMode(InputModes::Text);
 }
 
 void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
-  io::SerialPort& port = link_.MSComm1;
-  files::BlockAssembler block;
-  port.setInputMode(InputModes::Binary);
-  port.Output(line(kBitmapQuery));
-  link_.pause(kBitmapWait);
+  transfer::BlockAssembler block;
+  port_.setInputMode(InputModes::Binary);
+  port_.Output(line(kBitmapQuery));
+  waits_.pause(kBitmapWait);
   const auto takes = [&](std::string_view piece) {
-    return block.add(piece) == files::BlockAssembler::State::Incomplete;
+    return block.add(piece) == transfer::BlockAssembler::State::Incomplete;
   };
-  if (takes(port.Input())) {
-    files::readOn(link_, takes);
+  if (takes(port_.Input())) {
+    transfer::readOn(waits_, port_, takes);
   }
   const auto data = block.data();
   if (!data) {
-    throw files::BlockFault("no complete bitmap arrived");
+    throw transfer::BlockFault("no complete bitmap arrived");
   }
-  replace(sFile, files::asBytes(*data));
-  port.setInputMode(InputModes::Text);
+  replace(sFile, transfer::asBytes(*data));
+  port_.setInputMode(InputModes::Text);
 }
 
 // ---- VISA COM
@@ -209,13 +213,14 @@ bool ScreenCapture::CaptureScreenVisa(std::string_view sFile, int mode) {
 
 bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
   const bool raw = mode == kRawDump;
-  link_.session()->setTimeout(raw ? kDumpTimeout : kBitmapTimeout);
-  if (!link_.form.optVisa2.value()) {
+  com_.session()->setTimeout(raw ? kDumpTimeout : kBitmapTimeout);
+  if (!form_.optVisa2.value()) {
     return false;
   }
-  files::BlockSession session(link_, files::BlockSession::End::Reading);
+  transfer::BlockSession session(com_, form_.cmbVISARes.text(),
+                                 transfer::BlockSession::End::Reading);
   const io::Bytes data = session.read(raw ? kDumpQuery : kBitmapQuery);
-  if (data.size() < files::kLeastBlock) {
+  if (data.size() < transfer::kLeastBlock) {
     return false;
   }
   if (!raw) {
@@ -235,35 +240,33 @@ bool ScreenCapture::ConvertDumpToBitmap(std::string_view sFile) {
 }
 
 void ScreenCapture::convertDump(std::string_view sFile) {
-  form::Controls& form = link_.form;
   FillScreenPalette(palette_);
-  files::Bytes dump(DisplayDump::kSize);
+  transfer::Bytes dump(DisplayDump::kSize);
   {
-    const auto file = openExisting(link_.host.drive, kDump);
-    form.Picture1.setPicture(nullptr);
+    const auto file = openExisting(host_.drive, kDump);
+    form_.Picture1.setPicture(nullptr);
     if (file->get(dump) < dump.size()) {
-      throw files::BlockFault("the dump is shorter than its planes");
+      throw transfer::BlockFault("the dump is shorter than its planes");
     }
   }
   auto picture = std::make_shared<toolkit::Picture>(kScreenWidth, kScreenHeight);
   paintDump(DisplayDump(std::span(dump).first<DisplayDump::kSize>()), palette_, *picture);
-  form.Picture1.setPicture(picture);
-  form.Picture1.setVisible(form.cmdConnect.visible());
-  form.Picture1.bringToFront();
-  form.Image1.setPicture(picture);
+  form_.Picture1.setPicture(picture);
+  form_.Picture1.setVisible(form_.cmdConnect.visible());
+  form_.Picture1.bringToFront();
+  form_.Image1.setPicture(picture);
   replace(sFile, picture->bitmap());
 }
 
 void ScreenCapture::showFile(std::string_view sFile) {
-  form::Controls& form = link_.form;
-  form.Picture1.setPicture(std::make_shared<toolkit::Picture>(
-      toolkit::Picture::fromBitmap(wholeFile(link_.host.drive, sFile))));
-  form.Image1.setPicture(form.Picture1.picture());
-  form.Picture1.setVisible(form.cmdConnect.visible());
-  form.Image1.setVisible(true);
-  form.Image1.setStretch(true);
-  form.Picture1.bringToFront();
-  form.Image1.bringToFront();
+  form_.Picture1.setPicture(std::make_shared<toolkit::Picture>(
+      toolkit::Picture::fromBitmap(wholeFile(host_.drive, sFile))));
+  form_.Image1.setPicture(form_.Picture1.picture());
+  form_.Picture1.setVisible(form_.cmdConnect.visible());
+  form_.Image1.setVisible(true);
+  form_.Image1.setStretch(true);
+  form_.Picture1.bringToFront();
+  form_.Image1.bringToFront();
 }
 
 /// A bitmap is there as a whole or not at all.

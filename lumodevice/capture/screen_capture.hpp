@@ -5,8 +5,9 @@
 
 #include "lumodevice/capture/screen_palette.hpp"
 #include "lumodevice/capture/seen_values.hpp"
-#include "lumodevice/files/working_files.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/links.hpp"
+#include "lumodevice/link/waits.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
 namespace lumodevice::capture {
 
@@ -19,7 +20,8 @@ class ScreenCapture {
   enum Mode { kRawDump = 1, kColourBitmap = 2 };
 
   /// Takes over cmdGetBMPFile, cmdGetCTRLScrn and cmdWork.
-  ScreenCapture(link::Link& link, files::WorkingFiles& files);
+  ScreenCapture(const Host& host, form::Controls& form, link::Waits& waits, link::Links& links,
+                transfer::WorkingFiles& files);
 
   // The buttons.
   void GetBitmap();
@@ -55,10 +57,14 @@ class ScreenCapture {
   void showFile(std::string_view sFile);
   void replace(std::string_view sFile, std::span<const std::uint8_t> data);
   [[nodiscard]] std::string timeStampedName() const;
-  [[nodiscard]] bool serial() const { return link_.form.optConnRS232.value(); }
+  [[nodiscard]] bool serial() const { return form_.optConnRS232.value(); }
 
-  link::Link& link_;
-  files::WorkingFiles& files_;
+  const Host& host_;
+  form::Controls& form_;
+  link::Waits& waits_;
+  io::SerialPort& port_;
+  link::VisaComLink& com_;
+  transfer::WorkingFiles& files_;
   ScreenPalette palette_{};
   SeenValues seenValues_;
 };

@@ -5,37 +5,32 @@
 
 #include "lumodevice/capture/screen_capture.hpp"
 #include "lumodevice/files/memory_files.hpp"
-#include "lumodevice/files/working_files.hpp"
 #include "lumodevice/form/controls.hpp"
 #include "lumodevice/groups/group_editor.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/command_table.hpp"
 #include "lumodevice/link/console.hpp"
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/identity.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/link/links.hpp"
 #include "lumodevice/link/serial_connection.hpp"
 #include "lumodevice/link/visa_connection.hpp"
+#include "lumodevice/link/waits.hpp"
 #include "lumodevice/monitor/auto_query.hpp"
 #include "lumodevice/monitor/front_panel_keys.hpp"
+#include "lumodevice/monitor/interval_fields.hpp"
 #include "lumodevice/monitor/receive_poll.hpp"
 #include "lumodevice/panel/channel_panel.hpp"
 #include "lumodevice/panel/command_prefixes.hpp"
 #include "lumodevice/panel/modes.hpp"
-#include "lumodevice/panel/setting_commands.hpp"
+#include "lumodevice/panel/setting_buttons.hpp"
 #include "lumodevice/panel/switches.hpp"
-#include "lumodevice/text/text.hpp"
+#include "lumodevice/panel/tagged_commands.hpp"
 #include "lumodevice/toolkit/handling.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
 namespace lumodevice {
-
-namespace {
-
-/// Whole milliseconds of a console field.
-int interval(const toolkit::TextBox& field) {
-  return text::toWhole32(text::Val(field.text()));
-}
-
-}  // namespace
 
 /// The subsystems, put together.
 class ZANCtrl::Component {
@@ -43,26 +38,40 @@ class ZANCtrl::Component {
   explicit Component(Host given)
       : host(std::move(given)),
         form(host.loop),
-        link(form, host),
-        exchange(link),
-        channels(link, exchange),
-        visa(link, channels),
-        serial(link, channels),
-        console(link, exchange, commands),
-        receivePoll(link, exchange),
-        autoQuery(link, exchange),
-        settings(link, exchange, commands),
-        modes(link, exchange, settings),
-        channelPanel(link, exchange, settings, modes),
-        switches(link, exchange, settings),
+        state(form),
+        waits(host, form.Text5),
+        links(form, host),
+        exchange(host, form, waits, state, links),
+        channels(form, waits, state, identity, exchange),
+        visa(form, state, identity, links, channels),
+        serial(form, waits, state, identity, links, channels),
+        console(form, waits, state, exchange, commands),
+        receivePoll(form, waits, links.serial, exchange),
+        autoQuery(form, state, exchange),
+        intervals(form),
+        tagged(exchange, commands),
+        settingButtons(form, waits, state, exchange, tagged),
+        modes(form, state, exchange, tagged),
+        channelPanel(form, state, exchange, tagged, modes),
+        switches(form, state, exchange, tagged),
         workingFiles(host.drive),
-        memoryFiles(link, workingFiles),
-        capture(link, workingFiles),
-        groups(link, exchange),
-        frontPanelKeys(link, exchange, [this] { displayCommands(true); }) {
-    channels.refreshGroups = [this] { groups.Refresh(); };
+        memoryFiles(form, waits, links, workingFiles),
+        capture(host, form, waits, links, workingFiles),
+        groups(form, waits, state, exchange),
+        frontPanelKeys(form, exchange) {
+    channels.callbacks = {
+        .showConnected = [this] { channelPanel.showConnected(); },
+        .showUnconnected = [this] { channelPanel.showUnconnected(); },
+        .forgetGroups = [this] { groups.forgetGroups(); },
+        .forgetFreeChannels = [this] { groups.forgetFreeChannels(); },
+        .addFreeChannel = [this](std::string_view channel) { groups.addFreeChannel(channel); },
+        .showNoGroups = [this] { groups.showNoGroups(); },
+        .refreshGroups = [this] { groups.Refresh(); },
+    };
     toolkit::handle(form.cmdConnect.click, [this] { showConnectionPanel(); });
     toolkit::handle(form.cmdConnectOK.click, [this] { form.frmSetting.setVisible(false); });
+    toolkit::handle(form.Label14.click, [this] { displayCommands(true); });
+    toolkit::handle(form.Picture1.click, [this] { form.Picture1.setVisible(false); });
     toolkit::handle(form.panel.show, [this] { shown(); });
     initialise();
   }
@@ -70,13 +79,24 @@ class ZANCtrl::Component {
   /// Gives back at once what the host lent, whatever operations still wait.
   void end() {
     form.retire();
-    link.end();
+    if (state.connected() && form.optVisa1.value()) {
+      links.visaLibrary.close();
+    }
+    attempt([this] { links.serial.close(); });
+    links.visaCom.close();
+    state.down();
+    state.setLinkName("");
+    state.setDevAvaliable(false);
+    waits.end();
   }
 
   /// Goes last: it may own the loop that the form's timers are on.
   Host host;
   form::Controls form;
-  link::Link link;
+  link::LinkState state;
+  link::Waits waits;
+  link::Links links;
+  link::Identity identity;
   link::CommandTable commands;
   link::Exchange exchange;
   link::ChannelList channels;
@@ -85,11 +105,13 @@ class ZANCtrl::Component {
   link::Console console;
   monitor::ReceivePoll receivePoll;
   monitor::AutoQuery autoQuery;
-  panel::SettingCommands settings;
+  monitor::IntervalFields intervals;
+  panel::TaggedCommands tagged;
+  panel::SettingButtons settingButtons;
   panel::Modes modes;
   panel::ChannelPanel channelPanel;
   panel::Switches switches;
-  files::WorkingFiles workingFiles;
+  transfer::WorkingFiles workingFiles;
   files::MemoryFiles memoryFiles;
   capture::ScreenCapture capture;
   groups::GroupEditor groups;
@@ -110,8 +132,7 @@ class ZANCtrl::Component {
   void initialise() {
     form.optMode(0).setValue(true);
     panel::BuildCmdTable(commands);
-    form.Timer1.setInterval(interval(form.Text5));
-    form.Timer2.setInterval(interval(form.Text6));
+    intervals.apply();
     form.txtSetCmd.setText("");
     form.Combo2.clear();
     for (const char* baud : {"38400", "19200", "9600", "4800"}) {
@@ -166,24 +187,24 @@ auto ZANCtrl::run(Act act) {
 }
 
 bool ZANCtrl::bDevAvaliable() const {
-  return component_->link.bDevAvaliable;
+  return component_->state.bDevAvaliable();
 }
 void ZANCtrl::bDevAvaliable(bool available) {
-  component_->link.bDevAvaliable = available;
+  component_->state.setDevAvaliable(available);
 }
 
 std::shared_ptr<io::FormattedIO488> ZANCtrl::devZAN() const {
-  return component_->link.devZAN;
+  return component_->links.visaCom.devZAN();
 }
 void ZANCtrl::devZAN(std::shared_ptr<io::FormattedIO488> device) {
-  component_->link.devZAN = std::move(device);
+  component_->links.visaCom.setDevZAN(std::move(device));
 }
 
 std::string ZANCtrl::IDN() const {
-  return component_->link.identity;
+  return component_->identity.answer();
 }
 void ZANCtrl::IDN(std::string_view identity) {
-  component_->link.identity = identity;
+  component_->identity.setAnswer(identity);
 }
 
 bool ZANCtrl::AutoQuery() const {
@@ -195,7 +216,7 @@ void ZANCtrl::AutoQuery(bool on) {
 }
 
 bool ZANCtrl::isConnected() const {
-  return component_->link.connected();
+  return component_->state.connected();
 }
 
 std::int16_t ZANCtrl::ChCount() const {
@@ -246,7 +267,7 @@ bool ZANCtrl::AutoConnect() {
     } else {
       component.visa.AutoConnect();
     }
-    return component.link.bDevAvaliable;
+    return component.state.bDevAvaliable();
   });
 }
 

@@ -2,10 +2,9 @@
 
 #include <string>
 
-#include "lumodevice/files/block.hpp"
-#include "lumodevice/files/block_session.hpp"
-#include "lumodevice/files/serial_answer.hpp"
 #include "lumodevice/toolkit/handling.hpp"
+#include "lumodevice/transfer/block.hpp"
+#include "lumodevice/transfer/serial_answer.hpp"
 
 namespace lumodevice::files {
 
@@ -39,12 +38,14 @@ std::string line(std::string_view command) {
 
 }  // namespace
 
-MemoryFiles::MemoryFiles(link::Link& link, WorkingFiles& files) : link_(link), files_(files) {
-  toolkit::handle(link_.form.cmdGetSeqFile.click, [this] { GetSequence(); });
-  toolkit::handle(link_.form.cmdGetSystemFile.click, [this] { GetSystem(); });
-  toolkit::handle(link_.form.cmdSendSystemFile.click, [this] { SendSystem(); });
-  toolkit::handle(link_.form.cmdGetPresetFile.click, [this] { GetPreset(); });
-  toolkit::handle(link_.form.cmdSetPresetFile.click, [this] { SetPreset(); });
+MemoryFiles::MemoryFiles(form::Controls& form, link::Waits& waits, link::Links& links,
+                         transfer::WorkingFiles& files)
+    : form_(form), waits_(waits), port_(links.serial.MSComm1), com_(links.visaCom), files_(files) {
+  toolkit::handle(form_.cmdGetSeqFile.click, [this] { GetSequence(); });
+  toolkit::handle(form_.cmdGetSystemFile.click, [this] { GetSystem(); });
+  toolkit::handle(form_.cmdSendSystemFile.click, [this] { SendSystem(); });
+  toolkit::handle(form_.cmdGetPresetFile.click, [this] { GetPreset(); });
+  toolkit::handle(form_.cmdSetPresetFile.click, [this] { SetPreset(); });
 }
 
 // ---- sequence and system settings
@@ -69,21 +70,21 @@ void MemoryFiles::getFile(const Reading& reading) {
 
 /// Asks twice: the first answer tells the length, the second is taken as bytes.
 void MemoryFiles::getOverSerial(const Reading& reading) {
-  io::SerialPort& port = link_.MSComm1;
-  port.Output(line(reading.query));
-  const std::string first = answerAfter(link_, reading.firstWait);
-  const BlockHeader header = parseBlockHeader(withoutLineEnds(first));
-  port.setInputMode(InputModes::Binary);
-  port.Output(line(reading.query));
-  const std::string second = answerAfter(link_, reading.secondWait);
-  files_.write(reading.target, asBytes(blockData(withoutLineEnds(second), header)));
-  port.setInputMode(InputModes::Text);
+  port_.Output(line(reading.query));
+  const std::string first = transfer::answerAfter(waits_, port_, reading.firstWait);
+  const transfer::BlockHeader header = transfer::parseBlockHeader(transfer::withoutLineEnds(first));
+  port_.setInputMode(InputModes::Binary);
+  port_.Output(line(reading.query));
+  const std::string second = transfer::answerAfter(waits_, port_, reading.secondWait);
+  files_.write(reading.target,
+               transfer::asBytes(transfer::blockData(transfer::withoutLineEnds(second), header)));
+  port_.setInputMode(InputModes::Text);
 }
 
 void MemoryFiles::getOverVisa(std::string_view query, std::string_view target) {
-  BlockSession session(link_, BlockSession::End::Reading);
+  auto session = blockSession(transfer::BlockSession::End::Reading);
   const io::Bytes data = session.read(query);
-  if (data.size() >= kLeastBlock) {
+  if (data.size() >= transfer::kLeastBlock) {
     files_.write(target, data);
     session.restore();
   }
@@ -103,30 +104,33 @@ void MemoryFiles::SendSystem() {
   });
 }
 
-Bytes MemoryFiles::systemFile() {
-  Bytes data(kSystemSize);
+transfer::Bytes MemoryFiles::systemFile() {
+  transfer::Bytes data(kSystemSize);
   files_.read(kSystemUpload, data);
   return data;
 }
 
 /// Leaves the port in binary mode, unlike the readings.
 void MemoryFiles::sendSystemOverSerial() {
-  io::SerialPort& port = link_.MSComm1;
-  port.setInputMode(InputModes::Binary);
-  port.Output(":SYST:SET #45580");
-  port.Output(asText(systemFile()));
-  port.Output("\n");
-  link_.pause(kSystemSendWait);
+  port_.setInputMode(InputModes::Binary);
+  port_.Output(":SYST:SET #45580");
+  port_.Output(transfer::asText(systemFile()));
+  port_.Output("\n");
+  waits_.pause(kSystemSendWait);
 }
 
 void MemoryFiles::sendSystemOverVisa() {
-  BlockSession session(link_, BlockSession::End::Writing);
-  const Bytes data = systemFile();
+  auto session = blockSession(transfer::BlockSession::End::Writing);
+  const transfer::Bytes data = systemFile();
   session.begin();
-  link_.device().FlushWrite(false);
-  link_.device().SetBufferSize(io::kInputBuffer | io::kOutputBuffer, kBufferSize);
+  com_.device().FlushWrite(false);
+  com_.device().SetBufferSize(io::kInputBuffer | io::kOutputBuffer, kBufferSize);
   session.write(":SYST:SET ", data);
   session.restore();
+}
+
+transfer::BlockSession MemoryFiles::blockSession(transfer::BlockSession::End end) {
+  return {com_, form_.cmbVISARes.text(), end};
 }
 
 // ---- preset
@@ -144,7 +148,7 @@ void MemoryFiles::SetPreset() {
     if (files_.exists(kPreset)) {
       SendPresetToDevice(kPreset);
     } else {
-      link_.showBox("Please Click [Get Memory Preset File] first!");
+      waits_.showBox("Please Click [Get Memory Preset File] first!");
     }
   });
 }
@@ -164,18 +168,17 @@ bool MemoryFiles::ReadPresetFromDevice(std::string_view sFile) {
 /// answer of no bytes is not written, for a preset file without a preset would wipe the
 /// instrument's when it is sent back.
 void MemoryFiles::readPresetOverSerial(std::string_view sFile) {
-  io::SerialPort& port = link_.MSComm1;
-  port.Output(line(kPresetQuery));
-  const std::string early = port.Input();
-  (void)parseBlockHeader(withoutLineEnds(early));
-  port.setInputMode(InputModes::Binary);
-  port.Output(line(kPresetQuery));
-  const std::string received = answerAfter(link_, kPresetReadWait);
-  const std::string_view answer = secondAnswer(early, received);
+  port_.Output(line(kPresetQuery));
+  const std::string early = port_.Input();
+  (void)transfer::parseBlockHeader(transfer::withoutLineEnds(early));
+  port_.setInputMode(InputModes::Binary);
+  port_.Output(line(kPresetQuery));
+  const std::string received = transfer::answerAfter(waits_, port_, kPresetReadWait);
+  const std::string_view answer = transfer::secondAnswer(early, received);
   if (!answer.empty()) {
-    files_.write(sFile, asBytes(answer));
+    files_.write(sFile, transfer::asBytes(answer));
   }
-  port.setInputMode(InputModes::Text);
+  port_.setInputMode(InputModes::Text);
 }
 
 bool MemoryFiles::SendPresetToDevice(std::string_view sFile) {
@@ -194,19 +197,19 @@ bool MemoryFiles::SendPresetToDevice(std::string_view sFile) {
 /// Takes a file that was saved over the serial port, sends no line feed and waits without
 /// processing events.
 void MemoryFiles::sendPresetOverSerial(std::string_view sFile) {
-  Bytes raw(kRawPresetSize);
+  transfer::Bytes raw(kRawPresetSize);
   files_.read(sFile, raw);
-  link_.MSComm1.Output(":MEM:FILE:PRES #3892");
-  link_.MSComm1.Output(asText(std::span(raw).subspan(kPresetHeaderSize, kPresetSize)));
-  link_.sleep(kPresetSendWait);
+  port_.Output(":MEM:FILE:PRES #3892");
+  port_.Output(transfer::asText(std::span(raw).subspan(kPresetHeaderSize, kPresetSize)));
+  waits_.sleep(kPresetSendWait);
 }
 
 /// Takes a file that was saved over VISA. It is the end mode for reading that is switched, and no
 /// blank stands between the command and the block.
 void MemoryFiles::sendPresetOverVisa(std::string_view sFile) {
-  Bytes data(kPresetSize);
+  transfer::Bytes data(kPresetSize);
   files_.read(sFile, data);
-  BlockSession session(link_, BlockSession::End::Reading);
+  auto session = blockSession(transfer::BlockSession::End::Reading);
   session.begin();
   session.write(":MEM:FILE:PRES", data);
   session.restore();

@@ -3,8 +3,10 @@
 #include <span>
 #include <string_view>
 
-#include "lumodevice/files/working_files.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/links.hpp"
+#include "lumodevice/link/waits.hpp"
+#include "lumodevice/transfer/block_session.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
 namespace lumodevice::files {
 
@@ -25,7 +27,8 @@ class MemoryFiles {
  public:
   /// Takes over cmdGetSeqFile, cmdGetSystemFile, cmdSendSystemFile, cmdGetPresetFile and
   /// cmdSetPresetFile.
-  MemoryFiles(link::Link& link, WorkingFiles& files);
+  MemoryFiles(form::Controls& form, link::Waits& waits, link::Links& links,
+              transfer::WorkingFiles& files);
 
   // The buttons.
   void GetSequence();
@@ -46,7 +49,7 @@ class MemoryFiles {
   void getOverVisa(std::string_view query, std::string_view target);
   void sendSystemOverSerial();
   void sendSystemOverVisa();
-  [[nodiscard]] Bytes systemFile();
+  [[nodiscard]] transfer::Bytes systemFile();
 
   bool ReadPresetFromDevice(std::string_view sFile);
   void readPresetOverSerial(std::string_view sFile);
@@ -54,10 +57,15 @@ class MemoryFiles {
   void sendPresetOverSerial(std::string_view sFile);
   void sendPresetOverVisa(std::string_view sFile);
 
-  [[nodiscard]] bool serial() const { return link_.form.optConnRS232.value(); }
+  [[nodiscard]] bool serial() const { return form_.optConnRS232.value(); }
 
-  link::Link& link_;
-  WorkingFiles& files_;
+  [[nodiscard]] transfer::BlockSession blockSession(transfer::BlockSession::End end);
+
+  form::Controls& form_;
+  link::Waits& waits_;
+  io::SerialPort& port_;
+  link::VisaComLink& com_;
+  transfer::WorkingFiles& files_;
 };
 
 }  // namespace lumodevice::files

@@ -31,47 +31,46 @@ std::string channelName(std::size_t channel) {
 
 }  // namespace
 
-GroupEditor::GroupEditor(link::Link& link, link::Exchange& exchange)
-    : link_(link), exchange_(exchange), lists_(link.form) {
-  toolkit::handle(link_.form.cmdParalle.click, [this] { Open(); });
-  toolkit::handle(link_.form.cmdParaOK.click, [this] { Send(); });
-  toolkit::handle(link_.form.cmdParaCancel.click, [this] { Close(); });
+GroupEditor::GroupEditor(form::Controls& form, link::Waits& waits, const link::LinkState& state,
+                         link::Exchange& exchange)
+    : form_(form), waits_(waits), state_(state), exchange_(exchange), lists_(form) {
+  toolkit::handle(form_.cmdParalle.click, [this] { Open(); });
+  toolkit::handle(form_.cmdParaOK.click, [this] { Send(); });
+  toolkit::handle(form_.cmdParaCancel.click, [this] { Close(); });
 }
 
 void GroupEditor::Open() {
-  form::Controls& form = link_.form;
   if (anyGroup()) {
     const auto mode = exchange_.ask(":CONF:PAR:MODE?");
-    (mode == "SYNC" ? form.optSync : form.optPara).setValue(true);
+    (mode == "SYNC" ? form_.optSync : form_.optPara).setValue(true);
   }
-  form.fraParallel.setVisible(true);
-  form.fraParallel.bringToFront();
+  form_.fraParallel.setVisible(true);
+  form_.fraParallel.bringToFront();
 }
 
 void GroupEditor::Close() {
-  link_.form.fraParallel.setVisible(false);
+  form_.fraParallel.setVisible(false);
 }
 
 void GroupEditor::Send() {
-  form::Controls& form = link_.form;
-  if (!link_.connected() || !takeApart() || !sendGroup(form.List2) || !sendGroup(form.List3) ||
+  if (!state_.connected() || !takeApart() || !sendGroup(form_.List2) || !sendGroup(form_.List3) ||
       !sendDisplayStyle()) {
     return;
   }
   attempt([&] { refreshChannels(); });
-  if (!link_.connected()) {
+  if (!state_.connected()) {
     return;
   }
   Close();
-  if (form.cmbChannel.listCount() > 0) {
-    form.cmbChannel.setListIndex(0);
+  if (form_.cmbChannel.listCount() > 0) {
+    form_.cmbChannel.setListIndex(0);
   }
 }
 
 /// Runs a command; false when there is no link any more behind it.
 bool GroupEditor::run(std::string_view command) {
   exchange_.runCommand(command);
-  return link_.connected();
+  return state_.connected();
 }
 
 bool GroupEditor::makeSingle(int channel) {
@@ -109,16 +108,16 @@ bool GroupEditor::sendGroup(const ListBox& list) {
   if (!run(":CHAN " + std::to_string(firstChannel(list))) || !run(":CONF:PAR:UNIT " + size)) {
     return false;
   }
-  link_.sleep(kJoinWait);
-  return run(link_.form.optPara.value() ? ":CONF:PAR:MODE 1" : ":CONF:PAR:MODE 0");
+  waits_.sleep(kJoinWait);
+  return run(form_.optPara.value() ? ":CONF:PAR:MODE 1" : ":CONF:PAR:MODE 0");
 }
 
 bool GroupEditor::sendDisplayStyle() {
-  return !anyGroup() || run(std::string(":SHOW ").append(link_.form.cmbParaDisp.text()));
+  return !anyGroup() || run(std::string(":SHOW ").append(form_.cmbParaDisp.text()));
 }
 
 bool GroupEditor::anyGroup() const {
-  return isGroup(link_.form.List2) || isGroup(link_.form.List3);
+  return isGroup(form_.List2) || isGroup(form_.List3);
 }
 
 /// The instrument's channel list, a part for each slot; none when there is no link any more.
@@ -134,18 +133,35 @@ std::optional<std::vector<std::string>> GroupEditor::askSlots() {
   return slots;
 }
 
-void GroupEditor::Refresh() {
-  form::Controls& form = link_.form;
-  if (!link_.connected()) {
-    return;
-  }
-  for (ListBox* list : {&form.List1, &form.List2, &form.List3}) {
+void GroupEditor::forgetGroups() {
+  for (ListBox* list : {&form_.List1, &form_.List2, &form_.List3}) {
     list->clear();
   }
-  for (int i = 0; i < form.lblConcate.count(); ++i) {
-    form.lblConcate(i).setVisible(true);
+}
+
+void GroupEditor::forgetFreeChannels() {
+  form_.List1.clear();
+}
+
+void GroupEditor::addFreeChannel(std::string_view channel) {
+  form_.List1.addItem(channel);
+}
+
+void GroupEditor::showNoGroups() {
+  form_.cmdParalle.setEnabled(false);
+  form_.List3.setVisible(false);
+  form_.lblConcate(2).setVisible(false);
+}
+
+void GroupEditor::Refresh() {
+  if (!state_.connected()) {
+    return;
   }
-  form.List3.setVisible(true);
+  forgetGroups();
+  for (int i = 0; i < form_.lblConcate.count(); ++i) {
+    form_.lblConcate(i).setVisible(true);
+  }
+  form_.List3.setVisible(true);
   const auto slots = askSlots();
   if (!slots) {
     return;
@@ -156,7 +172,7 @@ void GroupEditor::Refresh() {
 
 /// A channel and the empty slots behind it are a group; the first two groups have a list.
 void GroupEditor::showGroups(const std::vector<std::string>& slots) {
-  const std::array lists = {&link_.form.List2, &link_.form.List3};
+  const std::array lists = {&form_.List2, &form_.List3};
   std::size_t groups = 0;
   for (std::size_t head = 0; head < slots.size() && groups < lists.size();) {
     std::size_t next = head + 1;
@@ -176,7 +192,6 @@ void GroupEditor::showGroups(const std::vector<std::string>& slots) {
 /// The present list is asked for and not looked at: the instruments in the field are used to being
 /// asked for it before their modules.
 void GroupEditor::refreshChannels() {
-  form::Controls& form = link_.form;
   exchange_.runCommand("");
   if (!exchange_.ask(kChannelListQuery)) {
     return;
@@ -185,8 +200,8 @@ void GroupEditor::refreshChannels() {
   if (!modules) {
     return;
   }
-  form.cmbChannel.clear();
-  form.List1.clear();
+  form_.cmbChannel.clear();
+  form_.List1.clear();
   std::int16_t channel = 0;
   for (const std::string& module : text::Split(*modules, ',')) {
     if (module != kEmptySlot) {
@@ -194,29 +209,28 @@ void GroupEditor::refreshChannels() {
       addChannel(channel, withoutLineFeed(module));
     }
   }
-  if (form.List1.listCount() >= kSmallestGroup) {
-    form.cmdParalle.setEnabled(true);
+  if (form_.List1.listCount() >= kSmallestGroup) {
+    form_.cmdParalle.setEnabled(true);
   }
 }
 
 /// Offers a channel for selection; of a group its first channel alone.
 void GroupEditor::addChannel(std::int16_t channel, std::string_view module) {
-  form::Controls& form = link_.form;
   const std::string name = channelName(static_cast<std::size_t>(channel));
   const std::string entry = std::string(name).append("-").append(module);
   if (anyGroup()) {
-    if (channel == firstChannel(form.List2)) {
-      form.cmbChannel.addItem(entry + "-G1");
+    if (channel == firstChannel(form_.List2)) {
+      form_.cmbChannel.addItem(entry + "-G1");
     }
-    if (isGroup(form.List3) && channel == firstChannel(form.List3)) {
-      form.cmbChannel.addItem(entry + "-G2");
+    if (isGroup(form_.List3) && channel == firstChannel(form_.List3)) {
+      form_.cmbChannel.addItem(entry + "-G2");
     }
     return;
   }
-  form.cmbChannel.addItem(entry);
-  const bool roomForAGroup = form.List2.listCount() == 0 || form.List3.listCount() == 0;
+  form_.cmbChannel.addItem(entry);
+  const bool roomForAGroup = form_.List2.listCount() == 0 || form_.List3.listCount() == 0;
   if (roomForAGroup && link::isGroupCapable(entry)) {
-    form.List1.addItem(name);
+    form_.List1.addItem(name);
   }
 }
 

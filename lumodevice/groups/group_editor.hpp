@@ -8,7 +8,8 @@
 
 #include "lumodevice/groups/group_lists.hpp"
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/link/waits.hpp"
 
 namespace lumodevice::groups {
 
@@ -18,7 +19,8 @@ namespace lumodevice::groups {
 class GroupEditor {
  public:
   /// Takes over cmdParalle, cmdParaOK and cmdParaCancel, and the three lists.
-  GroupEditor(link::Link& link, link::Exchange& exchange);
+  GroupEditor(form::Controls& form, link::Waits& waits, const link::LinkState& state,
+              link::Exchange& exchange);
 
   /// Shows the frame, with the instrument's mode of the groups that there are.
   void Open();
@@ -34,6 +36,15 @@ class GroupEditor {
   /// Nothing without a link. Throws text::NumberFault for more channels than 16 bits count.
   void Refresh();
 
+  // What a connect tells.
+  /// Empties the three lists.
+  void forgetGroups();
+  /// Empties List1.
+  void forgetFreeChannels();
+  void addFreeChannel(std::string_view channel);
+  /// An instrument without groups: one list, and nothing to be set.
+  void showNoGroups();
+
  private:
   [[nodiscard]] bool run(std::string_view command);
   [[nodiscard]] bool makeSingle(int channel);
@@ -46,7 +57,9 @@ class GroupEditor {
   void refreshChannels();
   void addChannel(std::int16_t channel, std::string_view module);
 
-  link::Link& link_;
+  form::Controls& form_;
+  link::Waits& waits_;
+  const link::LinkState& state_;
   link::Exchange& exchange_;
   GroupLists lists_;
 };

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string>
 
-#include "lumodevice/form/tables.hpp"
 #include "lumodevice/text/text.hpp"
 
 namespace lumodevice::link {
@@ -18,45 +17,20 @@ bool isGroupCapable(std::string_view module) {
   return text::contains(module, "2040") || text::contains(module, "2041");
 }
 
-void ChannelList::ParseIdentity() {
-  IdentityFields& fields = link_.identityFields;
-  fields = {};
-  const auto parts = text::Split(link_.identity, ',');
-  if (parts.size() < 4) {
-    return;
-  }
-  fields.maker = parts[0];
-  fields.model = parts[1];
-  fields.serialNumber = parts[2];
-  fields.firmwareVersion = parts[3];
-  const auto version = text::Split(fields.firmwareVersion, '.');
-  if (version.size() < 2) {
-    return;
-  }
-  for (std::size_t i = 0; i < fields.versionParts.size() && i < version.size(); ++i) {
-    fields.versionParts[i] = version[i];
-  }
-}
-
 void ChannelList::linkUp() {
-  link_.form.cmdSendCmd.setEnabled(true);
-  link_.form.fraOverChk.setEnabled(true);
-}
-
-void ChannelList::linkDown() {
-  link_.form.cmdSendCmd.setEnabled(false);
-  link_.panelState = kNotConnected;
+  state_.up();
+  callbacks.showConnected();
 }
 
 void ChannelList::RefreshChannelList() {
-  toolkit::ComboBox& channels = link_.form.cmbChannel;
-  link_.panelState = kConnected;
+  toolkit::ComboBox& channels = form_.cmbChannel;
+  state_.showNoChannel();
   channels.clear();
-  if (!text::contains(link_.form.txtReturn.text(), kProduct)) {
+  if (!text::contains(form_.txtReturn.text(), kProduct)) {
     return;
   }
-  if (refreshGroups && !link_.identityFields.versionParts[2].empty()) {
-    refreshGroups();
+  if (callbacks.refreshGroups && !identity_.fields().versionParts[2].empty()) {
+    callbacks.refreshGroups();
   } else {
     ScanChannels();
   }
@@ -70,31 +44,28 @@ void ChannelList::RefreshChannelList() {
 }
 
 void ChannelList::ScanChannels() {
-  form::Controls& form = link_.form;
-  form.Text2.setText("*RDT?");
+  form_.Text2.setText("*RDT?");
   exchange_.Send();
-  link_.processEvents();
-  link_.waitUnits(kScanUnits);
-  link_.processEvents();
-  form.List1.clear();
-  if (form.txtReturn.text().empty()) {
+  waits_.processEvents();
+  waits_.waitUnits(kScanUnits);
+  waits_.processEvents();
+  callbacks.forgetFreeChannels();
+  if (form_.txtReturn.text().empty()) {
     return;
   }
   std::int16_t channel = 0;
-  for (const std::string& module : text::Split(form.txtReturn.text(), ',')) {
+  for (const std::string& module : text::Split(form_.txtReturn.text(), ',')) {
     if (module == kEmptySlot) {
       continue;
     }
     channel = text::add16(channel, 1);
     const std::string name = "CH" + std::to_string(channel);
-    form.cmbChannel.addItem(std::string(name).append("-").append(module));
+    form_.cmbChannel.addItem(std::string(name).append("-").append(module));
     if (isGroupCapable(module)) {
-      form.List1.addItem(name);
+      callbacks.addFreeChannel(name);
     }
   }
-  form.cmdParalle.setEnabled(false);
-  form.List3.setVisible(false);
-  form.lblConcate(2).setVisible(false);
+  callbacks.showNoGroups();
 }
 
 void ChannelList::ApplyConnectResult(bool connected) {
@@ -102,24 +73,9 @@ void ChannelList::ApplyConnectResult(bool connected) {
     linkUp();
     RefreshChannelList();
   } else {
-    linkDown();
+    state_.down();
     NotConnect();
   }
-}
-
-void ChannelList::NotConnect() {
-  form::Controls& form = link_.form;
-  form.FrameCCStatic.setVisible(true);
-  for (toolkit::Frame* frame :
-       {&form.fraCCDynamic, &form.fraCRDynamic, &form.FrameCRStatic, &form.FrameCV}) {
-    frame->setVisible(false);
-  }
-  form.FrameCCStatic.setEnabled(false);
-  form.FrameCCStatic.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
-  form.txtPower(0).setText("");
-  form.txtVoltage(0).setText("");
-  form.txtCurrent(0).setText("");
-  form.fraOverChk.setEnabled(false);
 }
 
 }  // namespace lumodevice::link

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/identity.hpp"
 
 namespace lumodevice::link {
 
@@ -14,24 +14,37 @@ inline constexpr std::string_view kEmptySlot = "0";
 /// True for the modules that can be joined into channel groups.
 [[nodiscard]] bool isGroupCapable(std::string_view module);
 
-/// What follows a connect: who answered, which channels it has, and the look of the panel without a
-/// link.
-class ChannelList {
- public:
-  ChannelList(Link& link, Exchange& exchange) : link_(link), exchange_(exchange) {}
-
+/// What a connect sets going in the rooms that stand on the link; they fill it when the component
+/// is put together.
+struct ConnectCallbacks {
+  /// The connected look: what an operator can use only with a link.
+  std::function<void()> showConnected = [] {};
+  /// The look of the panel without a link.
+  std::function<void()> showUnconnected = [] {};
+  /// The channels that can be joined into groups, and the groups, are not known any more.
+  std::function<void()> forgetGroups = [] {};
+  /// The free channels are about to be named, one by one, those that can be joined into groups.
+  std::function<void()> forgetFreeChannels = [] {};
+  std::function<void(std::string_view channel)> addFreeChannel = [](std::string_view) {};
+  /// The instrument knows no groups.
+  std::function<void()> showNoGroups = [] {};
   /// Builds the channel list of an instrument that may have channel groups; used when the firmware
   /// version has a third part. Without it the channels are scanned as single ones.
   std::function<void()> refreshGroups;
+};
 
-  /// Splits the identity into its fields.
-  void ParseIdentity();
+/// What follows a connect: which channels the instrument has, and the look of the panel with and
+/// without a link.
+class ChannelList {
+ public:
+  ChannelList(form::Controls& form, Waits& waits, LinkState& state, const Identity& identity,
+              Exchange& exchange)
+      : form_(form), waits_(waits), state_(state), identity_(identity), exchange_(exchange) {}
 
-  /// The connected look: the console may send, the protection frame may be used.
+  ConnectCallbacks callbacks;
+
+  /// The connected look: the console may send.
   void linkUp();
-
-  /// The console may not send any more, and the panel shows no channel.
-  void linkDown();
 
   /// Fills cmbChannel and selects the instrument's present channel, when txtReturn holds the
   /// identity of one of our instruments. Throws text::NumberFault and toolkit::PropertyFault for a
@@ -43,12 +56,15 @@ class ChannelList {
   void ApplyConnectResult(bool connected);
 
   /// The unconnected look of the channel panel. Closes nothing.
-  void NotConnect();
+  void NotConnect() const { callbacks.showUnconnected(); }
 
  private:
   void ScanChannels();
 
-  Link& link_;
+  form::Controls& form_;
+  Waits& waits_;
+  LinkState& state_;
+  const Identity& identity_;
   Exchange& exchange_;
 };
 

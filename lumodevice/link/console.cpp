@@ -4,10 +4,11 @@
 
 namespace lumodevice::link {
 
-Console::Console(Link& link, Exchange& exchange, CommandTable& commands)
-    : link_(link), exchange_(exchange), commands_(commands) {
-  toolkit::handle(link_.form.Text2.keyDown, [this](toolkit::Key key) { press(key); });
-  toolkit::handle(link_.form.Command1.click, [this] { askIdentity(); });
+Console::Console(form::Controls& form, Waits& waits, const LinkState& state, Exchange& exchange,
+                 CommandTable& commands)
+    : form_(form), waits_(waits), state_(state), exchange_(exchange), commands_(commands) {
+  toolkit::handle(form_.Text2.keyDown, [this](toolkit::Key key) { press(key); });
+  toolkit::handle(form_.Command1.click, [this] { askIdentity(); });
 }
 
 void Console::press(toolkit::Key key) {
@@ -16,30 +17,30 @@ void Console::press(toolkit::Key key) {
       sendByHand();
       break;
     case toolkit::Key::Up:
-      link_.form.Text2.setText(commands_.prevCmd());
+      form_.Text2.setText(commands_.prevCmd());
       break;
     case toolkit::Key::Down:
-      link_.form.Text2.setText(commands_.nextCmd());
+      form_.Text2.setText(commands_.nextCmd());
       break;
   }
 }
 
 void Console::sendByHand() {
-  if (link_.form.Text2.text().empty() || !link_.connected()) {
+  if (form_.Text2.text().empty() || !state_.connected()) {
     return;
   }
   exchange_.Send();
-  link_.processEvents();
-  if (link_.isSerial()) {
-    link_.waitUnits(1);
+  waits_.processEvents();
+  if (state_.linkName() == kSerial) {
+    waits_.waitUnits(1);
   }
 }
 
 void Console::askIdentity() {
-  if (link_.connected()) {
+  if (state_.connected()) {
     exchange_.runCommand("*IDN?");
   } else {
-    link_.showBox("Pleace Connect to Deivce first!");
+    waits_.showBox("Pleace Connect to Deivce first!");
   }
 }
 

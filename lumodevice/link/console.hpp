@@ -2,7 +2,6 @@
 
 #include "lumodevice/link/command_table.hpp"
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
 
 namespace lumodevice::link {
 
@@ -10,14 +9,17 @@ namespace lumodevice::link {
 class Console {
  public:
   /// Takes over the keys of Text2 and Command1.
-  Console(Link& link, Exchange& exchange, CommandTable& commands);
+  Console(form::Controls& form, Waits& waits, const LinkState& state, Exchange& exchange,
+          CommandTable& commands);
 
  private:
   void press(toolkit::Key key);
   void sendByHand();
   void askIdentity();
 
-  Link& link_;
+  form::Controls& form_;
+  Waits& waits_;
+  const LinkState& state_;
   Exchange& exchange_;
   CommandTable& commands_;
 };

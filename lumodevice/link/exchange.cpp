@@ -1,6 +1,5 @@
 #include "lumodevice/link/exchange.hpp"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <ostream>
@@ -15,11 +14,8 @@ namespace {
 
 constexpr char kCarriageReturn = '\r';
 constexpr char kLineFeed = '\n';
-constexpr std::size_t kVisaAnswerSize = 80;
-constexpr double kSerialQueryWait = 50;
 
-/// Queries with long answers. They end in a carriage return, and VISA COM waits five units for
-/// them.
+/// Queries with long answers. They end in a carriage return, and VISA COM waits longer for them.
 bool isLongQuery(std::string_view command) {
   return command == ":CHAN? LIST" || command == "*RDT?";
 }
@@ -32,106 +28,93 @@ bool isTerminator(char character) {
   return character == kLineFeed || character == kCarriageReturn;
 }
 
+/// Nothing, or blanks with a line feed at most: what an instrument leaves behind an answer.
+bool isBlank(std::string_view answer) {
+  const std::string trimmed = text::Trim(answer);
+  return trimmed.empty() || (answer.front() == kLineFeed && trimmed.size() == 1);
+}
+
+std::string_view withoutEnd(std::string_view answer, AnswerEnd end) {
+  const bool shorten =
+      !answer.empty() && (end == AnswerEnd::LastByte || isTerminator(answer.back()));
+  return answer.substr(0, answer.size() - (shorten ? 1 : 0));
+}
+
 }  // namespace
 
-Exchange::Exchange(Link& link) : link_(link) {
-  toolkit::handle(link_.form.cmdSendCmd.click, [this] { Send(); });
-  toolkit::handle(link_.form.TXT.change, [this] { commandChanged(); });
+Exchange::Exchange(const Host& host, form::Controls& form, Waits& waits, const LinkState& state,
+                   Links& links)
+    : host_(host), form_(form), waits_(waits), state_(state), links_(links) {
+  toolkit::handle(form_.cmdSendCmd.click, [this] { Send(); });
+  toolkit::handle(form_.TXT.change, [this] { commandChanged(); });
 }
 
 void Exchange::Send() {
-  link_.form.txtReturn.setText("");
-  link_.processEvents();
-  const std::string command = link_.form.Text2.text();
-  if (link_.linkName == kGpib) {
+  form_.txtReturn.setText("");
+  waits_.processEvents();
+  const std::string command = form_.Text2.text();
+  Transport* const transport = links_.carrying(state_, form_);
+  if (transport == nullptr) {
     return;
   }
-  if (link_.linkName == kSerial) {
-    sendOverSerial(command);
-  } else if (link_.linkName == kVisa && link_.form.optVisa2.value()) {
-    sendOverVisaCom(command);
-  } else if (link_.linkName == kVisa) {
-    sendOverVisaLibrary(command);
-  }
-}
-
-void Exchange::sendOverSerial(const std::string& command) {
-  attempt([&] { SerialWriteLine(text::Trim(command)); });
-  if (isQuery(command)) {
-    link_.form.Timer2.setEnabled(true);
-    link_.answerPending = true;
-    link_.processEvents();
-    link_.sleep(kSerialQueryWait);
-  } else if (link_.host.log != nullptr) {
-    logCommand(command);
-  }
-}
-
-void Exchange::sendOverVisaCom(const std::string& command) {
-  toolkit::TextBox& answer = link_.form.txtReturn;
-  const auto read = [&] { attempt([&] { answer.setText(link_.device().ReadString()); }); };
-  attempt([&] { link_.session()->setTimeout(link_.chosenTimeout()); });
-  attempt([&] { link_.device().WriteString(text::Trim(command) + terminator(), true); });
+  const Manner& manner = transport->manner();
+  attempt([&] { transport->write(line(text::Trim(command))); });
   if (!isQuery(command)) {
+    if (manner.logsCommands && host_.log != nullptr) {
+      logCommand(command);
+    }
     return;
   }
-  link_.waitUnits(isLongQuery(command) ? 5 : 1);
-  read();
-  const std::string trimmed = text::Trim(answer.text());
-  if (trimmed.empty() || (answer.text().front() == kLineFeed && trimmed.size() == 1)) {
-    link_.waitUnits(1);
-    read();
-  }
-  if (!answer.text().empty() && isTerminator(answer.text().back())) {
-    answer.setText(text::Left(answer.text(), static_cast<std::int64_t>(answer.text().size()) - 1));
+  transport->expectAnswer();
+  if (manner.reads > 0) {
+    readAnswer(*transport, command);
+  } else {
+    waits_.pause(manner.millisecondsAfterQuery);
   }
 }
 
-void Exchange::sendOverVisaLibrary(const std::string& command) {
-  std::array<char, kVisaAnswerSize> buffer{};
-  std::uint32_t count = 0;
-  link_.visaStatus =
-      link_.host.visa.viWrite(link_.visaSession, text::Trim(command) + terminator(), count);
-  if (!isQuery(command)) {
-    return;
+/// Without an answer txtReturn stays as it is.
+void Exchange::readAnswer(Transport& transport, const std::string& command) {
+  const Manner& manner = transport.manner();
+  std::optional<std::string> answer;
+  double units = isLongQuery(command) ? manner.unitsBeforeLongRead : manner.unitsBeforeRead;
+  for (int read = 0; read < manner.reads && isBlank(answer.value_or("")); ++read) {
+    waits_.waitUnits(units);
+    units = manner.unitsBeforeRepeat;
+    attempt([&] { answer = transport.read(); });
   }
-  count = 0;
-  link_.visaStatus = link_.host.visa.viRead(link_.visaSession, buffer, count);
-  if (count > 0) {
-    // The last byte is the instrument's terminator and goes, whatever it is.
-    const std::size_t received = std::min<std::size_t>(count, buffer.size());
-    link_.form.txtReturn.setText(std::string_view(buffer.data(), received - 1));
+  if (answer) {
+    form_.txtReturn.setText(withoutEnd(*answer, manner.answerEnd));
   }
 }
 
 void Exchange::logCommand(const std::string& command) const {
-  const io::LocalTime now = link_.host.wallClock.now();
+  const io::LocalTime now = host_.wallClock.now();
   std::array<char, 64> stamp{};
   (void)std::snprintf(stamp.data(), stamp.size(), "%04d%02d%02d %02d%02d%02d ", now.year, now.month,
                       now.day, now.hour, now.minute, now.second);
-  *link_.host.log << stamp.data() << command << ' ' << link_.form.txtReturn.text() << '\n'
-                  << std::flush;
+  *host_.log << stamp.data() << command << ' ' << form_.txtReturn.text() << '\n' << std::flush;
 }
 
 void Exchange::runCommand(std::string_view command) {
-  if (link_.form.TXT.text() == command) {
+  if (form_.TXT.text() == command) {
     commandChanged();
   } else {
-    link_.form.TXT.setText(command);
+    form_.TXT.setText(command);
   }
 }
 
 std::string Exchange::query(std::string_view command) {
   runCommand(command);
-  return link_.form.txtReturn.text();
+  return form_.txtReturn.text();
 }
 
 std::optional<std::string> Exchange::ask(std::string_view command) {
-  if (!link_.connected()) {
+  if (!state_.connected()) {
     return std::nullopt;
   }
   std::string answer = query(command);
-  return link_.connected() ? std::optional(std::move(answer)) : std::nullopt;
+  return state_.connected() ? std::optional(std::move(answer)) : std::nullopt;
 }
 
 void Exchange::SendCmd(std::string_view sVar) {
@@ -139,47 +122,43 @@ void Exchange::SendCmd(std::string_view sVar) {
   if (command.empty()) {
     return;
   }
-  runCommand(link_.form.TXT.text() == command ? std::string_view(command) : sVar);
+  runCommand(form_.TXT.text() == command ? std::string_view(command) : sVar);
 }
 
 std::string Exchange::ErrMessage() {
-  return link_.connected() ? query(":SYST:ERR?") : std::string();
+  return state_.connected() ? query(":SYST:ERR?") : std::string();
 }
 
 void Exchange::commandChanged() {
-  const std::string command = link_.form.TXT.text();
-  link_.form.Text2.setText(command);
-  if (!link_.connected() || command.empty()) {
+  const std::string command = form_.TXT.text();
+  form_.Text2.setText(command);
+  if (!state_.connected() || command.empty()) {
     return;
   }
-  link_.form.txtReturn.setText("");
+  form_.txtReturn.setText("");
   Send();
   for (const int units : {1, 2, 4}) {
     if (units == 1 || unanswered()) {
-      link_.processEvents();
-      link_.waitUnits(units);
+      waits_.processEvents();
+      waits_.waitUnits(units);
     }
   }
   if (unanswered()) {
-    link_.showBox("Error:Device has not sent back some data yet!");
+    waits_.showBox("Error:Device has not sent back some data yet!");
   }
 }
 
 bool Exchange::unanswered() const {
-  return isQuery(link_.form.TXT.text()) && link_.form.txtReturn.text().empty();
+  return isQuery(form_.TXT.text()) && form_.txtReturn.text().empty();
 }
 
 void Exchange::SerialWriteLine(std::string_view text) {
-  link_.MSComm1.Output(std::string(text) + terminator());
-  link_.answerPending = false;
+  links_.serial.write(line(text));
 }
 
-std::string Exchange::SerialReadInput() {
-  return link_.MSComm1.Input();
-}
-
-char Exchange::terminator() const {
-  return isLongQuery(link_.form.Text2.text()) ? kCarriageReturn : kLineFeed;
+/// The console's command decides how a line ends, whichever line it is.
+std::string Exchange::line(std::string_view text) const {
+  return std::string(text) + (isLongQuery(form_.Text2.text()) ? kCarriageReturn : kLineFeed);
 }
 
 }  // namespace lumodevice::link

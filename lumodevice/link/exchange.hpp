@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/links.hpp"
+#include "lumodevice/link/waits.hpp"
 
 namespace lumodevice::link {
 
@@ -14,7 +15,8 @@ namespace lumodevice::link {
 class Exchange {
  public:
   /// Takes over cmdSendCmd and TXT.
-  explicit Exchange(Link& link);
+  Exchange(const Host& host, form::Controls& form, Waits& waits, const LinkState& state,
+           Links& links);
 
   /// The send operation: writes the text of Text2 to the open link; the answer of a query goes to
   /// txtReturn, on the serial link later, from the receive poll.
@@ -38,22 +40,22 @@ class Exchange {
   /// The public ErrMessage: the answer of ":SYST:ERR?", "" when not connected.
   [[nodiscard]] std::string ErrMessage();
 
-  /// Writes a line to the serial port and clears the pending flag. Throws io::SerialFault.
+  /// Writes a line to the serial port; an answer that was due is not any more. Throws
+  /// io::SerialFault.
   void SerialWriteLine(std::string_view text);
-
-  /// All that the serial port has received, "" when nothing waits. Throws io::SerialFault.
-  [[nodiscard]] std::string SerialReadInput();
 
  private:
   void commandChanged();
-  void sendOverSerial(const std::string& command);
-  void sendOverVisaCom(const std::string& command);
-  void sendOverVisaLibrary(const std::string& command);
+  void readAnswer(Transport& transport, const std::string& command);
   void logCommand(const std::string& command) const;
   [[nodiscard]] bool unanswered() const;
-  [[nodiscard]] char terminator() const;
+  [[nodiscard]] std::string line(std::string_view text) const;
 
-  Link& link_;
+  const Host& host_;
+  form::Controls& form_;
+  Waits& waits_;
+  const LinkState& state_;
+  Links& links_;
 };
 
 }  // namespace lumodevice::link

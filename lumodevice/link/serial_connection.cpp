@@ -12,73 +12,78 @@ constexpr double kRepeatWait = 300;
 
 }  // namespace
 
-SerialConnection::SerialConnection(Link& link, ChannelList& channels)
-    : link_(link), channels_(channels) {
-  toolkit::handle(link_.form.optConnRS232.click, [this] { SelectSerial(); });
-  toolkit::handle(link_.form.cmdAuto.click, [this] { AutoConnect(); });
-  toolkit::handle(link_.form.Command2.click, [this] { Connect(); });
+SerialConnection::SerialConnection(form::Controls& form, Waits& waits, LinkState& state,
+                                   Identity& identity, Links& links, ChannelList& channels)
+    : form_(form),
+      waits_(waits),
+      state_(state),
+      identity_(identity),
+      library_(links.visaLibrary),
+      serial_(links.serial),
+      channels_(channels) {
+  toolkit::handle(form_.optConnRS232.click, [this] { SelectSerial(); });
+  toolkit::handle(form_.cmdAuto.click, [this] { AutoConnect(); });
+  toolkit::handle(form_.Command2.click, [this] { Connect(); });
 }
 
 void SerialConnection::SelectSerial() {
-  form::Controls& form = link_.form;
-  if (link_.connected()) {
-    link_.closeVisa();
-    channels_.linkDown();
+  if (state_.connected()) {
+    library_.close();
+    state_.down();
   }
-  form.cmdAuto.setEnabled(true);
-  form.Command2.setEnabled(true);
-  form.cmdAutoConnVISA.setEnabled(false);
-  form.cmdConnVISA.setEnabled(false);
-  if (form.Combo1.listCount() == 0) {
+  form_.cmdAuto.setEnabled(true);
+  form_.Command2.setEnabled(true);
+  form_.cmdAutoConnVISA.setEnabled(false);
+  form_.cmdConnVISA.setEnabled(false);
+  if (form_.Combo1.listCount() == 0) {
     ScanSerialPorts();
   }
 }
 
 void SerialConnection::AutoConnect() {
   found_ = false;
-  link_.bDevAvaliable = false;
-  link_.linkName = kSerial;
+  state_.setDevAvaliable(false);
+  state_.setLinkName(kSerial);
   ScanSerialPorts();
-  if (link_.form.Combo1.listCount() > 0) {
+  if (form_.Combo1.listCount() > 0) {
     FindSerialInstrument();
   }
-  if (found_ && !link_.MSComm1.PortOpen()) {
+  if (found_ && !serial_.MSComm1.PortOpen()) {
     return;  // the other link was chosen meanwhile, perhaps connected
   }
   connected_ = found_;
-  link_.bDevAvaliable = found_;
+  state_.setDevAvaliable(found_);
   attempt([&] { channels_.ApplyConnectResult(connected_); });
 }
 
 void SerialConnection::ScanSerialPorts() {
   ports_.fill(0);
-  link_.form.Combo1.clear();
+  form_.Combo1.clear();
   portCount_ = 0;
   for (std::int16_t port = 1; port <= kPorts; ++port) {
-    link_.closeSerialPort();
+    serial_.close();
     attempt([&] {
-      link_.MSComm1.setCommPort(port);
-      link_.MSComm1.setPortOpen(true);
+      serial_.MSComm1.setCommPort(port);
+      serial_.MSComm1.setPortOpen(true);
     });
-    if (link_.MSComm1.PortOpen()) {
+    if (serial_.MSComm1.PortOpen()) {
       ++portCount_;
       ports_[static_cast<std::size_t>(portCount_)] = port;
-      link_.form.Combo1.addItem("COM" + std::to_string(port));
+      form_.Combo1.addItem("COM" + std::to_string(port));
     }
-    const bool connected = link_.connected();
-    link_.processEvents();
-    if (!connected && link_.connected()) {
+    const bool connected = state_.connected();
+    waits_.processEvents();
+    if (!connected && state_.connected()) {
       return;  // connected meanwhile: the port that comes next would take the link's place
     }
   }
 }
 
 void SerialConnection::FindSerialInstrument() {
-  form::Controls& form = link_.form;
-  const auto entries = static_cast<std::int16_t>(form.Combo1.listCount());
-  link_.closeSerialPort();
+  const auto entries = static_cast<std::int16_t>(form_.Combo1.listCount());
+  serial_.close();
   bool searching = true;
-  for (int baud = 0; baud < form.Combo2.listCount() && searching; ++baud) {
+  for (int baud = 0; baud < form_.Combo2.listCount() && searching; ++baud) {
     portCount_ = entries;
     while (portCount_ > 0 && searching) {
       std::string answer;
@@ -86,65 +91,63 @@ void SerialConnection::FindSerialInstrument() {
       attempt([&] { answer = tryPort(portCount_, baud); });
       if (text::contains(answer, kProduct)) {
         searching = false;
-        form.txtReturn.setText(answer);
+        form_.txtReturn.setText(answer);
       }
       --portCount_;
-      link_.processEvents();
+      waits_.processEvents();
     }
   }
   found_ = !searching;
 }
 
 std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex) {
-  form::Controls& form = link_.form;
-  link_.closeSerialPort();
-  form.Combo1.setListIndex(entry - 1);
-  form.Combo2.setListIndex(baudIndex);
-  link_.MSComm1.setCommPort(ports_[static_cast<std::size_t>(entry)]);
-  link_.MSComm1.setSettings(text::numberText(text::Val(form.Combo2.text())));
-  link_.MSComm1.setPortOpen(true);
+  serial_.close();
+  form_.Combo1.setListIndex(entry - 1);
+  form_.Combo2.setListIndex(baudIndex);
+  serial_.MSComm1.setCommPort(ports_[static_cast<std::size_t>(entry)]);
+  serial_.MSComm1.setSettings(text::numberText(text::Val(form_.Combo2.text())));
+  serial_.MSComm1.setPortOpen(true);
   // The first answer may hold whatever waited on the line; only the second one counts.
   (void)SerialQueryIdentity();
-  link_.processEvents();
-  link_.sleep(kRepeatWait);
+  waits_.processEvents();
+  waits_.sleep(kRepeatWait);
   std::string answer = SerialQueryIdentity();
-  link_.processEvents();
+  waits_.processEvents();
   return answer;
 }
 
 std::string SerialConnection::SerialQueryIdentity() {
-  link_.MSComm1.Output("*IDN?\r");
-  link_.sleep(kIdentityWait);
-  std::string answer = link_.MSComm1.Input();
+  serial_.MSComm1.Output("*IDN?\r");
+  waits_.sleep(kIdentityWait);
+  std::string answer = serial_.MSComm1.Input();
   const bool complete = answer.ends_with('\n') || answer.ends_with('\r');
   return complete ? answer : std::string();
 }
 
 void SerialConnection::Connect() {
-  link_.linkName = kSerial;
-  link_.bDevAvaliable = false;
+  state_.setLinkName(kSerial);
+  state_.setDevAvaliable(false);
   attempt([&] {
     openChosenPort();
     // An answer left over from earlier must not pass for the one that this connect waits for.
-    link_.form.txtReturn.setText("");
-    link_.MSComm1.Output("*IDN?\n");
+    form_.txtReturn.setText("");
+    serial_.MSComm1.Output("*IDN?\n");
     // The receive poll may have gone to rest after the last answer; without it none would ever
     // arrive.
-    link_.form.Timer2.setEnabled(true);
-    link_.answerPending = true;
-    link_.processEvents();
-    link_.waitUnits(1);
-    link_.processEvents();
-    if (!link_.MSComm1.PortOpen()) {
+    serial_.expectAnswer();
+    waits_.processEvents();
+    waits_.waitUnits(1);
+    waits_.processEvents();
+    if (!serial_.MSComm1.PortOpen()) {
       return;  // the other link was chosen meanwhile, perhaps connected
     }
-    const std::string& answer = link_.form.txtReturn.text();
+    const std::string& answer = form_.txtReturn.text();
     if (!answer.empty()) {
       connected_ = text::contains(answer, kProduct);
-      link_.identity = connected_ ? answer : std::string();
-      link_.bDevAvaliable = connected_;
+      identity_.setAnswer(connected_ ? answer : std::string());
+      state_.setDevAvaliable(connected_);
       if (connected_) {
-        channels_.ParseIdentity();
+        identity_.ParseIdentity();
       }
     }
     channels_.ApplyConnectResult(connected_);
@@ -152,11 +155,11 @@ void SerialConnection::Connect() {
 }
 
 void SerialConnection::openChosenPort() {
-  link_.closeSerialPort();
-  link_.MSComm1.setCommPort(text::toWhole16(text::Val(link_.form.Text1.text())));
-  link_.MSComm1.setSettings(link_.form.Combo2.text());
+  serial_.close();
+  serial_.MSComm1.setCommPort(text::toWhole16(text::Val(form_.Text1.text())));
+  serial_.MSComm1.setSettings(form_.Combo2.text());
   try {
-    link_.MSComm1.setPortOpen(true);
+    serial_.MSComm1.setPortOpen(true);
   } catch (const io::SerialFault& fault) {
     if (fault.number() != io::kSerialAlreadyOpen) {
       throw;

@@ -5,16 +5,22 @@
 #include <string>
 
 #include "lumodevice/link/channel_list.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/identity.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/link/links.hpp"
+#include "lumodevice/link/waits.hpp"
 
 namespace lumodevice::link {
+
+inline constexpr int kPorts = 16;
 
 /// Finds the instrument on the serial ports COM1 to COM16, or opens the port that the operator
 /// chose. No failure leaves an operation, none is reported.
 class SerialConnection {
  public:
   /// Takes over optConnRS232, cmdAuto and Command2.
-  SerialConnection(Link& link, ChannelList& channels);
+  SerialConnection(form::Controls& form, Waits& waits, LinkState& state, Identity& identity,
+                   Links& links, ChannelList& channels);
 
   /// optConnRS232: leaves the VISA link and lists the ports.
   void SelectSerial();
@@ -35,7 +41,12 @@ class SerialConnection {
   [[nodiscard]] std::string SerialQueryIdentity();
   void openChosenPort();
 
-  Link& link_;
+  form::Controls& form_;
+  Waits& waits_;
+  LinkState& state_;
+  Identity& identity_;
+  VisaLibraryLink& library_;
+  SerialLink& serial_;
   ChannelList& channels_;
   /// The ports that could be opened, in the order found, from entry 1; entries not in use are 0.
   std::array<std::int16_t, kPorts + 1> ports_{};

@@ -4,7 +4,9 @@
 #include <string_view>
 
 #include "lumodevice/link/channel_list.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/identity.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/link/links.hpp"
 
 namespace lumodevice::link {
 
@@ -13,7 +15,8 @@ namespace lumodevice::link {
 class VisaConnection {
  public:
   /// Takes over cmdAutoConnVISA, cmdConnVISA and optVISA.
-  VisaConnection(Link& link, ChannelList& channels);
+  VisaConnection(form::Controls& form, LinkState& state, Identity& identity, Links& links,
+                 ChannelList& channels);
 
   /// cmdAutoConnVISA: searches all instruments and keeps the identity of the one that it opens.
   void AutoConnect();
@@ -36,12 +39,16 @@ class VisaConnection {
   [[nodiscard]] bool probe(const Search& search);
   void probeCandidate(const std::string& descriptor, std::size_t descriptorSize);
   [[nodiscard]] bool open(const Search& search);
+  [[nodiscard]] std::string foundDescriptor() const;
   void openThroughLibrary();
   void openThroughVisaCom();
-  std::string readIdentity();
-  void setAttribute(io::ViAttr attribute, std::uint32_t value);
 
-  Link& link_;
+  form::Controls& form_;
+  LinkState& state_;
+  Identity& identity_;
+  VisaLibraryLink& library_;
+  VisaComLink& com_;
+  SerialLink& serial_;
   ChannelList& channels_;
 };
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/link_state.hpp"
 
 namespace lumodevice::monitor {
 
@@ -12,13 +12,14 @@ namespace lumodevice::monitor {
 class AutoQuery {
  public:
   /// Takes over chkAutoQuery and Timer1.
-  AutoQuery(link::Link& link, link::Exchange& exchange);
+  AutoQuery(form::Controls& form, link::LinkState& state, link::Exchange& exchange);
 
  private:
   void switched();
   void tick();
 
-  link::Link& link_;
+  form::Controls& form_;
+  link::LinkState& state_;
   link::Exchange& exchange_;
   std::int16_t rotation_ = 0;
 };

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string_view>
-#include <utility>
 
 #include "lumodevice/text/text.hpp"
-#include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::monitor {
 
@@ -26,13 +24,6 @@ bool holds(const devButton& key, double x, double y) {
 
 }  // namespace
 
-FrontPanelKeys::FrontPanelKeys(link::Link& link, link::Exchange& exchange,
-                               std::function<void()> showCommandBox)
-    : link_(link), exchange_(exchange) {
-  toolkit::handle(link_.form.Picture1.click, [this] { link_.form.Picture1.setVisible(false); });
-  toolkit::handle(link_.form.Label14.click, std::move(showCommandBox));
-}
-
 void FrontPanelKeys::setKeys(std::span<const devButton> keys) {
   if (keys.size() > kMostKeys) {
     throw std::length_error("more key areas than the table of the front panel has places");
@@ -42,8 +33,8 @@ void FrontPanelKeys::setKeys(std::span<const devButton> keys) {
 }
 
 void FrontPanelKeys::PressKeyAt(std::int16_t /*button*/, std::int16_t /*shift*/, float x, float y) {
-  attempt([&] { link_.form.lblKeyX.setCaption(text::singleText(x)); });
-  attempt([&] { link_.form.lblKeyY.setCaption(text::singleText(y)); });
+  attempt([&] { form_.lblKeyX.setCaption(text::singleText(x)); });
+  attempt([&] { form_.lblKeyY.setCaption(text::singleText(y)); });
   const devButton* key = keyAt(x, y);
   if (key == nullptr) {
     return;

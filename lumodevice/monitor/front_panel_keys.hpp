@@ -3,11 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <span>
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
 #include "lumodevice/records.hpp"
 
 namespace lumodevice::monitor {
@@ -18,8 +16,8 @@ class FrontPanelKeys {
  public:
   static constexpr std::size_t kMostKeys = 51;
 
-  /// Takes over Picture1, whose click hides it, and Label14, whose click runs `showCommandBox`.
-  FrontPanelKeys(link::Link& link, link::Exchange& exchange, std::function<void()> showCommandBox);
+  FrontPanelKeys(form::Controls& form, link::Exchange& exchange)
+      : form_(form), exchange_(exchange) {}
 
   /// Replaces the key areas, which are looked at in this order. Throws std::length_error for more
   /// than kMostKeys; the table is then the one before.
@@ -33,7 +31,7 @@ class FrontPanelKeys {
  private:
   [[nodiscard]] const devButton* keyAt(float x, float y) const;
 
-  link::Link& link_;
+  form::Controls& form_;
   link::Exchange& exchange_;
   std::array<devButton, kMostKeys> keys_;
   std::int16_t keyCount_ = 0;

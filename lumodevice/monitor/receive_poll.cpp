@@ -13,53 +13,41 @@ namespace lumodevice::monitor {
 
 namespace {
 
-constexpr std::int16_t kLongestWait = 10;  // polls
 constexpr std::string_view kTerminators = "\r\n";
 
 }  // namespace
 
-ReceivePoll::ReceivePoll(link::Link& link, link::Exchange& exchange)
-    : link_(link), exchange_(exchange) {
-  toolkit::handle(link_.form.Timer2.tick, [this] { tick(); });
+ReceivePoll::ReceivePoll(form::Controls& form, link::Waits& waits, link::SerialLink& serial,
+                         link::Exchange& exchange)
+    : form_(form), waits_(waits), serial_(serial), exchange_(exchange) {
+  toolkit::handle(form_.Timer2.tick, [this] { tick(); });
 }
 
 void ReceivePoll::tick() {
-  attempt([&] { receive(); });
-  if (complete()) {
+  attempt([&] { serial_.receive(); });
+  if (serial_.answerComplete()) {
     attempt([&] { deliver(); });
   }
-  if (link_.pollCount > kLongestWait) {
-    link_.forgetSerialAnswer();
+  if (serial_.pollCount() > link::SerialLink::kMostPolls) {
+    serial_.forgetAnswer();
   }
   attempt([&] { updateReadOut(); });
-  link_.form.Text4.setText(std::to_string(link_.pollCount));
-  link_.processEvents();
-}
-
-void ReceivePoll::receive() {
-  if (link_.answerPending && link_.MSComm1.InBufferCount() != 0) {
-    link_.receiveBuffer += exchange_.SerialReadInput();
-    link_.pollCount = text::add16(link_.pollCount, 1);
-  }
-}
-
-bool ReceivePoll::complete() const {
-  return link_.receiveBuffer.find_first_of(kTerminators) != std::string::npos &&
-         link_.pollCount <= kLongestWait && link_.answerPending;
+  form_.Text4.setText(std::to_string(serial_.pollCount()));
+  waits_.processEvents();
 }
 
 void ReceivePoll::deliver() {
-  std::string_view answer = link_.receiveBuffer;
+  std::string_view answer = serial_.receiveBuffer();
   const auto last = static_cast<unsigned char>(answer.back());
   if (kTerminators.find(answer.back()) != std::string_view::npos) {
     answer.remove_suffix(1);
   }
-  link_.form.txtReturn.setText(answer);
-  link_.form.Text3.setText(std::to_string(last));
-  link_.forgetSerialAnswer();
-  toolkit::TextBox& queued = link_.form.txtSetCmd;
+  form_.txtReturn.setText(answer);
+  form_.Text3.setText(std::to_string(last));
+  serial_.forgetAnswer();
+  toolkit::TextBox& queued = form_.txtSetCmd;
   if (queued.text().empty()) {
-    link_.form.Timer2.setEnabled(false);
+    form_.Timer2.setEnabled(false);
     return;
   }
   // Taken out of the queue even when the write fails, or it would go out again and again.
@@ -69,19 +57,18 @@ void ReceivePoll::deliver() {
 }
 
 void ReceivePoll::updateReadOut() {
-  form::Controls& form = link_.form;
-  const std::string& answer = form.txtReturn.text();
+  const std::string& answer = form_.txtReturn.text();
   // Answers of one character are left out on purpose.
-  if (form.chkAutoQuery.value() != toolkit::CheckBox::kTicked || answer.size() <= 1 ||
-      link_.answerPending) {
+  if (form_.chkAutoQuery.value() != toolkit::CheckBox::kTicked || answer.size() <= 1 ||
+      serial_.answerPending()) {
     return;
   }
-  const std::string query = text::Trim(form.Text2.text());
+  const std::string query = text::Trim(form_.Text2.text());
   const auto* const entry = std::ranges::find(kRotation, query, &RotationEntry::query);
   if (entry == kRotation.end() || entry->readOut.empty()) {
     return;
   }
-  toolkit::Control* const readOut = form.surface().find(entry->readOut, entry->index);
+  toolkit::Control* const readOut = form_.surface().find(entry->readOut, entry->index);
   if (auto* box = dynamic_cast<toolkit::TextBox*>(readOut)) {
     box->setText(answer);
   } else if (auto* load = dynamic_cast<toolkit::CheckBox*>(readOut)) {

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/serial_link.hpp"
+#include "lumodevice/link/waits.hpp"
 
 namespace lumodevice::monitor {
 
@@ -10,16 +11,17 @@ namespace lumodevice::monitor {
 class ReceivePoll {
  public:
   /// Takes over Timer2.
-  ReceivePoll(link::Link& link, link::Exchange& exchange);
+  ReceivePoll(form::Controls& form, link::Waits& waits, link::SerialLink& serial,
+              link::Exchange& exchange);
 
  private:
   void tick();
-  void receive();
-  [[nodiscard]] bool complete() const;
   void deliver();
   void updateReadOut();
 
-  link::Link& link_;
+  form::Controls& form_;
+  link::Waits& waits_;
+  link::SerialLink& serial_;
   link::Exchange& exchange_;
 };
 

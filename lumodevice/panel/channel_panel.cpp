@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/form/tables.hpp"
+#include "lumodevice/panel/setting_buttons.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 
@@ -77,58 +79,70 @@ constexpr auto kReadBacks = std::to_array<ReadBack>({{"cmbVolRange", {}, showRan
 
 }  // namespace
 
-ChannelPanel::ChannelPanel(link::Link& link, link::Exchange& exchange, SettingCommands& settings,
-                           Modes& modes)
-    : link_(link), exchange_(exchange), settings_(settings), modes_(modes) {
-  toolkit::handle(link_.form.cmbChannel.click, [this] { select(); });
+ChannelPanel::ChannelPanel(form::Controls& form, link::LinkState& state, link::Exchange& exchange,
+                           const TaggedCommands& commands, Modes& modes)
+    : form_(form), state_(state), exchange_(exchange), commands_(commands), modes_(modes) {
+  toolkit::handle(form_.cmbChannel.click, [this] { select(); });
 }
 
 void ChannelPanel::select() {
-  Controls& form = link_.form;
-  const std::string channel(form.cmbChannel.text());
+  const std::string channel(form_.cmbChannel.text());
   if (channel.empty()) {
     return;
   }
-  if (form.chkAutoQuery.value() == CheckBox::kTicked) {
-    form.chkAutoQuery.setValue(CheckBox::kClear);
+  if (form_.chkAutoQuery.value() == CheckBox::kTicked) {
+    form_.chkAutoQuery.setValue(CheckBox::kClear);
   }
-  if (!link_.connected()) {
+  if (!state_.connected()) {
     return;
   }
   // The number is one digit; a longer one does not fit the channel texts that the instrument knows.
-  exchange_.runCommand(settings_.prefix(form.cmbChannel) + text::Mid(channel, 3, 1));
+  exchange_.runCommand(commands_.prefix(form_.cmbChannel) + text::Mid(channel, 3, 1));
   modes_.ModeReadBack();
   SettingsReadBack();
   ReadingsReadBack();
-  if (!link_.connected()) {
-    return;  // the link went while one of the queries waited
+  // Nothing where the link went while one of the queries waited.
+  state_.showChannel(form_.chkAutoQuery.value() == CheckBox::kTicked);
+}
+
+void ChannelPanel::showConnected() const {
+  form_.fraOverChk.setEnabled(true);
+}
+
+void ChannelPanel::showUnconnected() const {
+  form_.FrameCCStatic.setVisible(true);
+  for (toolkit::Frame* frame :
+       {&form_.fraCCDynamic, &form_.fraCRDynamic, &form_.FrameCRStatic, &form_.FrameCV}) {
+    frame->setVisible(false);
   }
-  link_.panelState =
-      form.chkAutoQuery.value() == CheckBox::kTicked ? link::kLoadedAutoQuery : link::kLoaded;
+  form_.FrameCCStatic.setEnabled(false);
+  form_.FrameCCStatic.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
+  for (TextBox* readOut : {&form_.txtPower(0), &form_.txtVoltage(0), &form_.txtCurrent(0)}) {
+    readOut->setText("");
+  }
+  form_.fraOverChk.setEnabled(false);
 }
 
 void ChannelPanel::SettingsReadBack() {
-  Controls& form = link_.form;
   for (const ReadBack& row : kReadBacks) {
-    auto& control = form.surface().get<Control>(row.control, row.index);
-    if (const auto answer = exchange_.ask(settings_.query(control))) {
-      attempt([&] { row.show(form, control, *answer); });
+    auto& control = form_.surface().get<Control>(row.control, row.index);
+    if (const auto answer = exchange_.ask(commands_.query(control))) {
+      attempt([&] { row.show(form_, control, *answer); });
     }
   }
-  if (!link_.connected()) {
+  if (!state_.connected()) {
     return;
   }
   // The limits' own tags follow the mode, so they are set before the limits are asked for.
   modes_.tagGoNogoBoxes();
   for (int i = kFirstLimitBox; i <= kLastLimitBox; ++i) {
-    settings_.readBack(form.txtInput(i));
+    commands_.readBack(form_.txtInput(i));
   }
 }
 
 void ChannelPanel::ReadingsReadBack() {
-  for (TextBox* box :
-       {&link_.form.txtVoltage(0), &link_.form.txtCurrent(0), &link_.form.txtPower(0)}) {
-    if (const auto answer = exchange_.ask(text::Trim(settings_.prefix(*box)))) {
+  for (TextBox* box : {&form_.txtVoltage(0), &form_.txtCurrent(0), &form_.txtPower(0)}) {
+    if (const auto answer = exchange_.ask(text::Trim(commands_.prefix(*box)))) {
       box->setText(*answer);
     }
   }

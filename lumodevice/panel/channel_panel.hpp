@@ -1,9 +1,9 @@
 #pragma once
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/link_state.hpp"
 #include "lumodevice/panel/modes.hpp"
-#include "lumodevice/panel/setting_commands.hpp"
+#include "lumodevice/panel/tagged_commands.hpp"
 
 namespace lumodevice::panel {
 
@@ -11,7 +11,14 @@ namespace lumodevice::panel {
 class ChannelPanel {
  public:
   /// Takes over cmbChannel.
-  ChannelPanel(link::Link& link, link::Exchange& exchange, SettingCommands& settings, Modes& modes);
+  ChannelPanel(form::Controls& form, link::LinkState& state, link::Exchange& exchange,
+               const TaggedCommands& commands, Modes& modes);
+
+  /// What an operator can use only with a link.
+  void showConnected() const;
+
+  /// The panel without a link: the first mode, empty read-outs, nothing to be switched.
+  void showUnconnected() const;
 
   /// Voltage range, switches, protections and their levels, in this order. An answer that does not
   /// fit leaves its control as it was. Controls that change raise their events between two queries.
@@ -23,9 +30,10 @@ class ChannelPanel {
  private:
   void select();
 
-  link::Link& link_;
+  form::Controls& form_;
+  link::LinkState& state_;
   link::Exchange& exchange_;
-  SettingCommands& settings_;
+  const TaggedCommands& commands_;
   Modes& modes_;
 };
 

@@ -62,10 +62,11 @@ std::array<toolkit::Frame*, 5> modeFrames(form::Controls& form) {
 
 }  // namespace
 
-Modes::Modes(link::Link& link, link::Exchange& exchange, SettingCommands& settings)
-    : link_(link), exchange_(exchange), settings_(settings) {
-  for (int i = 0; i < link_.form.optMode.count(); ++i) {
-    toolkit::handle(link_.form.optMode(i).click, [this, i] { click(i); });
+Modes::Modes(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
+             const TaggedCommands& commands)
+    : form_(form), state_(state), exchange_(exchange), commands_(commands) {
+  for (int i = 0; i < form_.optMode.count(); ++i) {
+    toolkit::handle(form_.optMode(i).click, [this, i] { click(i); });
   }
 }
 
@@ -75,7 +76,7 @@ void Modes::ModeReadBack() {
     return;
   }
   const int mode = modeOf(*answer);
-  toolkit::OptionButton& option = link_.form.optMode(mode == kNoBox ? kCcHigh : mode);
+  toolkit::OptionButton& option = form_.optMode(mode == kNoBox ? kCcHigh : mode);
   if (!option.value()) {
     option.setValue(true);
   } else if (mode == kCv) {
@@ -86,25 +87,24 @@ void Modes::ModeReadBack() {
 }
 
 void Modes::click(int mode) {
-  form::Controls& form = link_.form;
   const Mode& chosen = modeAt(mode);
-  const auto frames = modeFrames(form);
+  const auto frames = modeFrames(form_);
   for (toolkit::Frame* frame : frames) {
     frame->setVisible(false);
     frame->setEnabled(false);
   }
-  if (!isGroupChannel() && link_.connected()) {
-    exchange_.runCommand(settings_.prefix(form.optMode(mode)));
+  if (!isGroupChannel() && state_.connected()) {
+    exchange_.runCommand(commands_.prefix(form_.optMode(mode)));
   }
   toolkit::Frame& frame = *frames.at(static_cast<std::size_t>(chosen.frame));
   frame.setVisible(true);
-  frame.setEnabled(link_.connected());
+  frame.setEnabled(state_.connected());
   frame.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
   if (chosen.bValueBox != kNoBox) {
-    const std::string_view channel = form.cmbChannel.text();
+    const std::string_view channel = form_.cmbChannel.text();
     const bool half = channel.ends_with('L') || channel.ends_with('R');
-    form.txtInput(chosen.bValueBox).setEnabled(!half);
-    form.cmdSet(chosen.bValueBox).setEnabled(!half);
+    form_.txtInput(chosen.bValueBox).setEnabled(!half);
+    form_.cmdSet(chosen.bValueBox).setEnabled(!half);
   }
   if (mode == kCv && isGroupChannel()) {
     return;
@@ -114,14 +114,14 @@ void Modes::click(int mode) {
 }
 
 void Modes::ModeFieldsReadBack(int mode) {
-  if (!link_.connected()) {
+  if (!state_.connected()) {
     return;
   }
   const Mode& chosen = modeAt(mode);
   for (int i = chosen.firstBox; i <= chosen.lastBox; ++i) {
-    toolkit::TextBox& box = link_.form.txtInput(i);
+    toolkit::TextBox& box = form_.txtInput(i);
     if (box.enabled() || !chosen.onlyEnabledBoxes) {
-      settings_.readBack(box);
+      commands_.readBack(box);
     }
   }
   if (mode == kCv) {
@@ -130,21 +130,21 @@ void Modes::ModeFieldsReadBack(int mode) {
 }
 
 void Modes::readCvResponse() {
-  toolkit::ComboBox& speed = link_.form.cmbCVFreq;
-  const auto answer = exchange_.ask(settings_.query(speed));
+  toolkit::ComboBox& speed = form_.cmbCVFreq;
+  const auto answer = exchange_.ask(commands_.query(speed));
   if (answer == "0" || answer == "1") {
     attempt([&] { speed.setListIndex(answer == "1" ? 1 : 0); });
   }
 }
 
 void Modes::tagGoNogoBoxes() const {
-  const bool cv = link_.form.optMode(kCv).value();
-  link_.form.txtInput(kGoNogoHighBox).setTag(cv ? "42" : "38");
-  link_.form.txtInput(kGoNogoLowBox).setTag(cv ? "43" : "39");
+  const bool cv = form_.optMode(kCv).value();
+  form_.txtInput(kGoNogoHighBox).setTag(cv ? "42" : "38");
+  form_.txtInput(kGoNogoLowBox).setTag(cv ? "43" : "39");
 }
 
 bool Modes::isGroupChannel() const {
-  const std::string_view channel = link_.form.cmbChannel.text();
+  const std::string_view channel = form_.cmbChannel.text();
   return channel.ends_with("G1") || channel.ends_with("G2");
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
-#include "lumodevice/panel/setting_commands.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/panel/tagged_commands.hpp"
 
 namespace lumodevice::panel {
 
@@ -10,7 +10,8 @@ namespace lumodevice::panel {
 class Modes {
  public:
   /// Takes over optMode.
-  Modes(link::Link& link, link::Exchange& exchange, SettingCommands& settings);
+  Modes(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
+        const TaggedCommands& commands);
 
   /// Asks the instrument for its mode and selects the option of it. The two CR dynamic answers
   /// select the option of the other one, which sends its own mode command.
@@ -27,9 +28,10 @@ class Modes {
   [[nodiscard]] bool isGroupChannel() const;
   void readCvResponse();
 
-  link::Link& link_;
+  form::Controls& form_;
+  const link::LinkState& state_;
   link::Exchange& exchange_;
-  SettingCommands& settings_;
+  const TaggedCommands& commands_;
 };
 
 }  // namespace lumodevice::panel

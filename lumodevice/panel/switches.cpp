@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/panel/setting_buttons.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::panel {
@@ -57,30 +58,31 @@ void onClick(Control& control, const std::function<void()>& handler) {
 
 }  // namespace
 
-Switches::Switches(link::Link& link, link::Exchange& exchange, SettingCommands& settings)
-    : link_(link), exchange_(exchange), settings_(settings) {
+Switches::Switches(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
+                   const TaggedCommands& commands)
+    : form_(form), state_(state), exchange_(exchange), commands_(commands) {
   for (const Switch& row : kSwitches) {
-    auto& control = link_.form.surface().get<Control>(row.control);
+    auto& control = form_.surface().get<Control>(row.control);
     onClick(control, [this, &row, &control] {
       const auto value = row.value(control);
       if (value && panelLoaded()) {
-        exchange_.runCommand(settings_.prefix(control) + *value);
+        exchange_.runCommand(commands_.prefix(control) + *value);
       }
     });
   }
-  toolkit::handle(link_.form.chkUVP.click, [this] { switchUvp(); });
+  toolkit::handle(form_.chkUVP.click, [this] { switchUvp(); });
 }
 
 bool Switches::panelLoaded() const {
-  return link_.connected() &&
-         (link_.panelState == link::kLoadedAutoQuery || link_.panelState == link::kLoaded);
+  return state_.connected() &&
+         (state_.panelState() == link::kLoadedAutoQuery || state_.panelState() == link::kLoaded);
 }
 
 /// Unlike the others, UVP has a level for a state, and looks at the link alone.
 void Switches::switchUvp() {
-  if (link_.form.chkUVP.value() == CheckBox::kTicked) {
-    link_.form.cmdSet(kUvpBox).click.raise();
-  } else if (link_.connected()) {
+  if (form_.chkUVP.value() == CheckBox::kTicked) {
+    form_.cmdSet(kUvpBox).click.raise();
+  } else if (state_.connected()) {
     exchange_.runCommand(":CONF:PROT:UVP:LEV MIN");
   }
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
-#include "lumodevice/panel/setting_commands.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/panel/tagged_commands.hpp"
 
 namespace lumodevice::panel {
 
@@ -11,15 +11,17 @@ namespace lumodevice::panel {
 class Switches {
  public:
   /// Takes over chkOCP, chkOVP, chkGoNogo, chkVON, chkLoad, chkUVP, cmbCVFreq and cmbVolRange.
-  Switches(link::Link& link, link::Exchange& exchange, SettingCommands& settings);
+  Switches(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
+           const TaggedCommands& commands);
 
  private:
   void switchUvp();
   [[nodiscard]] bool panelLoaded() const;
 
-  link::Link& link_;
+  form::Controls& form_;
+  const link::LinkState& state_;
   link::Exchange& exchange_;
-  SettingCommands& settings_;
+  const TaggedCommands& commands_;
 };
 
 }  // namespace lumodevice::panel

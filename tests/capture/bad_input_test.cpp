@@ -112,8 +112,9 @@ struct BadVisaAnswers : testing::Test {
   BadVisaAnswers() {
     parts.form.optVisa2.setValue(true);
     parts.form.cmbVISARes.setText("USB0::1::INSTR");
-    parts.link.devZAN = com.createFormattedIO488();
-    parts.link.devZAN->setIO(com.createResourceManager()->Open("USB0::1::INSTR", 0, 2000, ""));
+    parts.links.visaCom.setDevZAN(com.createFormattedIO488());
+    parts.links.visaCom.devZAN()->setIO(
+        com.createResourceManager()->Open("USB0::1::INSTR", 0, 2000, ""));
     parts.putFile("other", "");
   }
 

@@ -96,17 +96,16 @@ TEST_F(CaptureButtons, TheHourAndItsKinHaveTwoDigits) {
     }
   };
   Morning clock;
-  Host host = parts.bench.host();
-  link::Link link(form, {.loop = host.loop,
-                         .visa = host.visa,
-                         .visaCom = host.visaCom,
-                         .serialDevices = host.serialDevices,
-                         .drive = host.drive,
-                         .wallClock = clock,
-                         .informationBox = host.informationBox});
+  const Host& bench = parts.host;
+  const Host host{.loop = bench.loop,
+                  .visa = bench.visa,
+                  .visaCom = bench.visaCom,
+                  .serialDevices = bench.serialDevices,
+                  .drive = bench.drive,
+                  .wallClock = clock,
+                  .informationBox = bench.informationBox};
   openVisaCom();
-  link.devZAN = parts.link.devZAN;
-  ScreenCapture capture(link, parts.files);
+  ScreenCapture capture(host, form, parts.waits, parts.links, parts.files);
   capture.GetBitmap();
   EXPECT_TRUE(parts.bench.drive.fileExists("c:\\temp\\ZAN010203.bmp"));
 }
@@ -314,9 +313,9 @@ TEST_F(ClickInsideACapture, TransfersThatTakeEachOthersAnswersSaveNothing) {
 TEST_F(ClickInsideACapture, ClosingThePortEndsTheCapture) {
   parts.putFile("DispOutD.dat", "old");
   for (toolkit::CommandButton* const outer : {&form.cmdGetBMPFile, &form.cmdGetCTRLScrn}) {
-    parts.link.closeSerialPort();
+    parts.links.serial.close();
     parts.useSerial();
-    toolkit::handle(form.Command2.click, [this] { parts.link.closeSerialPort(); });
+    toolkit::handle(form.Command2.click, [this] { parts.links.serial.close(); });
     clickInside(*outer, form.Command2);
     EXPECT_EQ(parts.file("DispOutD.dat"), "old");
     EXPECT_NO_THROW((void)parts.files.open("c:\\temp\\x"));

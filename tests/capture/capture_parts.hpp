@@ -29,9 +29,9 @@ struct CaptureParts : link::LinkParts, private toolkit::View {
   /// The journal without the bytes that came in and without the passes of the timers.
   std::string journal();
 
-  files::WorkingFiles files{bench.drive};
-  files::MemoryFiles memoryFiles{link, files};
-  ScreenCapture capture{link, files};
+  transfer::WorkingFiles files{bench.drive};
+  files::MemoryFiles memoryFiles{form, waits, links, files};
+  ScreenCapture capture{host, form, waits, links, files};
 
  private:
   void changed(const toolkit::Control& control, toolkit::Property property, int item) override;

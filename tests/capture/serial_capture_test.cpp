@@ -230,7 +230,7 @@ TEST_F(SerialCapture, APortThatFailsWhileItIsReadEndsTheCapture) {
 }
 
 TEST_F(SerialCapture, AClosedPortIsAFailure) {
-  parts.link.MSComm1.setPortOpen(false);
+  parts.MSComm1.setPortOpen(false);
   EXPECT_FALSE(parts.capture.CaptureScreenSerial(kBitmap, ScreenCapture::kColourBitmap));
   EXPECT_EQ(parts.file("Screen.bmp"), "missing");
 }

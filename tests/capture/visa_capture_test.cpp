@@ -138,10 +138,10 @@ TEST_F(VisaCapture, AnAnswerThatDoesNotComeEndsItAfterTheTimeout) {
 }
 
 TEST_F(VisaCapture, WithoutASessionOrAnObjectNothingHappens) {
-  parts.link.devZAN->setIO(nullptr);
+  parts.links.visaCom.devZAN()->setIO(nullptr);
   parts.journal();
   EXPECT_FALSE(get(kBitmap, ScreenCapture::kColourBitmap));
-  parts.link.devZAN.reset();
+  parts.links.visaCom.setDevZAN(nullptr);
   EXPECT_FALSE(get(kBitmap, ScreenCapture::kRawDump));
   EXPECT_EQ(parts.journal(), "");
 }

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "lumodevice/files/block.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/transfer/block.hpp"
 #include "tests/files/file_parts.hpp"
 #include "tests/files/measured_memory.hpp"
 #include "tests/io/answering_visa.hpp"
@@ -23,7 +23,7 @@ INSTANTIATE_TEST_SUITE_P(Claims, ClaimedLength, testing::ValuesIn(kClaims));
 
 TEST(ClaimedLengths, areMeasured) {
   (void)takeLargestRequest();
-  const Bytes bytes(2 * kReserve);
+  const transfer::Bytes bytes(2 * kReserve);
   EXPECT_EQ(takeLargestRequest(), bytes.size());
 }
 
@@ -32,8 +32,8 @@ TEST_P(ClaimedLength, setsNoMemoryAsideOverVisa) {
     io::AnsweringVisa library;
     io::VisaComOverVisa com(library);
     form.cmbVISARes.setText(kUsb);
-    link.devZAN = com.createFormattedIO488();
-    link.devZAN->setIO(com.createResourceManager()->Open(kUsb, 0, 2000, ""));
+    links.visaCom.setDevZAN(com.createFormattedIO488());
+    links.visaCom.devZAN()->setIO(com.createResourceManager()->Open(kUsb, 0, 2000, ""));
     library.answers = {{GetParam(), end}};
     (void)takeLargestRequest();
     memory.GetSequence();
@@ -43,7 +43,7 @@ TEST_P(ClaimedLength, setsNoMemoryAsideOverVisa) {
     EXPECT_LE(takeLargestRequest(), kReserve);
     EXPECT_FALSE(exists(kSequenceFile));
     EXPECT_FALSE(exists(kPresetFile));
-    link.devZAN = nullptr;
+    links.visaCom.setDevZAN(nullptr);
   }
 }
 
@@ -62,8 +62,8 @@ TEST_P(ClaimedLength, setsNoMemoryAsideOverSerial) {
 
 TEST_P(ClaimedLength, setsNoMemoryAsideInAnAssembler) {
   (void)takeLargestRequest();
-  BlockAssembler block;
-  EXPECT_NE(block.add(GetParam()), BlockAssembler::State::Complete);
+  transfer::BlockAssembler block;
+  EXPECT_NE(block.add(GetParam()), transfer::BlockAssembler::State::Complete);
   EXPECT_LE(takeLargestRequest(), kReserve);
 }
 

@@ -4,31 +4,18 @@
 #include <string_view>
 
 #include "lumodevice/files/memory_files.hpp"
-#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 #include "tests/link/link_parts.hpp"
+#include "tests/transfer/blocks.hpp"
 
 namespace lumodevice::files {
 
+using transfer::blockOf;
+using transfer::bytesOf;
+using transfer::pattern;
+
 inline constexpr const char* kGpib = "GPIB0::7::INSTR";
 inline constexpr const char* kUsb = "USB0::0x5A41::0x0200::A1::INSTR";
-
-[[nodiscard]] inline Bytes bytesOf(std::string_view text) {
-  return {text.begin(), text.end()};
-}
-
-/// Bytes of every kind, never two neighbours alike: "#", CR, LF and NUL among them.
-[[nodiscard]] inline std::string pattern(std::size_t size) {
-  std::string bytes;
-  for (std::size_t i = 0; i < size; ++i) {
-    bytes += static_cast<char>((i * 37 + i / 256) & 0xFF);
-  }
-  return bytes;
-}
-
-[[nodiscard]] inline std::string blockOf(std::string_view data) {
-  const std::string length = std::to_string(data.size());
-  return "#" + std::to_string(length.size()) + length + std::string(data) + '\n';
-}
 
 /// The memory files on a link of their own, with its input mode and its session at hand. The folder
 /// "C:\temp" is there.
@@ -40,15 +27,15 @@ struct FileParts : link::LinkParts {
 
   [[nodiscard]] bool exists(std::string_view path) const { return bench.drive.fileExists(path); }
   [[nodiscard]] std::string content(std::string_view path) {
-    const Bytes& bytes = bench.drive.content(path);
+    const transfer::Bytes& bytes = bench.drive.content(path);
     return {bytes.begin(), bytes.end()};
   }
   void put(std::string_view path, std::string_view bytes) {
     bench.drive.content(path) = bytesOf(bytes);
   }
 
-  WorkingFiles workingFiles{bench.drive};
-  MemoryFiles memory{link, workingFiles};
+  transfer::WorkingFiles workingFiles{bench.drive};
+  MemoryFiles memory{form, waits, links, workingFiles};
 };
 
 inline constexpr const char* kSequenceFile = "c:\\temp\\ZANSeq.a";

@@ -17,8 +17,8 @@ struct FormattedParts : FileParts {
     form.optVisa2.setValue(true);
     form.cmbVISARes.setText(resource);
     form.txtVISATimeout.setText("750");
-    link.devZAN = com.createFormattedIO488();
-    link.devZAN->setIO(com.createResourceManager()->Open(resource, 0, 2000, ""));
+    links.visaCom.setDevZAN(com.createFormattedIO488());
+    links.visaCom.devZAN()->setIO(com.createResourceManager()->Open(resource, 0, 2000, ""));
     put(kUploadFile, pattern(5580));
     put(kPresetFile, pattern(892));
     put(kMarkerFile, "");

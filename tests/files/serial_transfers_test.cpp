@@ -280,7 +280,7 @@ INSTANTIATE_TEST_SUITE_P(All, SerialOperation, testing::ValuesIn(kOperations),
                          [](const auto& each) { return std::string(each.param.name); });
 
 TEST_F(SerialTransfer, overAClosedPortEndsAtOnce) {
-  link.MSComm1.setPortOpen(false);
+  MSComm1.setPortOpen(false);
   bench.journal();
   put(kUploadFile, "x");
   put(kPresetFile, "x");
@@ -293,7 +293,7 @@ TEST_F(SerialTransfer, overAClosedPortEndsAtOnce) {
 
 TEST_F(SerialTransfer, whosePortIsClosedInItsWaitEnds) {
   bench.instrument.on(":MEM:FILE:SEQ?", "#15hello\n");
-  bench.loop.onPass = [this] { link.MSComm1.setPortOpen(false); };
+  bench.loop.onPass = [this] { MSComm1.setPortOpen(false); };
   memory.GetSequence();
   EXPECT_FALSE(exists(kSequenceFile));
   EXPECT_EQ(bench.journal({"box"}), "");

@@ -36,11 +36,12 @@ TEST(ParseIdentity, splitsTheAnswerAtItsCommasAndTheVersionAtItsDots) {
            Identity{"ZAN", "", "", "", "", {"", "", ""}},
            Identity{"", "", "", "", "", {"", "", ""}},
        }) {
-    LinkParts parts;
-    parts.link.identityFields = {"old", "old", "old", "old", {"old", "old", "old"}};
-    parts.link.identity = row.answer;
-    parts.channels.ParseIdentity();
-    const link::IdentityFields& fields = parts.link.identityFields;
+    link::Identity identity;
+    identity.setAnswer("old,old,old,old.old.old");
+    identity.ParseIdentity();
+    identity.setAnswer(row.answer);
+    identity.ParseIdentity();
+    const link::IdentityFields& fields = identity.fields();
     EXPECT_EQ(fields.maker, row.maker) << row.answer;
     EXPECT_EQ(fields.model, row.model) << row.answer;
     EXPECT_EQ(fields.serialNumber, row.serialNumber) << row.answer;
@@ -182,9 +183,9 @@ TEST(ChannelList, isRefreshedByTheGroupEditorWhenTheVersionHasAThirdPart) {
            {"1.2", 0}, {"1.2.", 0}, {"1.2.3", 1}, {"1.2.3.4", 1}}) {
     LinkParts parts;
     int refreshed = 0;
-    parts.channels.refreshGroups = [&] { ++refreshed; };
-    parts.link.identity = std::string("LUMO,ZAN,A1,") + version;
-    parts.channels.ParseIdentity();
+    parts.channels.callbacks.refreshGroups = [&] { ++refreshed; };
+    parts.identity.setAnswer(std::string("LUMO,ZAN,A1,") + version);
+    parts.identity.ParseIdentity();
     parts.form.txtReturn.setText("ZAN");
     parts.channels.RefreshChannelList();
     EXPECT_EQ(refreshed, asked) << version;
@@ -194,11 +195,13 @@ TEST(ChannelList, isRefreshedByTheGroupEditorWhenTheVersionHasAThirdPart) {
 
 TEST(ChannelList, aThirdVersionPartIsScannedAsSingleChannelsWithoutAGroupEditor) {
   LinkParts parts;
-  parts.link.identityFields.versionParts = {"1", "2", "3"};
+  parts.identity.setAnswer("LUMO,ZAN,A1,1.2.3");
+  parts.identity.ParseIdentity();
   parts.form.txtReturn.setText("ZAN");
-  parts.form.List1.addItem("old");
+  int forgotten = 0;
+  parts.channels.callbacks.forgetFreeChannels = [&] { ++forgotten; };
   parts.channels.RefreshChannelList();
-  EXPECT_EQ(parts.form.List1.listCount(), 0);
+  EXPECT_EQ(forgotten, 1);
 }
 
 TEST(ChannelList, isOnlyEmptiedWhenTheAnswerIsNotOneOfOurs) {
@@ -207,29 +210,32 @@ TEST(ChannelList, isOnlyEmptiedWhenTheAnswerIsNotOneOfOurs) {
   parts.form.txtReturn.setText("zan");
   parts.channels.RefreshChannelList();
   EXPECT_EQ(parts.form.cmbChannel.listCount(), 0);
-  EXPECT_EQ(parts.link.panelState, link::kConnected);
+  EXPECT_EQ(parts.state.panelState(), link::kConnected);
   EXPECT_EQ(parts.bench.journal(), "");
 }
 
 TEST(ConnectResult, aGoodOneEnablesTheConsoleAndRefreshesTheList) {
   LinkParts parts;
-  parts.channels.NotConnect();
+  int shown = 0;
+  parts.channels.callbacks.showConnected = [&] { ++shown; };
   parts.form.txtReturn.setText("ZAN");
-  parts.link.linkName = link::kGpib;
+  parts.state.setLinkName(link::kGpib);
   parts.channels.ApplyConnectResult(true);
   EXPECT_TRUE(parts.form.cmdSendCmd.enabled());
-  EXPECT_TRUE(parts.form.fraOverChk.enabled());
-  EXPECT_EQ(parts.link.panelState, link::kConnected);
+  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(parts.state.panelState(), link::kConnected);
   EXPECT_EQ(parts.form.cmbChannel.text(), "CH1");
 }
 
 TEST(ConnectResult, aBadOneDisablesTheConsoleAndTakesTheUnconnectedLook) {
   LinkParts parts;
+  int shown = 0;
+  parts.channels.callbacks.showUnconnected = [&] { ++shown; };
   parts.form.cmdSendCmd.setEnabled(true);
   parts.channels.ApplyConnectResult(false);
   EXPECT_FALSE(parts.form.cmdSendCmd.enabled());
-  EXPECT_FALSE(parts.form.fraOverChk.enabled());
-  EXPECT_EQ(parts.link.panelState, link::kNotConnected);
+  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(parts.state.panelState(), link::kNotConnected);
   EXPECT_EQ(parts.bench.journal(), "");
 }
 

@@ -121,26 +121,31 @@ TEST(SerialExchange, aChannelSelectedWhileAReadingIsOnItsWayReadsItsOwnMode) {
 TEST(SerialExchange, writingALineEndsTheWaitForAnAnswer) {
   link::LinkParts parts;
   parts.bench.serial.ports[1];
-  parts.link.MSComm1.setPortOpen(true);
-  parts.link.answerPending = true;
+  parts.MSComm1.setPortOpen(true);
+  parts.links.serial.expectAnswer();
   parts.exchange.SerialWriteLine("abc");
-  EXPECT_FALSE(parts.link.answerPending);
+  EXPECT_FALSE(parts.links.serial.answerPending());
   EXPECT_EQ(parts.bench.journal({"COM1 write"}), lines({"COM1 write abc\\n"}));
 }
 
-TEST(SerialExchange, readingGivesAllThatWaitsOrNothing) {
+TEST(SerialExchange, takesWhatHasArrivedWhileAnAnswerIsPending) {
   link::LinkParts parts;
   parts.bench.serial.ports[1];
-  parts.link.MSComm1.setPortOpen(true);
-  EXPECT_EQ(parts.exchange.SerialReadInput(), "");
+  parts.MSComm1.setPortOpen(true);
+  link::SerialLink& serial = parts.links.serial;
   parts.bench.serial.say(1, answer("12"));
-  EXPECT_EQ(parts.exchange.SerialReadInput(), "12");
-  EXPECT_EQ(parts.exchange.SerialReadInput(), "");
+  serial.receive();
+  EXPECT_EQ(serial.receiveBuffer(), "") << "no answer is pending";
+  serial.expectAnswer();
+  serial.receive();
+  serial.receive();
+  EXPECT_EQ(serial.receiveBuffer(), "12");
+  EXPECT_EQ(serial.pollCount(), 1) << "a poll that finds nothing does not count";
 }
 
 TEST(SerialExchange, overTheLinkNamedGpibNothingIsWrittenAndAQueryEndsInTheBox) {
   link::LinkParts parts;
-  parts.link.linkName = link::kGpib;
+  parts.state.setLinkName(link::kGpib);
   parts.form.cmdSendCmd.setEnabled(true);
   parts.exchange.runCommand(":MEAS?");
   EXPECT_EQ(parts.bench.journal(),

@@ -3,9 +3,12 @@
 #include "lumodevice/form/controls.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/exchange.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/identity.hpp"
+#include "lumodevice/link/link_state.hpp"
+#include "lumodevice/link/links.hpp"
 #include "lumodevice/link/serial_connection.hpp"
 #include "lumodevice/link/visa_connection.hpp"
+#include "lumodevice/link/waits.hpp"
 #include "tests/support/bench.hpp"
 
 namespace lumodevice::link {
@@ -22,32 +25,36 @@ struct LinkParts {
   void useSerial() {
     bench.serial.ports[3].instrument = &bench.instrument;
     form.optConnRS232.setValue(true);
-    link.MSComm1.setCommPort(3);
-    link.MSComm1.setSettings("38400");
-    link.MSComm1.setPortOpen(true);
+    MSComm1.setCommPort(3);
+    MSComm1.setSettings("38400");
+    MSComm1.setPortOpen(true);
     bench.journal();
   }
   void useVisaCom(const char* resource) {
     bench.visaCom.instruments = {{resource, &bench.instrument}};
     form.optVisa2.setValue(true);
     form.cmbVISARes.setText(resource);
-    link.devZAN = bench.visaCom.createFormattedIO488();
-    link.devZAN->setIO(bench.visaCom.createResourceManager()->Open(resource, 0, 2000, ""));
+    links.visaCom.open(resource);
     bench.journal();
   }
 
   /// Whether the serial port is in binary mode.
   [[nodiscard]] bool binary() const {
-    return link.MSComm1.InputMode() == io::SerialPort::InputModes::Binary;
+    return MSComm1.InputMode() == io::SerialPort::InputModes::Binary;
   }
 
   support::Bench bench;
+  Host host = bench.host();
   form::Controls form{bench.loop};
-  Link link{form, bench.host()};
-  Exchange exchange{link};
-  ChannelList channels{link, exchange};
-  VisaConnection visa{link, channels};
-  SerialConnection serial{link, channels};
+  LinkState state{form};
+  Waits waits{host, form.Text5};
+  Links links{form, host};
+  io::SerialPort& MSComm1 = links.serial.MSComm1;
+  Identity identity;
+  Exchange exchange{host, form, waits, state, links};
+  ChannelList channels{form, waits, state, identity, exchange};
+  VisaConnection visa{form, state, identity, links, channels};
+  SerialConnection serial{form, waits, state, identity, links, channels};
 };
 
 }  // namespace lumodevice::link

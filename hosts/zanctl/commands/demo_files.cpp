@@ -6,7 +6,7 @@
 #include "hosts/zanctl/output/picture_files.hpp"
 #include "hosts/zanctl/output/preview.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
-#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
 namespace zanctl {
 
@@ -52,7 +52,7 @@ bool showScreen(Station& station, const Options& options) {
   }
   const std::string place = folder.place("ZAN.bmp").string();
   const std::string bitmap = contentOf(station, place);
-  const Picture picture = Picture::fromBitmap(lumodevice::files::asBytes(bitmap));
+  const Picture picture = Picture::fromBitmap(lumodevice::transfer::asBytes(bitmap));
   if (options.trueColour && output.isTerminal()) {
     output.write(preview(picture, kPreviewStep, "  "));
   }

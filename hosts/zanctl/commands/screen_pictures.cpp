@@ -8,16 +8,16 @@
 #include "hosts/zanctl/output/picture_files.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/capture/display_dump.hpp"
-#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
 namespace zanctl {
 
 namespace {
 
 using lumodevice::capture::DisplayDump;
-using lumodevice::files::asBytes;
-using lumodevice::files::asText;
 using lumodevice::toolkit::Picture;
+using lumodevice::transfer::asBytes;
+using lumodevice::transfer::asText;
 
 constexpr std::string_view kBitmap = "ZAN.bmp";
 /// What stands before a dump that was saved over the serial port.

@@ -1,12 +1,12 @@
-#include "lumodevice/files/block.hpp"
+#include "lumodevice/transfer/block.hpp"
 
 #include <gtest/gtest.h>
 #include <random>
 
 #include "lumodevice/text/text.hpp"
-#include "tests/files/file_parts.hpp"
+#include "tests/transfer/blocks.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 namespace {
 
 struct HeaderCase {
@@ -133,4 +133,4 @@ TEST(BlockAssembler, agreesWithItselfOverRandomBlocksInRandomPieces) {
 }
 
 }  // namespace
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

@@ -1,13 +1,14 @@
-#include "lumodevice/files/block_session.hpp"
+#include "lumodevice/transfer/block_session.hpp"
 
 #include <string>
 
 #include "lumodevice/text/text.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 
-BlockSession::BlockSession(link::Link& link, End end) : link_(link), end_(end) {
-  if (!text::contains(link_.form.cmbVISARes.text(), "GPIB")) {
+BlockSession::BlockSession(link::VisaComLink& link, std::string_view resource, End end)
+    : link_(link), end_(end) {
+  if (!text::contains(resource, "GPIB")) {
     session_ = link_.session();
   }
 }
@@ -44,4 +45,4 @@ void BlockSession::restore() {
   }
 }
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

@@ -1,10 +1,10 @@
-#include "lumodevice/files/block.hpp"
+#include "lumodevice/transfer/block.hpp"
 
 #include <algorithm>
 
 #include "lumodevice/text/text.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 
 namespace {
 
@@ -103,4 +103,4 @@ std::optional<std::string_view> BlockAssembler::data() const {
   return std::string_view(bytes_).substr(progress_.headerSize, progress_.dataSize);
 }
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

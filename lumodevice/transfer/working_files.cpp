@@ -1,6 +1,6 @@
-#include "lumodevice/files/working_files.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 
 namespace {
 
@@ -40,4 +40,4 @@ void WorkingFiles::read(std::string_view path, std::span<std::uint8_t> data) {
   open(path).get(data);
 }
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

@@ -5,10 +5,10 @@
 #include <span>
 #include <string_view>
 
-#include "lumodevice/files/working_files.hpp"
-#include "lumodevice/link/link.hpp"
+#include "lumodevice/link/visa_com_link.hpp"
+#include "lumodevice/transfer/working_files.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 
 /// Block transfer over the VISA COM object. A resource that is no GPIB one has its serial end modes
 /// switched for the transfer, because a terminator inside the data would end it; they are switched
@@ -20,7 +20,8 @@ class BlockSession {
   enum class End { Reading, Writing };
 
   /// Fetches the session of a resource that needs it.
-  BlockSession(link::Link& link, End end);
+  /// `resource` is the text of cmbVISARes.
+  BlockSession(link::VisaComLink& link, std::string_view resource, End end);
 
   /// Switches the termination character and the serial end mode off.
   void begin();
@@ -37,7 +38,7 @@ class BlockSession {
  private:
   void setEndMode(int mode);
 
-  link::Link& link_;
+  link::VisaComLink& link_;
   End end_;
   std::shared_ptr<io::MessageSession> session_;  ///< null for a GPIB resource
 };
@@ -45,4 +46,4 @@ class BlockSession {
 /// An answer of fewer bytes is none: nothing is written, and the session stays as it is.
 inline constexpr std::size_t kLeastBlock = 2;
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

@@ -8,8 +8,9 @@
 
 #include "lumodevice/text/fault.hpp"
 
-/// The instrument's memory files on their way to disk and back.
-namespace lumodevice::files {
+/// What memory files and screen captures share: definite-length blocks, the way they go over a
+/// link, and the files that they end in.
+namespace lumodevice::transfer {
 
 /// An answer that does not hold the block which it promises (number 9, subscript out of range).
 class BlockFault : public Fault {
@@ -69,4 +70,4 @@ class BlockAssembler {
   BlockProgress progress_;
 };
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

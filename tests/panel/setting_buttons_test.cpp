@@ -1,4 +1,4 @@
-#include "lumodevice/panel/setting_commands.hpp"
+#include "lumodevice/panel/setting_buttons.hpp"
 
 #include <array>
 #include <gtest/gtest.h>

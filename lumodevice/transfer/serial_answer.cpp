@@ -1,11 +1,11 @@
-#include "lumodevice/files/serial_answer.hpp"
+#include "lumodevice/transfer/serial_answer.hpp"
 
 #include <algorithm>
 #include <limits>
 
-#include "lumodevice/files/block.hpp"
+#include "lumodevice/transfer/block.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 
 namespace {
 
@@ -39,12 +39,13 @@ bool isUnfinished(std::string_view answer) {
 
 }  // namespace
 
-void readOn(link::Link& link, const std::function<bool(std::string_view piece)>& takes) {
+void readOn(link::Waits& waits, io::SerialPort& port,
+            const std::function<bool(std::string_view piece)>& takes) {
   int silence = 0;
   for (int waited = 0; silence < kLongestSilence && waited < kLongestReading;
        waited += kPieceWait) {
-    link.pause(kPieceWait);
-    const std::string piece = link.MSComm1.Input();
+    waits.pause(kPieceWait);
+    const std::string piece = port.Input();
     silence = piece.empty() ? silence + kPieceWait : 0;
     if (!takes(piece)) {
       return;
@@ -52,12 +53,12 @@ void readOn(link::Link& link, const std::function<bool(std::string_view piece)>&
   }
 }
 
-std::string answerAfter(link::Link& link, double milliseconds) {
-  link.pause(milliseconds);
-  std::string answer = link.MSComm1.Input();
+std::string answerAfter(link::Waits& waits, io::SerialPort& port, double milliseconds) {
+  waits.pause(milliseconds);
+  std::string answer = port.Input();
   if (isUnfinished(answer)) {
     // What follows a block at once belongs to the answer too: its line end, a further answer.
-    readOn(link, [&](std::string_view piece) {
+    readOn(waits, port, [&](std::string_view piece) {
       answer.append(piece);
       return answer.size() < kLargestAnswer && (isUnfinished(answer) || !piece.empty());
     });
@@ -80,4 +81,4 @@ std::string_view withoutLineEnds(std::string_view answer) {
   return answer.substr(std::min(answer.find_first_not_of("\r\n"), answer.size()));
 }
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

@@ -5,7 +5,7 @@
 #include "lumodevice/toolkit/timer.hpp"
 #include "tests/support/panel_bench.hpp"
 
-namespace lumodevice::panel {
+namespace lumodevice::monitor {
 namespace {
 
 using support::PanelBench;
@@ -138,4 +138,4 @@ TEST(IntervalField, setsThePaceOfTheAutoQuery) {
 }
 
 }  // namespace
-}  // namespace lumodevice::panel
+}  // namespace lumodevice::monitor

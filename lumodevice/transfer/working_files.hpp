@@ -10,7 +10,7 @@
 #include "lumodevice/io/drive.hpp"
 #include "lumodevice/text/fault.hpp"
 
-namespace lumodevice::files {
+namespace lumodevice::transfer {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -66,4 +66,4 @@ class WorkingFiles {
   bool numberInUse_ = false;
 };
 
-}  // namespace lumodevice::files
+}  // namespace lumodevice::transfer

@@ -1,0 +1,60 @@
+#include "lumodevice/link/serial_link.hpp"
+
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice::link {
+
+namespace {
+
+constexpr std::string_view kTerminators = "\r\n";
+
+constexpr Manner kManner{.reads = 0,
+                         .unitsBeforeRead = 0,
+                         .unitsBeforeLongRead = 0,
+                         .unitsBeforeRepeat = 0,
+                         .millisecondsAfterQuery = 50,
+                         .answerEnd = AnswerEnd::OneTerminator,
+                         .logsCommands = true};
+
+}  // namespace
+
+const Manner& SerialLink::manner() const {
+  return kManner;
+}
+
+void SerialLink::close() {
+  if (MSComm1.PortOpen()) {
+    MSComm1.setPortOpen(false);
+    forgetAnswer();
+  }
+}
+
+void SerialLink::write(const std::string& line) {
+  MSComm1.Output(line);
+  answerPending_ = false;
+}
+
+void SerialLink::expectAnswer() {
+  timer_.setEnabled(true);
+  answerPending_ = true;
+}
+
+void SerialLink::receive() {
+  if (answerPending_ && MSComm1.InBufferCount() != 0) {
+    receiveBuffer_ += SerialReadInput();
+    pollCount_ = text::add16(pollCount_, 1);
+  }
+}
+
+bool SerialLink::answerComplete() const {
+  return receiveBuffer_.find_first_of(kTerminators) != std::string::npos &&
+         pollCount_ <= kMostPolls && answerPending_;
+}
+
+void SerialLink::forgetAnswer() {
+  answerPending_ = false;
+  receiveBuffer_.clear();
+  pollCount_ = 0;
+}
+
+}  // namespace lumodevice::link

@@ -1,0 +1,63 @@
+#include "lumodevice/link/visa_com_link.hpp"
+
+#include "lumodevice/io/visa.hpp"
+#include "lumodevice/text/text.hpp"
+
+namespace lumodevice::link {
+
+namespace {
+
+constexpr int kObjectNotSet = 91;
+constexpr std::int32_t kOpenTimeout = 2000;  // milliseconds
+
+constexpr Manner kManner{.reads = 2,
+                         .unitsBeforeRead = 1,
+                         .unitsBeforeLongRead = 5,
+                         .unitsBeforeRepeat = 1,
+                         .millisecondsAfterQuery = 0,
+                         .answerEnd = AnswerEnd::OneTerminator,
+                         .logsCommands = false};
+
+}  // namespace
+
+io::FormattedIO488& VisaComLink::device() const {
+  if (!devZAN_) {
+    throw io::VisaComFault(kObjectNotSet, "no VISA COM instrument is open");
+  }
+  return *devZAN_;
+}
+
+std::shared_ptr<io::MessageSession> VisaComLink::session() const {
+  auto session = device().IO();
+  if (!session) {
+    throw io::VisaComFault(kObjectNotSet, "the formatted-I/O object has no session");
+  }
+  return session;
+}
+
+std::int32_t VisaComLink::chosenTimeout() const {
+  return text::toWhole32(text::Val(timeout_.text()));
+}
+
+void VisaComLink::open(const std::string& descriptor) {
+  manager_ = visaCom_.createResourceManager();
+  devZAN_ = visaCom_.createFormattedIO488();
+  devZAN_->setIO(
+      manager_->Open(descriptor, static_cast<std::int32_t>(io::VI_NO_LOCK), kOpenTimeout, ""));
+}
+
+void VisaComLink::close() {
+  devZAN_.reset();
+  manager_.reset();
+}
+
+const Manner& VisaComLink::manner() const {
+  return kManner;
+}
+
+void VisaComLink::write(const std::string& line) {
+  attempt([&] { session()->setTimeout(chosenTimeout()); });
+  device().WriteString(line, true);
+}
+
+}  // namespace lumodevice::link

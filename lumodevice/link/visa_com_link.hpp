@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "lumodevice/form/controls.hpp"
+#include "lumodevice/io/visa_com.hpp"
+#include "lumodevice/link/transport.hpp"
+
+namespace lumodevice::link {
+
+/// The VISA COM objects as a link. The formatted-I/O object is the host's too (devZAN): it may take
+/// it or put another one, also null, at any time.
+class VisaComLink : public Transport {
+ public:
+  VisaComLink(const form::Controls& form, io::VisaCom& visaCom)
+      : timeout_(form.txtVISATimeout), visaCom_(visaCom) {}
+
+  [[nodiscard]] const std::shared_ptr<io::FormattedIO488>& devZAN() const { return devZAN_; }
+  void setDevZAN(std::shared_ptr<io::FormattedIO488> device) { devZAN_ = std::move(device); }
+
+  /// devZAN, where there is one; throws VisaComFault(91) otherwise, as session() does where it has
+  /// no session.
+  [[nodiscard]] io::FormattedIO488& device() const;
+  [[nodiscard]] std::shared_ptr<io::MessageSession> session() const;
+  /// The time-out that the operator chose, milliseconds. Throws text::NumberFault for one that does
+  /// not fit.
+  [[nodiscard]] std::int32_t chosenTimeout() const;
+
+  /// Makes both objects anew and opens a session, which ends with them. Throws io::VisaComFault;
+  /// the objects that were made by then stay.
+  void open(const std::string& descriptor);
+  /// Lets both objects go.
+  void close();
+
+  // For the exchange.
+  [[nodiscard]] const Manner& manner() const override;
+  /// With the chosen time-out, where the session takes it.
+  void write(const std::string& line) override;
+  [[nodiscard]] std::optional<std::string> read() override { return device().ReadString(); }
+
+ private:
+  const toolkit::TextBox& timeout_;
+  io::VisaCom& visaCom_;
+  std::shared_ptr<io::ResourceManager> manager_;
+  std::shared_ptr<io::FormattedIO488> devZAN_;
+};
+
+}  // namespace lumodevice::link

@@ -1,0 +1,101 @@
+#include "lumodevice/link/visa_library_link.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace lumodevice::link {
+
+namespace {
+
+constexpr std::size_t kAnswerSize = 80;
+/// Milliseconds that opening waits for a lock.
+constexpr std::uint32_t kOpenTimeout = 1;
+
+constexpr Manner kManner{.reads = 1,
+                         .unitsBeforeRead = 0,
+                         .unitsBeforeLongRead = 0,
+                         .unitsBeforeRepeat = 0,
+                         .millisecondsAfterQuery = 0,
+                         .answerEnd = AnswerEnd::LastByte,
+                         .logsCommands = false};
+
+}  // namespace
+
+bool VisaLibraryLink::openManager() {
+  status_ = visa_.viOpenDefaultRM(manager_);
+  return status_ >= 0;
+}
+
+bool VisaLibraryLink::find(const std::string& expression, std::uint32_t& count,
+                           std::string& descriptor) {
+  status_ = visa_.viFindRsrc(manager_, expression, findList_, count, descriptor);
+  return status_ >= 0;
+}
+
+bool VisaLibraryLink::findNext(std::string& descriptor) {
+  status_ = visa_.viFindNext(findList_, descriptor);
+  return status_ >= 0;
+}
+
+bool VisaLibraryLink::open(const std::string& descriptor) {
+  status_ = visa_.viOpen(manager_, descriptor, io::VI_EXCLUSIVE_LOCK, kOpenTimeout, session_);
+  return status_ >= 0;
+}
+
+std::string VisaLibraryLink::interfaceName() {
+  std::string name;
+  status_ = visa_.viGetAttribute(session_, io::VI_ATTR_INTF_INST_NAME, name);
+  return name;
+}
+
+void VisaLibraryLink::set(std::span<const Attribute> attributes) {
+  for (const auto& [attribute, value] : attributes) {
+    status_ = visa_.viSetAttribute(session_, attribute, value);
+  }
+}
+
+std::string VisaLibraryLink::ask(std::string_view query, std::size_t size) {
+  std::string answer(size, '\0');
+  std::uint32_t count = 0;
+  status_ = visa_.viWrite(session_, query, count);
+  count = 0;
+  status_ = visa_.viRead(session_, answer, count);
+  answer.resize(std::min<std::size_t>(count, size));
+  return answer;
+}
+
+void VisaLibraryLink::closeSearch() {
+  closeObject(findList_);
+  closeManager();
+}
+
+void VisaLibraryLink::close() {
+  closeSession();
+  closeSearch();
+}
+
+void VisaLibraryLink::closeObject(io::ViObject& handle) {
+  status_ = visa_.viClose(handle);
+  handle = 0;
+}
+
+const Manner& VisaLibraryLink::manner() const {
+  return kManner;
+}
+
+void VisaLibraryLink::write(const std::string& line) {
+  std::uint32_t count = 0;
+  status_ = visa_.viWrite(session_, line, count);
+}
+
+std::optional<std::string> VisaLibraryLink::read() {
+  std::array<char, kAnswerSize> buffer{};
+  std::uint32_t count = 0;
+  status_ = visa_.viRead(session_, buffer, count);
+  if (count == 0) {
+    return std::nullopt;
+  }
+  return std::string(buffer.data(), std::min<std::size_t>(count, buffer.size()));
+}
+
+}  // namespace lumodevice::link

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "lumodevice/io/visa.hpp"
+#include "lumodevice/link/transport.hpp"
+
+namespace lumodevice::link {
+
+/// The VISA library as a link: its handles, its status, and the calls that find, open and ask an
+/// instrument. Every call stores its status; what is closed is forgotten, for VISA may soon give
+/// the same number to somebody else's session.
+class VisaLibraryLink : public Transport {
+ public:
+  using Attribute = std::pair<io::ViAttr, std::uint32_t>;
+
+  explicit VisaLibraryLink(io::Visa& visa) : visa_(visa) {}
+
+  /// Status of the last call; negative is an error.
+  [[nodiscard]] io::ViStatus status() const { return status_; }
+
+  // Finding an instrument.
+  [[nodiscard]] bool openManager();
+  /// The first match and how many there are; false when there is none.
+  [[nodiscard]] bool find(const std::string& expression, std::uint32_t& count,
+                          std::string& descriptor);
+  /// The next match; false when there is none any more.
+  [[nodiscard]] bool findNext(std::string& descriptor);
+
+  /// Opens a session of its own, in place of the one before, which is not closed; false when that
+  /// was refused.
+  bool open(const std::string& descriptor);
+  [[nodiscard]] std::string interfaceName();
+  void set(std::span<const Attribute> attributes);
+  /// Sends `query` and reads at most `size` bytes; "" when nothing came.
+  [[nodiscard]] std::string ask(std::string_view query, std::size_t size);
+
+  void closeSession() { closeObject(session_); }
+  void closeManager() { closeObject(manager_); }
+  /// The find list, then the resource manager.
+  void closeSearch();
+  /// The instrument's session, the find list and the resource manager, in this order.
+  void close();
+
+  // For the exchange.
+  [[nodiscard]] const Manner& manner() const override;
+  void write(const std::string& line) override;
+  /// At most 80 bytes.
+  [[nodiscard]] std::optional<std::string> read() override;
+
+ private:
+  void closeObject(io::ViObject& handle);
+
+  io::Visa& visa_;
+  io::ViStatus status_ = io::VI_SUCCESS;
+  io::ViSession manager_ = 0;
+  io::ViSession session_ = 0;
+  io::ViFindList findList_ = 0;
+};
+
+}  // namespace lumodevice::link
