@@ -79,12 +79,6 @@ static_assert(kScreenHeight % 4 == 0 && kScreenWidth % 2 == 0);
 
 }  // namespace
 
-void DrawPalettePixel(toolkit::Picture& picture, const ScreenPalette& palette, int x, int y,
-                      std::uint8_t index) {
-  const BGR& colour = palette[index];
-  picture.setPoint(x, y, {.red = colour.rgbRed, .green = colour.rgbGreen, .blue = colour.rgbBlue});
-}
-
 void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::Picture& picture) {
   const Points points = pointsOf(palette);
   const auto base = dump.base();

@@ -49,11 +49,6 @@ constexpr void UnpackOverlayByte(std::uint8_t byte, std::uint8_t& row3, std::uin
   row3 = indexes[byte >> 6];
 }
 
-/// Sets a point of the picture to the colour of a palette entry: the rule that paintDump carries
-/// out for all points at once.
-void DrawPalettePixel(toolkit::Picture& picture, const ScreenPalette& palette, int x, int y,
-                      std::uint8_t index);
-
 /// Paints a picture of 320 x 240 points: the base plane, over it overlay 2, over that overlay 1.
 void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::Picture& picture);
 

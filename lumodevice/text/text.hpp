@@ -72,10 +72,8 @@ inline constexpr int kOverflow = 6;
 /// The same within 32 bits.
 [[nodiscard]] std::int32_t toWhole32(double value);
 
-/// 16-bit arithmetic that throws NumberFault(6) instead of wrapping.
+/// A sum of 16 bits that throws NumberFault(6) instead of wrapping.
 [[nodiscard]] std::int16_t add16(std::int16_t left, std::int16_t right);
-[[nodiscard]] std::int16_t subtract16(std::int16_t left, std::int16_t right);
-[[nodiscard]] std::int16_t multiply16(std::int16_t left, std::int16_t right);
 
 /// A number as plain text: 15 significant digits, "." as the decimal point, no trailing zeros;
 /// exponent form ("1E+15", "1E-05") from 1E+15 upwards and below 1E-4; zero of either sign is "0".

@@ -33,18 +33,10 @@ std::int32_t toWhole32(double value) {
   return fit<std::int32_t>(roundHalfToEven(value));
 }
 
-// The operands are promoted to int, which no sum or product of two 16-bit numbers leaves.
+// The operands are promoted to int, which no sum of two 16-bit numbers leaves.
 
 std::int16_t add16(std::int16_t left, std::int16_t right) {
   return fit<std::int16_t>(left + right);
-}
-
-std::int16_t subtract16(std::int16_t left, std::int16_t right) {
-  return fit<std::int16_t>(left - right);
-}
-
-std::int16_t multiply16(std::int16_t left, std::int16_t right) {
-  return fit<std::int16_t>(left * right);
 }
 
 }  // namespace lumodevice::text

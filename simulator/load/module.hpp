@@ -10,8 +10,8 @@ namespace zansim {
 /// Which part of a plug-in module answers under a slot entry.
 enum class Half { Whole, Left, Right };
 
-/// What a kind of load module can do. Voltages in volts, currents in amperes,
-/// power in watts, resistances in ohms, slew rates in A/us.
+/// What a kind of load module can do. Voltages in volts, currents in amperes, power in watts,
+/// resistances in ohms, slew rates in A/us.
 struct Module {
   std::string_view text;  ///< as "*RDT?" shows it
   Half half;

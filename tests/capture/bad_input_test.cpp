@@ -4,8 +4,8 @@
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "tests/capture/capture_parts.hpp"
-#include "tests/capture/counted_memory.hpp"
 #include "tests/io/answering_visa.hpp"
+#include "tests/support/measured_memory.hpp"
 
 namespace lumodevice::capture {
 namespace {
@@ -100,9 +100,9 @@ TEST_F(BadSerialAnswers, AWholeScreenAtTheSlowestRateStillArrives) {
 
 TEST_F(BadSerialAnswers, AClaimedLengthAloneSetsNoMemoryAside) {
   for (const char* const answer : {"#816777216ab", "#9016777216ab", "#9999999999ab"}) {
-    (void)largestAllocation();
+    (void)support::takeLargestRequest();
     EXPECT_EQ(captured(answer), "missing");
-    EXPECT_LT(largestAllocation(), kReserve) << answer;
+    EXPECT_LT(support::takeLargestRequest(), kReserve) << answer;
   }
 }
 
@@ -171,9 +171,9 @@ TEST_F(BadVisaAnswers, ADripIsPutTogetherAndAnEndlessOneGivenUp) {
 
 TEST_F(BadVisaAnswers, AClaimedLengthAloneSetsNoMemoryAside) {
   for (const char* const answer : {"#816777216ab", "#9999999999ab"}) {
-    (void)largestAllocation();
+    (void)support::takeLargestRequest();
     EXPECT_EQ(captured({{answer, io::VI_ERROR_TMO}}), "missing");
-    EXPECT_LT(largestAllocation(), std::size_t{2} << 20) << answer;
+    EXPECT_LT(support::takeLargestRequest(), std::size_t{2} << 20) << answer;
   }
 }
 
@@ -199,9 +199,9 @@ TEST(BadBitmapFiles, AClaimedSizeAloneSetsNoMemoryAside) {
   file[19] = 16;  // 4098 points wide
   file[23] = 15;  // 3842 points high
   file[18] = 0;
-  (void)largestAllocation();
+  (void)support::takeLargestRequest();
   EXPECT_THROW((void)toolkit::Picture::fromBitmap(file), toolkit::PictureFault);
-  EXPECT_LT(largestAllocation(), kReserve);
+  EXPECT_LT(support::takeLargestRequest(), kReserve);
 }
 
 }  // namespace

@@ -140,14 +140,6 @@ TEST(DisplayDump, EveryByteOfAnOverlayUnpacksToTheEntriesOfItsPlane) {
   }
 }
 
-TEST(DisplayDump, APalettePixelHasTheColourOfItsEntry) {
-  ScreenPalette palette{};
-  palette[200] = {.rgbBlue = 1, .rgbGreen = 2, .rgbRed = 3};
-  Picture picture(4, 3);
-  DrawPalettePixel(picture, palette, 3, 1, 200);
-  EXPECT_EQ(points(picture), "3,1 030201\n");
-}
-
 TEST(DisplayDump, ARandomDumpIsPaintedAsItWouldBePointByPoint) {
   for (unsigned seed = 1; seed <= 20; ++seed) {
     const Dump any(randomDump(seed));

@@ -3,7 +3,7 @@
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/transfer/block.hpp"
 #include "tests/files/file_parts.hpp"
-#include "tests/files/measured_memory.hpp"
+#include "tests/support/measured_memory.hpp"
 #include "tests/io/answering_visa.hpp"
 
 namespace lumodevice::files {

@@ -11,6 +11,12 @@ namespace lumodevice::support {
 
 namespace detail {
 
+inline void paintPoint(toolkit::Picture& picture, const capture::ScreenPalette& palette, int x,
+                       int y, std::uint8_t entry) {
+  const BGR& colour = palette[entry];
+  picture.setPoint(x, y, {.red = colour.rgbRed, .green = colour.rgbGreen, .blue = colour.rgbBlue});
+}
+
 using OverlayEntries = std::array<std::uint8_t, 4>;
 
 /// An overlay's byte holds four rows of a column, the lowest row of the screen first.
@@ -22,7 +28,7 @@ inline void paintOverlay(std::span<const std::uint8_t> plane, const OverlayEntri
       const unsigned byte = plane[std::size_t{row / 4} * 320 + static_cast<unsigned>(x)];
       const std::uint8_t entry = entries[byte >> (2 * (row % 4)) & 3U];
       if (entry != 0) {
-        capture::DrawPalettePixel(picture, palette, 319 - x, y, entry);
+        paintPoint(picture, palette, 319 - x, y, entry);
       }
     }
   }
@@ -38,8 +44,7 @@ inline void paintOverlay(std::span<const std::uint8_t> plane, const OverlayEntri
   toolkit::Picture picture(320, 240);
   for (int x = 0; x < 320; ++x) {
     for (int y = 0; y < 240; ++y) {
-      capture::DrawPalettePixel(picture, palette, 319 - x, y,
-                                dump[static_cast<std::size_t>(x * 256 + y)]);
+      detail::paintPoint(picture, palette, 319 - x, y, dump[static_cast<std::size_t>(x * 256 + y)]);
     }
   }
   detail::paintOverlay(dump.subspan(kBase + kOverlay, kOverlay), {0, 8, 7, 6}, palette, picture);

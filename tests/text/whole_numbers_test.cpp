@@ -97,25 +97,12 @@ TEST(Arithmetic16, givesWhatFits) {
   EXPECT_EQ(add16(32766, 1), 32767);
   EXPECT_EQ(add16(-32767, -1), -32768);
   EXPECT_EQ(add16(32767, -32768), -1);
-  EXPECT_EQ(subtract16(2, 3), -1);
-  EXPECT_EQ(subtract16(-32767, 1), -32768);
-  EXPECT_EQ(subtract16(-1, -32768), 32767);
-  EXPECT_EQ(multiply16(-7, 6), -42);
-  EXPECT_EQ(multiply16(181, 181), 32761);
-  EXPECT_EQ(multiply16(256, -128), -32768);
-  EXPECT_EQ(multiply16(0, -32768), 0);
 }
 
 TEST(Arithmetic16, refusesWhatDoesNotFit) {
   EXPECT_EQ(faultOf([] { return add16(32767, 1); }), kOverflow);
   EXPECT_EQ(faultOf([] { return add16(-32768, -1); }), kOverflow);
   EXPECT_EQ(faultOf([] { return add16(32767, 32767); }), kOverflow);
-  EXPECT_EQ(faultOf([] { return subtract16(-32768, 1); }), kOverflow);
-  EXPECT_EQ(faultOf([] { return subtract16(0, -32768); }), kOverflow);
-  EXPECT_EQ(faultOf([] { return multiply16(256, 128); }), kOverflow);
-  EXPECT_EQ(faultOf([] { return multiply16(182, 182); }), kOverflow);
-  EXPECT_EQ(faultOf([] { return multiply16(-32768, -1); }), kOverflow);
-  EXPECT_EQ(faultOf([] { return multiply16(-32768, -32768); }), kOverflow);
 }
 
 }  // namespace

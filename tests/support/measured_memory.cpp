@@ -1,4 +1,4 @@
-#include "tests/files/measured_memory.hpp"
+#include "tests/support/measured_memory.hpp"
 
 #include <algorithm>
 #include <cstdlib>
