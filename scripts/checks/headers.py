@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+"""Every header compiles by itself, with what it includes and nothing else; each that is installed begins with
+an example, and the examples compile.
+
+The build has shown it already of a header that its own source includes before all others; the rest is
+compiled here. An example stands in a comment, four columns further in: "///     code". It may use what a host
+has: `load` (a ZANCtrl), `host`, `loop`, `file` (an io::BinaryFile).
+"""
+
+import re
+import subprocess
+import sys
+
+import sources
+
+
+def shown_by_the_build(name, flags):
+    own = name[:-len(".hpp")] + ".cpp"
+    if own not in flags or not (sources.TOP / own).exists():
+        return False
+    text = (sources.TOP / own).read_text()
+    first = next((line for line in text.split("\n") if line.startswith("#")), "")
+    return first == f'#include "{name}"'
+
+
+EXAMPLE = re.compile(r"^ *///     (.*)$", re.MULTILINE)
+AROUND = """#include <chrono>
+#include <functional>
+#include <iostream>
+#include <vector>
+#include "lumodevice/toolkit/controls.hpp"
+#include "lumodevice/zan_ctrl.hpp"
+using namespace lumodevice;
+[[maybe_unused]] static void example([[maybe_unused]] ZANCtrl& load, [[maybe_unused]] const Host& host,
+    [[maybe_unused]] toolkit::EventLoop& loop, [[maybe_unused]] io::BinaryFile& file) {{
+"""
+
+
+def installed():
+    """The headers that an installation has."""
+    listed = (sources.DATABASE.parent / "cmake_install.cmake").read_text()
+    return [name[len(str(sources.TOP)) + 1:] for name in re.findall(r'"([^"]+\.hpp)"', listed)]
+
+
+def main():
+    flags = sources.flags()
+    common = []
+    for mine in flags.values():
+        for word in mine:
+            if word.startswith(("-I", "-std")) and word not in common:
+                common.append(word)
+    names = sources.tracked("*.hpp")
+    for name in names:
+        if "#pragma once" not in (sources.TOP / name).read_text():
+            print(f"{name}: without #pragma once", file=sys.stderr)
+            return 1
+
+    def compiled(text, *switches):
+        ran = subprocess.run(["clang++", *common, "-Werror", *switches, "-fsyntax-only", "-x", "c++", "-"],
+                             cwd=sources.TOP, capture_output=True, text=True, input=text)
+        return ran.stderr if ran.returncode else ""
+
+    def run(name):
+        wrong = compiled(f'#include "{name}"\n', "-Wall", "-Wextra", "-Wpedantic")
+        return f"{name} does not compile by itself:\n{wrong}" if wrong else ""
+
+    def example(name):
+        code = EXAMPLE.findall((sources.TOP / name).read_text())
+        if not code:
+            return f"{name} is installed and has no example"
+        lines = [line for line in code if not line.startswith("#include")]
+        wrong = compiled(f'#include "{name}"\n{AROUND}' + "\n".join(lines) + "\n}}\n")
+        return f"{name}: the example does not compile:\n{wrong}" if wrong else ""
+
+    def key(name):
+        return sources.fingerprint(name, "headers", AROUND, " ".join(common))
+
+    alone = sources.check_all("headers", [name for name in names if not shown_by_the_build(name, flags)], key, run)
+    return sources.check_all("examples", installed(), key, example) or alone
+
+
+sys.exit(main())

@@ -1,0 +1,49 @@
+#!/usr/bin/env python3
+"""clang-tidy over the sources; with --tests over those of the tests, fuzzers and examples."""
+
+import os
+import subprocess
+import sys
+
+import sources
+
+DELIVERED = ("lumodevice/", "platform/", "simulator/", "hosts/")
+
+
+def changed():
+    """What differs from the branch main, where there is one."""
+    names = set()
+    for base in ("origin/main", "main"):
+        begin = subprocess.run(["git", "merge-base", base, "HEAD"], cwd=sources.TOP, capture_output=True, text=True)
+        if begin.returncode == 0:
+            differ = subprocess.run(["git", "diff", "--name-only", begin.stdout.strip()], cwd=sources.TOP,
+                                    check=True, capture_output=True, text=True)
+            names.update(differ.stdout.split("\n"))
+            break
+    return names
+
+
+def main():
+    flags = sources.flags()
+    version = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True, text=True).stdout
+    rules = (sources.TOP / ".clang-tidy").read_text()
+    all_sources = [name for name in sources.tracked("*.cpp") if name in flags]
+    if "--tests" in sys.argv[1:]:
+        names = [name for name in all_sources if not name.startswith(DELIVERED)]
+    else:
+        differing = changed()
+        names = [name for name in all_sources if name.startswith(DELIVERED) or name in differing]
+    # The longest first, so that no core is left with one at the end.
+    names.sort(key=lambda name: -(sources.TOP / name).stat().st_size)
+
+    def run(name):
+        ran = subprocess.run(["clang-tidy", "-p", os.path.dirname(sources.DATABASE), "--quiet", name],
+                             cwd=sources.TOP, capture_output=True, text=True)
+        return ran.stdout or ran.stderr if ran.returncode else ""
+
+    return sources.check_all("tidy", names,
+                             lambda name: sources.fingerprint(name, "tidy", version, rules, " ".join(flags[name])),
+                             run)
+
+
+sys.exit(main())
