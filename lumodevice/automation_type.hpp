@@ -7,6 +7,8 @@
 /// What other languages know of the component: its members (members.hpp) and its records
 /// (records.hpp) as tables. A face of the component in another language (a dispatch interface, a
 /// type library, a module) is made from them.
+///
+///     static_assert(automation::kTypeOf<std::string> == automation::Type::String);
 namespace lumodevice::automation {
 
 /// Types of arguments, results and fields. None: there is no such value.

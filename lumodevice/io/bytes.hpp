@@ -23,6 +23,10 @@ struct Unset : std::allocator<Element> {
 /// Bytes on their way between a link and a file. Growing it leaves the new bytes unset: they are
 /// about to be received, and setting a large block to zero takes as long as a third of receiving
 /// it.
+///
+///     io::Bytes block(5580);
+///     file.get(block);
+///     load.devZAN()->WriteIEEEBlock(":SYST:SET ", block, true);
 using Bytes = std::vector<std::uint8_t, Unset<std::uint8_t>>;
 
 }  // namespace lumodevice::io

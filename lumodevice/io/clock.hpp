@@ -17,6 +17,11 @@ struct LocalTime {
   int utcOffset = 0;
 };
 
+/// Tells the date and the time for what the component files and logs.
+///
+///     struct Noon : io::WallClock {
+///       io::LocalTime now() const override { return {.year = 2031, .month = 3, .hour = 12}; }
+///     };
 class WallClock {
  public:
   virtual ~WallClock() = default;

@@ -22,6 +22,11 @@ class BinaryFile {
 };
 
 /// Drive C: as the component sees it. Paths are written "C:\folder\name"; case does not matter.
+///
+///     if (host.drive.fileExists("C:\\temp\\zanbank.dev")) {
+///       io::Bytes preset(892);
+///       host.drive.open("C:\\temp\\zanbank.dev")->get(preset);
+///     }
 class Drive {
  public:
   virtual ~Drive() = default;

@@ -7,7 +7,10 @@
 
 namespace lumodevice::io {
 
-/// A failure of something outside the component: a link or a drive.
+/// A failure of something outside the component: a link or a drive. What a host puts behind a
+/// contract throws the kind that the contract names; the component catches it.
+///
+///     throw io::DriveFault(53, "there is no such file");
 class IoFault : public Fault {
  public:
   using Fault::Fault;

@@ -4,10 +4,27 @@
 
 namespace lumodevice::io {
 
-/// A VISA layer that hands every call on to another one; what is made of it looks at some of them.
+/// A VISA layer that hands every call on to another one. A class made from it overrides the calls
+/// that it wants to see.
+///
+///     class Counting : public io::ForwardingVisa {
+///      public:
+///       explicit Counting(io::Visa& below) : below_(below) {}
+///       ViStatus viClose(ViObject object) override {
+///         ++closed;
+///         return ForwardingVisa::viClose(object);
+///       }
+///       int closed = 0;
+///
+///      protected:
+///       io::Visa& target() override { return below_; }
+///
+///      private:
+///       io::Visa& below_;
+///     };
 class ForwardingVisa : public Visa {
  public:
-  // For the signatures of what is made of it elsewhere.
+  // For the signatures of classes made from it elsewhere.
   using ViStatus = io::ViStatus;
   using ViObject = io::ViObject;
   using ViSession = io::ViSession;

@@ -42,6 +42,9 @@ class SerialLine {
 };
 
 /// The machine's serial devices behind the port numbers 1 to 16.
+///
+///     const auto line = host.serialDevices.open(3, {.baud = 38400});
+///     line->write("*IDN?\n");
 class SerialDevices {
  public:
   virtual ~SerialDevices() = default;

@@ -7,6 +7,13 @@
 
 /// The nine operations of a VISA library (VPP-4.3.2) that the component uses. Names, argument order
 /// and numbers are VISA's own; handles are 32-bit numbers on every platform.
+///
+///     io::ViSession manager = 0;
+///     io::ViSession session = 0;
+///     host.visa.viOpenDefaultRM(manager);
+///     if (host.visa.viOpen(manager, "GPIB0::7::INSTR", io::VI_NO_LOCK, 2000, session) < 0) {
+///       std::cerr << "nothing answers there\n";
+///     }
 namespace lumodevice::io {
 
 /// Negative is an error; 0 and positive numbers are success and warnings.

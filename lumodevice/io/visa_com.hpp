@@ -11,6 +11,11 @@
 
 /// The parts of the VISA COM 3.0 object model that the component uses. Every call throws
 /// VisaComFault.
+///
+///     const auto device = host.visaCom.createFormattedIO488();
+///     device->setIO(host.visaCom.createResourceManager()->Open("GPIB0::7::INSTR", 0, 2000, ""));
+///     device->WriteString("*IDN?\n", true);
+///     std::cout << device->ReadString();
 namespace lumodevice::io {
 
 inline constexpr std::uint32_t E_VISA_SYSTEM_ERROR = 0x80040000;

@@ -9,6 +9,9 @@ namespace lumodevice::io {
 
 /// The VISA COM objects over the nine operations of a VISA library, so that this link works
 /// wherever a VISA library does. The library must outlive every object made here.
+///
+///     io::VisaComOverVisa com(host.visa);
+///     const auto device = com.createFormattedIO488();
 class VisaComOverVisa : public VisaCom {
  public:
   explicit VisaComOverVisa(Visa& visa) : visa_(visa) {}

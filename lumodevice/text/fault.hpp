@@ -8,6 +8,12 @@ namespace lumodevice {
 /// A failure that the operations of the component know how to live with: a number that does not
 /// fit, a property value that a control refuses, a link or a drive that fails. The subsystems catch
 /// exactly this type (or one of its kinds); anything else is a bug and is never swallowed.
+///
+///     try {
+///       host.drive.remove("C:\\temp\\old.b");
+///     } catch (const Fault& fault) {
+///       std::cerr << fault.number() << ": " << fault.what() << '\n';
+///     }
 class Fault : public std::runtime_error {
  public:
   /// `number` identifies the failure within its kind; each kind says whose numbering it uses.
