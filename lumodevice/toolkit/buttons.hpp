@@ -2,6 +2,10 @@
 
 #include "lumodevice/toolkit/frames.hpp"
 
+/// Labels and what is clicked.
+///
+///     auto& autoQuery = load.surface().get<toolkit::CheckBox>("chkAutoQuery");
+///     autoQuery.setValue(toolkit::CheckBox::kTicked);
 namespace lumodevice::toolkit {
 
 class Label : public Captioned<Control> {

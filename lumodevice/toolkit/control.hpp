@@ -17,6 +17,12 @@ class Container;
 /// moved. Setting a property to the value that it already has does nothing: no notification, no
 /// event. A changed property is first shown to the surface's views, then its event (if any) is
 /// raised.
+///
+///     for (const auto& control : load.surface().controls()) {
+///       if (control->visible() && !control->usable()) {
+///         std::cout << control->fullName() << " is shown and cannot be used\n";
+///       }
+///     }
 class Control {
  public:
   virtual ~Control() = default;

@@ -12,6 +12,9 @@ namespace lumodevice::toolkit {
 enum class Key { Enter = 13, Up = 38, Down = 40 };
 
 /// Change when the text becomes another one; setting the text that it already holds raises none.
+///
+///     auto& waitUnit = load.surface().get<toolkit::TextBox>("Text5");
+///     waitUnit.setText("100");  // milliseconds
 class TextBox : public Control {
  public:
   static constexpr Kind kKind = Kind::TextBox;

@@ -9,6 +9,8 @@
 namespace lumodevice::toolkit {
 
 /// The form itself: the container of all; its mouse pointer is the component's.
+///
+///     load.surface().get<toolkit::Form>("ZANCtrl").show.raise();  // the window has come into view
 class Form : public Container {
  public:
   static constexpr Kind kKind = Kind::Form;

@@ -12,6 +12,11 @@
 namespace lumodevice::toolkit {
 
 /// The items and the selection that list boxes and combo boxes share.
+///
+///     const auto& channels = load.surface().get<toolkit::ComboBox>("cmbChannel");
+///     for (int i = 0; i < channels.listCount(); ++i) {
+///       std::cout << (i == channels.listIndex() ? "> " : "  ") << channels.list(i) << '\n';
+///     }
 class ListControl : public Control {
  public:
   /// The selection changed from code, or the operator picked an entry (also the one already

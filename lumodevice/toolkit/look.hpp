@@ -26,6 +26,9 @@ inline constexpr int kNoMnemonic = -1;
 
 /// How a control is drawn, and how keyboards and screen readers find it. Nothing here changes what
 /// the control does.
+///
+///     const toolkit::Look& look = load.surface().find("txtVoltage", 0)->look();
+///     const bool inBold = look.bold && look.colorRole == toolkit::ColorRole::Value;
 struct Look {
   /// Points; 0 is the face's ordinary size.
   int fontSize = 0;

@@ -25,6 +25,10 @@ struct Colour {
 
 /// A picture of true colours. It is kept as the Windows bitmap that it is saved as: 24 bits to the
 /// point, rows from the bottom up, each filled up to a multiple of four bytes.
+///
+///     toolkit::Picture flag(3, 1);
+///     flag.setPoint(0, 0, {.red = 255});
+///     const std::span<const std::uint8_t> bytes = flag.bitmap();  // of a .bmp file
 class Picture {
  public:
   static constexpr std::size_t kHeaderSize = 54;

@@ -6,6 +6,10 @@
 #include "lumodevice/toolkit/control.hpp"
 
 /// The properties of controls by name and as text, for scripts, tables and tests.
+///
+///     toolkit::Control& box = *load.surface().find("Text5");
+///     toolkit::writeProperty(box, "Text", "100");
+///     std::cout << toolkit::readProperty(box, "Text");
 namespace lumodevice::toolkit {
 
 /// "TextBox", "CheckBox", ...

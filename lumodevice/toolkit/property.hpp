@@ -2,6 +2,11 @@
 
 #include "lumodevice/text/fault.hpp"
 
+/// What controls are, what they have, and where.
+///
+///     const toolkit::Control& box = *load.surface().find("Text5");
+///     const int pixels = box.place().width / 15;
+///     const bool typedInto = box.kind() == toolkit::Kind::TextBox;
 namespace lumodevice::toolkit {
 
 enum class Kind {

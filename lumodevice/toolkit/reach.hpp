@@ -7,6 +7,12 @@ namespace lumodevice::toolkit {
 /// Whether an operator gets to a control: it is visible with all its containers, and neither it nor
 /// one of them lies wholly under a frame in front of it. The Tab key and the mnemonics stop at such
 /// controls alone, where they are usable, too.
+///
+///     for (const auto& control : load.surface().controls()) {
+///       if (control->usable() && toolkit::reachable(load.surface(), *control)) {
+///         std::cout << control->fullName() << '\n';
+///       }
+///     }
 [[nodiscard]] bool reachable(const Surface& surface, const Control& control);
 
 }  // namespace lumodevice::toolkit

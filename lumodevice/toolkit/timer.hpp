@@ -11,6 +11,9 @@ namespace lumodevice::toolkit {
 
 /// Ticks on its event loop while it is enabled and its interval is not 0: first one interval after
 /// it was switched on (or its interval was set), then one interval after each tick began.
+///
+///     auto& rotation = load.surface().get<toolkit::Timer>("Timer1");
+///     rotation.setInterval(500);
 class Timer : public Control {
  public:
   static constexpr Kind kKind = Kind::Timer;
