@@ -40,7 +40,7 @@ def main():
     folders = {os.path.dirname(name) for name in files}
     folders |= {parent for folder in folders for parent in (folder.rsplit("/", n)[0] for n in range(1, 6))}
     tops = {name.split("/")[0] for name in files if "/" in name}
-    known = files | folders
+    known = files | folders | {name[len(root):] for root in sources.ROOTS for name in files if name.startswith(root)}
     wrong = []
     for document in sources.tracked("*.md"):
         text = (sources.TOP / document).read_text()

@@ -12,6 +12,8 @@ import sys
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
 DATABASE = TOP / "build/sanitize/compile_commands.json"
+# Where an included name is looked up. Behind the first: headers that stand elsewhere once installed.
+ROOTS = ("", "platform/include/", "simulator/include/")
 INCLUDE = re.compile(r'^\s*#include\s+"([^"]+)"', re.MULTILINE)
 
 
@@ -39,12 +41,23 @@ def flags():
     return found
 
 
+def file_of(included_name):
+    """The file that an include means; None for what is made on configuring."""
+    return next((root + included_name for root in ROOTS if (TOP / (root + included_name)).exists()), None)
+
+
+def includes_of(name):
+    """The files of the tree that a source includes itself."""
+    found = (file_of(other) for other in INCLUDE.findall((TOP / name).read_text()))
+    return [other for other in found if other]
+
+
 def included(name, seen=None):
     """The name and those of all sources that it includes, by way of others too."""
     seen = set() if seen is None else seen
-    if name not in seen and (TOP / name).exists():
+    if name not in seen:
         seen.add(name)
-        for other in INCLUDE.findall((TOP / name).read_text()):
+        for other in includes_of(name):
             included(other, seen)
     return seen
 
