@@ -69,7 +69,7 @@ std::optional<std::string> readVisa(std::string_view wire, const Delivery& deliv
   });
   if (!visa.answers.empty()) visa.answers.back().status = delivery.last;
   io::FormattedIO device;
-  device.setIO(std::make_shared<io::VisaSession>(visa, "GPIB0::7::INSTR", 0, 0));
+  device.setIO(std::make_shared<io::MessageSessionOverVisa>(visa, "GPIB0::7::INSTR", 0, 0));
   std::optional<std::string> data;
   try {
     const auto bytes = device.ReadIEEEBlock(delivery.seek, true);

@@ -26,13 +26,13 @@ bool isDigit(char c) {
 
 }  // namespace
 
-VisaSession& FormattedIO::session() {
+MessageSessionOverVisa& FormattedIO::session() {
   if (!session_) throw VisaComFault(kNullPointer, "the formatted I/O object has no session");
   return *session_;
 }
 
 void FormattedIO::setIO(std::shared_ptr<MessageSession> session) {
-  auto own = std::dynamic_pointer_cast<VisaSession>(session);
+  auto own = std::dynamic_pointer_cast<MessageSessionOverVisa>(session);
   if (session && !own) throw VisaComFault(kNoInterface, "the session is not one of this library");
   session_ = std::move(own);
   output_.clear();

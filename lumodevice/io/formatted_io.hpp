@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "lumodevice/io/visa_session.hpp"
+#include "lumodevice/io/message_session_over_visa.hpp"
 
 namespace lumodevice::io {
 
@@ -33,7 +33,7 @@ class FormattedIO : public FormattedIO488 {
   /// How the last read ended.
   enum class Ending { Open, TerminationCharacter, End };
 
-  VisaSession& session();
+  MessageSessionOverVisa& session();
   void beginWrite();
   void append(std::string_view data);
   std::size_t room(std::size_t arrived);
@@ -50,7 +50,7 @@ class FormattedIO : public FormattedIO488 {
   void seekBlock();
   void flushMessage();
 
-  std::shared_ptr<VisaSession> session_;
+  std::shared_ptr<MessageSessionOverVisa> session_;
   std::string output_;
   std::string input_;  ///< what has arrived; the first `taken_` bytes are used up
   std::size_t taken_ = 0;

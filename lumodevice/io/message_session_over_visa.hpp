@@ -17,13 +17,13 @@ ViStatus require(ViStatus status, std::string_view act);
 
 /// A session of a VISA library with the resource manager that it was opened through: both are
 /// closed with it, the instrument first.
-class VisaSession : public MessageSession {
+class MessageSessionOverVisa : public MessageSession {
  public:
-  VisaSession(Visa& visa, std::string_view resourceName, std::uint32_t accessMode,
-              std::uint32_t openTimeout);
-  ~VisaSession() override;
-  VisaSession(const VisaSession&) = delete;
-  VisaSession& operator=(const VisaSession&) = delete;
+  MessageSessionOverVisa(Visa& visa, std::string_view resourceName, std::uint32_t accessMode,
+                         std::uint32_t openTimeout);
+  ~MessageSessionOverVisa() override;
+  MessageSessionOverVisa(const MessageSessionOverVisa&) = delete;
+  MessageSessionOverVisa& operator=(const MessageSessionOverVisa&) = delete;
 
   void setTimeout(std::int32_t milliseconds) override;
   void setTerminationCharacterEnabled(bool enabled) override;
