@@ -10,7 +10,7 @@
 #include <system_error>
 #include <vector>
 
-#include "simulator/links/real_clock.hpp"
+#include "platform/system_clock.hpp"
 #include "simulator/links/server.hpp"
 #include "simulator/memory/state_file.hpp"
 
@@ -132,7 +132,7 @@ int serve(const Options& options) {
     memory = zansim::StateFile(options.state).load();
   }
   instrument.onMessage = watch(memory, options);
-  zansim::RealClock clock;
+  lumodevice::platform::SystemClock clock;
   zansim::Server server(instrument, clock);
   if (options.port >= 0) {
     const unsigned port = server.listenTcp(static_cast<std::uint16_t>(options.port));

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/links/real_clock.hpp"
+#include "platform/system_clock.hpp"
 #include "simulator/links/simulated_visa.hpp"
 
 #define ZANSIM_EXPORT extern "C" __attribute__((visibility("default")))
@@ -25,7 +25,7 @@ using ViAttrState = std::uintptr_t;
 /// The machine that the process sees. VISA may be called from several threads; the mutex lets one
 /// in.
 struct Machine {
-  zansim::RealClock clock;
+  lumodevice::platform::SystemClock clock;
   zansim::Instrument instrument;
   zansim::VisaBench bench{clock};
   zansim::SimulatedVisa visa{bench};

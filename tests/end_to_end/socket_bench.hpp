@@ -7,7 +7,7 @@
 
 #include "platform/posix/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
-#include "simulator/links/real_clock.hpp"
+#include "platform/system_clock.hpp"
 #include "simulator/links/server.hpp"
 #include "tests/end_to_end/real_panel.hpp"
 #include "tests/support/scaled_loop.hpp"
@@ -37,7 +37,7 @@ class LoadOnSocket {
   void halt();
 
   zansim::Instrument instrument_;
-  zansim::RealClock clock_;
+  lumodevice::platform::SystemClock clock_;
   zansim::Server server_{instrument_, clock_};
   std::string resource_;
   std::atomic<bool> stop_ = false;

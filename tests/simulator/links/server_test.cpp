@@ -18,12 +18,12 @@
 #include <unistd.h>
 #include <vector>
 
-#include "simulator/links/real_clock.hpp"
+#include "platform/system_clock.hpp"
 #include "simulator/screen/dump.hpp"
 
+using lumodevice::platform::SystemClock;
 using zansim::Descriptor;
 using zansim::Instrument;
-using zansim::RealClock;
 using zansim::Server;
 
 namespace {
@@ -60,7 +60,7 @@ class ServerTest : public testing::Test {
 
   std::string folder_;
   Instrument instrument_;
-  RealClock clock_;
+  SystemClock clock_;
   Server server_{instrument_, clock_};
   std::atomic<bool> stop_ = false;
   std::thread thread_;
