@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -94,13 +95,17 @@ class Surface {
   int lastZOrder_ = 0;
 };
 
-/// The elements 0 to Count - 1 of a control array.
+/// All elements of a control array, which has Count of them: 0 to Count - 1. Throws
+/// std::logic_error where it has fewer or more.
 template <typename ControlType, int Count>
 class ControlArray {
  public:
   ControlArray(const Surface& surface, std::string_view name) {
     for (int i = 0; i < Count; ++i) {
       elements_[static_cast<std::size_t>(i)] = &surface.get<ControlType>(name, i);
+    }
+    if (surface.find(name, Count) != nullptr) {
+      throw std::logic_error("more elements of " + std::string(name) + " than were reckoned with");
     }
   }
   [[nodiscard]] ControlType& operator()(int index) const {

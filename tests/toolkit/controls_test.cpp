@@ -213,5 +213,14 @@ TEST(ControlArray, givesItsElementsByIndex) {
   EXPECT_THROW((void)labels(-1), std::out_of_range);
 }
 
+TEST(ControlArray, takesAllElementsOrNone) {
+  Surface surface;
+  for (int i = 0; i < 3; ++i) {
+    surface.add<Label>("lblConcate", i);
+  }
+  EXPECT_THROW((ControlArray<Label, 2>(surface, "lblConcate")), std::logic_error);
+  EXPECT_THROW((ControlArray<Label, 4>(surface, "lblConcate")), std::logic_error);
+}
+
 }  // namespace
 }  // namespace lumodevice::toolkit
