@@ -1,5 +1,7 @@
 #pragma once
 
+#include "lumodevice/form/control_rows.hpp"
+#include "lumodevice/form/panel_surface.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
 #include "lumodevice/toolkit/surface.hpp"
@@ -7,17 +9,10 @@
 
 namespace lumodevice::form {
 
-/// Makes every control of the tables on an empty surface, in its starting state and raising no
-/// event.
-class Surface : public toolkit::Surface {
- public:
-  Surface();
-};
-
 /// The panel's form: its controls by name, for the subsystems that give them their handlers.
 class Controls {
  private:
-  Surface surface_;
+  PanelSurface surface_;
 
   template <typename ControlType>
   [[nodiscard]] ControlType& the(std::string_view name) const {
@@ -29,6 +24,9 @@ class Controls {
   explicit Controls(toolkit::EventLoop& loop);
   [[nodiscard]] toolkit::Surface& surface() { return surface_; }
 
+  /// What the Set button of a setting sends from now on: the box's tag, and the tips of both.
+  void setCommand(int setting, Command command) const;
+
   /// Nobody watches it any more, and nothing ticks.
   void retire();
 
@@ -39,10 +37,12 @@ class Controls {
   toolkit::CheckBox& chkLoad = the<toolkit::CheckBox>("chkLoad");
   toolkit::CommandButton& cmdParalle = the<toolkit::CommandButton>("cmdParalle");
   toolkit::CommandButton& cmdConnect = the<toolkit::CommandButton>("cmdConnect");
-  toolkit::ControlArray<toolkit::OptionButton, 9> optMode{surface_, "optMode"};
-  toolkit::ControlArray<toolkit::TextBox, 1> txtVoltage{surface_, "txtVoltage"};
-  toolkit::ControlArray<toolkit::TextBox, 1> txtCurrent{surface_, "txtCurrent"};
-  toolkit::ControlArray<toolkit::TextBox, 1> txtPower{surface_, "txtPower"};
+  toolkit::ControlArray<toolkit::OptionButton, elements("optMode")> optMode{surface_, "optMode"};
+  toolkit::ControlArray<toolkit::TextBox, elements("txtVoltage")> txtVoltage{surface_,
+                                                                             "txtVoltage"};
+  toolkit::ControlArray<toolkit::TextBox, elements("txtCurrent")> txtCurrent{surface_,
+                                                                             "txtCurrent"};
+  toolkit::ControlArray<toolkit::TextBox, elements("txtPower")> txtPower{surface_, "txtPower"};
   toolkit::CheckBox& chkAutoQuery = the<toolkit::CheckBox>("chkAutoQuery");
   toolkit::ComboBox& cmbVolRange = the<toolkit::ComboBox>("cmbVolRange");
   toolkit::Label& lblVoRange = the<toolkit::Label>("lblVoRange");
@@ -58,8 +58,8 @@ class Controls {
   toolkit::CheckBox& chkOVP = the<toolkit::CheckBox>("chkOVP");
   toolkit::CheckBox& chkUVP = the<toolkit::CheckBox>("chkUVP");
   toolkit::CheckBox& chkGoNogo = the<toolkit::CheckBox>("chkGoNogo");
-  toolkit::ControlArray<toolkit::TextBox, 29> txtInput{surface_, "txtInput"};
-  toolkit::ControlArray<toolkit::CommandButton, 29> cmdSet{surface_, "cmdSet"};
+  toolkit::ControlArray<toolkit::TextBox, kSettings.size()> txtInput{surface_, "txtInput"};
+  toolkit::ControlArray<toolkit::CommandButton, kSettings.size()> cmdSet{surface_, "cmdSet"};
 
   // The instrument's screen and the hidden command box.
   toolkit::Label& Label14 = the<toolkit::Label>("Label14");
@@ -71,7 +71,7 @@ class Controls {
 
   // The group editor.
   toolkit::Frame& fraParallel = the<toolkit::Frame>("fraParallel");
-  toolkit::ControlArray<toolkit::Label, 3> lblConcate{surface_, "lblConcate"};
+  toolkit::ControlArray<toolkit::Label, elements("lblConcate")> lblConcate{surface_, "lblConcate"};
   toolkit::ListBox& List1 = the<toolkit::ListBox>("List1");
   toolkit::ListBox& List2 = the<toolkit::ListBox>("List2");
   toolkit::ListBox& List3 = the<toolkit::ListBox>("List3");

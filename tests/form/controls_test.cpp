@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-#include "lumodevice/form/tables.hpp"
+#include "lumodevice/form/control_rows.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 
@@ -27,11 +27,10 @@ class PanelForm : public testing::Test {
 
 TEST_F(PanelForm, hasAllRowsOfItsTables) {
   std::size_t labels = 0;
-  for (const SettingRow& row : settingRows()) {
+  for (const SettingRow& row : kSettings) {
     labels += row.caption.empty() ? 0U : 1U;
   }
-  EXPECT_EQ(form.surface().controls().size(),
-            controlRows().size() + 2 * settingRows().size() + labels);
+  EXPECT_EQ(form.surface().controls().size(), kControls.size() + 2 * kSettings.size() + labels);
 }
 
 TEST_F(PanelForm, putsEveryControlIntoAContainerThatIsThere) {
