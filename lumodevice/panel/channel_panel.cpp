@@ -23,6 +23,7 @@ using toolkit::TextBox;
 constexpr int kVonBox = 10;
 constexpr int kFirstLimitBox = 24;
 constexpr int kLastLimitBox = 28;
+static_assert(form::kSettings[kVonBox].command == form::Command(":CONF:VOLT:ON"));
 constexpr int kLowRange = 0;
 constexpr int kHighRange = 1;
 

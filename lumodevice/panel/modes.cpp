@@ -1,9 +1,10 @@
 #include "lumodevice/panel/modes.hpp"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
-#include "lumodevice/form/tables.hpp"
+#include "lumodevice/form/control_rows.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 
@@ -16,31 +17,52 @@ constexpr int kCcHigh = 0;
 constexpr int kCv = 2;
 constexpr int kGoNogoHighBox = 27;
 constexpr int kGoNogoLowBox = 28;
+constexpr form::Command kVoltageHigh = ":SPEC:VOLT:H";
+constexpr form::Command kVoltageLow = ":SPEC:VOLT:L";
+constexpr form::Command kCurrentHigh = ":SPEC:CURR:H";
+constexpr form::Command kCurrentLow = ":SPEC:CURR:L";
 
-enum class ModeFrame { CcStatic, CcDynamic, CrStatic, CrDynamic, Cv };
+constexpr auto kModeFrames = std::to_array<std::string_view>(
+    {"FrameCCStatic", "fraCCDynamic", "FrameCRStatic", "fraCRDynamic", "FrameCV"});
 
+/// The boxes of a mode are those of its frame.
 struct Mode {
-  ModeFrame frame;
-  int firstBox;
-  int lastBox;
+  std::string_view frame;
   bool onlyEnabledBoxes;    ///< the read-back skips a disabled box
   int bValueBox;            ///< the box that half of a two-channel module has not
   std::string_view answer;  ///< answer of the instrument that selects this mode
 };
 
-// By option. Some modes ask for a disabled box too, and the two CR dynamic answers are crossed: so
-// the instruments in the field are used to it.
+// By option. That some modes ask for a disabled box, too, and that the two CR dynamic answers
+// select each other's option is how the panel has always behaved; hosts count on it.
 constexpr auto kModes = std::to_array<Mode>({
-    {ModeFrame::CcStatic, 0, 3, true, 1, "CCH"},
-    {ModeFrame::CcStatic, 0, 3, true, 1, "CCL"},
-    {ModeFrame::Cv, 11, 13, true, 12, "CV"},
-    {ModeFrame::CrStatic, 14, 17, true, 15, "CRH"},
-    {ModeFrame::CrStatic, 14, 17, false, 15, "CRL"},
-    {ModeFrame::CcDynamic, 4, 9, false, kNoBox, "CCDH"},
-    {ModeFrame::CcDynamic, 4, 9, false, kNoBox, "CCDL"},
-    {ModeFrame::CrDynamic, 18, 23, false, kNoBox, "CRDL"},
-    {ModeFrame::CrDynamic, 18, 23, true, kNoBox, "CRDH"},
+    {"FrameCCStatic", true, 1, "CCH"},
+    {"FrameCCStatic", true, 1, "CCL"},
+    {"FrameCV", true, 12, "CV"},
+    {"FrameCRStatic", true, 15, "CRH"},
+    {"FrameCRStatic", false, 15, "CRL"},
+    {"fraCCDynamic", false, kNoBox, "CCDH"},
+    {"fraCCDynamic", false, kNoBox, "CCDL"},
+    {"fraCRDynamic", false, kNoBox, "CRDL"},
+    {"fraCRDynamic", true, kNoBox, "CRDH"},
 });
+
+/// Every mode has a frame with boxes, its B value among them.
+constexpr bool modesFitTheForm() {
+  return std::all_of(kModes.begin(), kModes.end(), [](const Mode& mode) {
+    const auto box = std::find_if(
+        form::kSettings.begin(), form::kSettings.end(), [&](const form::SettingRow& row) {
+          return row.frame == mode.frame &&
+                 (mode.bValueBox == kNoBox || row.index == mode.bValueBox);
+        });
+    return box != form::kSettings.end() &&
+           std::find(kModeFrames.begin(), kModeFrames.end(), mode.frame) != kModeFrames.end();
+  });
+}
+static_assert(modesFitTheForm());
+static_assert(kModes.size() == form::elements("optMode"));
+static_assert(form::kSettings[kGoNogoHighBox].command == kVoltageHigh);
+static_assert(form::kSettings[kGoNogoLowBox].command == kVoltageLow);
 
 const Mode& modeAt(int index) {
   return kModes.at(static_cast<std::size_t>(index));
@@ -53,11 +75,6 @@ int modeOf(std::string_view answer) {
     }
   }
   return kNoBox;
-}
-
-std::array<toolkit::Frame*, 5> modeFrames(form::Controls& form) {
-  return {&form.FrameCCStatic, &form.fraCCDynamic, &form.FrameCRStatic, &form.fraCRDynamic,
-          &form.FrameCV};
 }
 
 }  // namespace
@@ -88,15 +105,17 @@ void Modes::ModeReadBack() {
 
 void Modes::click(int mode) {
   const Mode& chosen = modeAt(mode);
-  const auto frames = modeFrames(form_);
-  for (toolkit::Frame* frame : frames) {
-    frame->setVisible(false);
-    frame->setEnabled(false);
+  const auto frameNamed = [&](std::string_view name) -> toolkit::Frame& {
+    return form_.surface().get<toolkit::Frame>(name);
+  };
+  for (const std::string_view name : kModeFrames) {
+    frameNamed(name).setVisible(false);
+    frameNamed(name).setEnabled(false);
   }
   if (!isGroupChannel() && state_.connected()) {
     exchange_.runCommand(commands_.prefix(form_.optMode(mode)));
   }
-  toolkit::Frame& frame = *frames.at(static_cast<std::size_t>(chosen.frame));
+  toolkit::Frame& frame = frameNamed(chosen.frame);
   frame.setVisible(true);
   frame.setEnabled(state_.connected());
   frame.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
@@ -118,9 +137,9 @@ void Modes::ModeFieldsReadBack(int mode) {
     return;
   }
   const Mode& chosen = modeAt(mode);
-  for (int i = chosen.firstBox; i <= chosen.lastBox; ++i) {
-    toolkit::TextBox& box = form_.txtInput(i);
-    if (box.enabled() || !chosen.onlyEnabledBoxes) {
+  for (const form::SettingRow& row : form::kSettings) {
+    toolkit::TextBox& box = form_.txtInput(row.index);
+    if (row.frame == chosen.frame && (box.enabled() || !chosen.onlyEnabledBoxes)) {
       commands_.readBack(box);
     }
   }
@@ -139,8 +158,8 @@ void Modes::readCvResponse() {
 
 void Modes::tagGoNogoBoxes() const {
   const bool cv = form_.optMode(kCv).value();
-  form_.txtInput(kGoNogoHighBox).setTag(cv ? "42" : "38");
-  form_.txtInput(kGoNogoLowBox).setTag(cv ? "43" : "39");
+  form_.setCommand(kGoNogoHighBox, cv ? kCurrentHigh : kVoltageHigh);
+  form_.setCommand(kGoNogoLowBox, cv ? kCurrentLow : kVoltageLow);
 }
 
 bool Modes::isGroupChannel() const {

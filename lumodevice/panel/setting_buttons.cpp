@@ -5,6 +5,8 @@
 
 namespace lumodevice::panel {
 
+static_assert(form::kSettings[kUvpBox].command == form::Command(":CONF:PROT:UVP:LEV"));
+
 std::string FormatValue(double value) {
   return text::formatValue(value);
 }
