@@ -189,8 +189,8 @@ void GroupEditor::showGroups(const std::vector<std::string>& slots) {
   }
 }
 
-/// The present list is asked for and not looked at: the instruments in the field are used to being
-/// asked for it before their modules.
+/// The answer to the first query is not looked at. It is sent all the same: the order of the two on
+/// the wire is part of the component's behaviour.
 void GroupEditor::refreshChannels() {
   exchange_.runCommand("");
   if (!exchange_.ask(kChannelListQuery)) {

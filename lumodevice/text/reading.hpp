@@ -87,7 +87,7 @@ class Decimal {
   bool droppedNonZero_ = false;
 };
 
-/// More than a 32-bit number can be, and what readRadixNumber makes of all that is larger.
+/// More than a 32-bit number can be; readRadixNumber returns this for everything larger.
 inline constexpr std::uint64_t kBeyond32Bits = std::uint64_t{1} << 32;
 
 /// Reads what follows an "&": H and hexadecimal digits or O and octal digits. Nothing when no digit

@@ -17,8 +17,7 @@ namespace lumodevice::posix {
 
 /// The layer used where no VISA library is installed. Its resources are the kernel's USBTMC devices
 /// and raw sockets. A socket cannot be discovered: a find expression that is itself a socket's
-/// resource name
-/// ("TCPIP0::HOST::PORT::SOCKET") is its own and only match.
+/// resource name ("TCPIP0::HOST::PORT::SOCKET") is its own and only match.
 ///
 /// Opening with or without a lock makes no difference: a USBTMC device is never shared with another
 /// process, and sessions of one process do not shut each other out.

@@ -3,8 +3,8 @@
 an example, and the examples compile.
 
 The build has shown it already of a header that its own source includes before all others; the rest is
-compiled here. An example stands in a comment, four columns further in: "///     code". It may use what a host
-has: `load` (a ZANCtrl), `host`, `loop`, `file` (an io::BinaryFile).
+compiled here. An example stands in a comment, four columns further in: "///     code"; the first one of a header
+has to compile. It may use what a host has: see AROUND.
 """
 
 import re
@@ -23,16 +23,27 @@ def shown_by_the_build(name, flags):
     return first == f'#include "{name}"'
 
 
-EXAMPLE = re.compile(r"^ *///     (.*)$", re.MULTILINE)
+EXAMPLE = re.compile(r"(?:^ *///     .*\n(?:^ *///\n(?=^ *///     ))?)+", re.MULTILINE)
 AROUND = """#include <chrono>
 #include <functional>
 #include <iostream>
 #include <vector>
+#include "lumodevice/simulated_host.hpp"
+#include "lumodevice/system_host.hpp"
 #include "lumodevice/toolkit/controls.hpp"
+#include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 using namespace lumodevice;
-[[maybe_unused]] static void example([[maybe_unused]] ZANCtrl& load, [[maybe_unused]] const Host& host,
-    [[maybe_unused]] toolkit::EventLoop& loop, [[maybe_unused]] io::BinaryFile& file) {{
+using namespace lumodevice::toolkit;
+[[maybe_unused]] static void example(ZANCtrl& load, const Host& host, EventLoop& loop, io::BinaryFile& file,
+                                     io::SerialDevices& myDevices, std::ostream& log, CommandButton& button,
+                                     PictureBox& picture) {
+  // Of a window system.
+  static struct { EventLoop::Duration elapsed() const { return {}; } } clock;
+  static struct { void handleMessages() {} } window;
+  static struct { void set(std::optional<EventLoop::Duration>) noexcept {} } alarm;
+  void repaintUntil(EventLoop::Duration);
+  {
 """
 
 
@@ -65,10 +76,11 @@ def main():
         return f"{name} does not compile by itself:\n{wrong}" if wrong else ""
 
     def example(name):
-        code = EXAMPLE.findall((sources.TOP / name).read_text())
-        if not code:
+        first = EXAMPLE.search((sources.TOP / name).read_text())
+        if not first:
             return f"{name} is installed and has no example"
-        lines = [line for line in code if not line.startswith("#include")]
+        lines = [line.strip()[len("///"):] for line in first[0].split("\n")]
+        lines = [line for line in lines if not line.strip().startswith(("#include", "..."))]
         wrong = compiled(f'#include "{name}"\n{AROUND}' + "\n".join(lines) + "\n}}\n")
         return f"{name}: the example does not compile:\n{wrong}" if wrong else ""
 
