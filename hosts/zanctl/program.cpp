@@ -6,8 +6,6 @@
 #include <optional>
 #include <system_error>
 
-#include "hosts/zanctl/commands/commands.hpp"
-
 namespace zanctl {
 
 namespace {
@@ -33,13 +31,13 @@ class TemporaryFolder {
   std::string name_;
 };
 
-ExitStatus runCommand(Options& options, const Streams& streams) {
+ExitStatus runCommand(CommandLine& line, const Streams& streams) {
   std::optional<TemporaryFolder> folder;
-  if (options.ownDrive) {
-    options.driveC = folder.emplace().name();
+  if (line.options.ownDrive) {
+    line.options.driveC = folder.emplace().name();
   }
-  Station station(options, streams);
-  const ExitStatus status = options.command->run(station, options);
+  Station station(line.options, streams);
+  const ExitStatus status = line.run(station);
   return status == kDone && !station.links().usedRightly() ? kFailed : status;
 }
 
@@ -59,9 +57,9 @@ ExitStatus runProgram(const std::vector<std::string>& words, const Environment& 
                       const Streams& streams) {
   ExitStatus status = kDone;
   try {
-    auto options = parseOptions(words, environment, streams.output);
-    if (options) {
-      status = runCommand(*options, streams);
+    auto line = parseCommandLine(words, environment, streams.output);
+    if (line) {
+      status = runCommand(*line, streams);
     }
   } catch (const WrongCommandLine& wrong) {
     streams.errors.line("zanctl: " + std::string(wrong.what()) + " (see zanctl --help)");

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "hosts/zanctl/options.hpp"
+#include "hosts/zanctl/command_line.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
 #include "hosts/zanctl/station/station.hpp"
 

@@ -56,25 +56,13 @@ std::string identityText(Station& station) {
 
 }  // namespace
 
-std::string_view nameOf(Link link) {
-  switch (link) {
-    case Link::Serial:
-      return "the serial port";
-    case Link::VisaCom:
-      return "VISA COM";
-    case Link::Visa:
-      break;
-  }
-  return "the VISA library";
-}
-
 std::string_view transferAdvice(Link link) {
   return link == Link::Serial
              ? "set the instrument to a higher baud rate, or see with --trace - what came"
              : "see with --trace - what came";
 }
 
-bool connectOrExplain(Station& station, const Options& options) {
+bool connectOrExplain(Station& station) {
   const Activity activity(station.progress(), "searching");
   std::optional<SearchReport> report;
   if (station.progress().watched()) {
@@ -83,13 +71,14 @@ bool connectOrExplain(Station& station, const Options& options) {
   if (station.component().AutoConnect()) {
     return true;
   }
-  station.errors().line("zanctl: no ZAN instrument found: " + station.links().advice(options.link));
+  station.errors().line("zanctl: no ZAN instrument found: " +
+                        station.links().advice(station.options().link));
   return false;
 }
 
-void printConnection(Station& station, const Options& options) {
+void printConnection(Station& station) {
   Output& output = station.output();
-  output.line("Link:      " + linkText(station, options.link));
+  output.line("Link:      " + linkText(station, station.options().link));
   output.line("Identity:  " + identityText(station));
   const ComboBox& channels = combo(station, "cmbChannel");
   for (int i = 0; i < channels.listCount(); ++i) {
@@ -112,28 +101,6 @@ bool sendAndPrint(Station& station, const std::string& command) {
     station.output().line(escaped(answer));
   }
   return !answer.empty();
-}
-
-ExitStatus runConnect(Station& station, const Options& options) {
-  if (!connectOrExplain(station, options)) {
-    return kFailed;
-  }
-  printConnection(station, options);
-  return kDone;
-}
-
-ExitStatus runSend(Station& station, const Options& options) {
-  if (!connectOrExplain(station, options)) {
-    return kFailed;
-  }
-  bool answered = true;
-  for (const std::string& command : options.arguments) {
-    answered = sendAndPrint(station, command) && answered;
-    if (station.output().closed()) {
-      return kOutputClosed;
-    }
-  }
-  return answered ? kDone : kFailed;
 }
 
 }  // namespace zanctl

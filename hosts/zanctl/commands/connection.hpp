@@ -1,25 +1,23 @@
 #pragma once
 
-#include "hosts/zanctl/output/mistake.hpp"
+#include <string>
+#include <string_view>
+
 #include "hosts/zanctl/station/station.hpp"
 
 namespace zanctl {
 
 /// Connects on the chosen link. When nothing is found, says so in one line on `errors` together
 /// with what to try, and returns false.
-[[nodiscard]] bool connectOrExplain(Station& station, const Options& options);
+[[nodiscard]] bool connectOrExplain(Station& station);
 
 /// What to try after a memory file or a picture that did not come over that link.
 [[nodiscard]] std::string_view transferAdvice(Link link);
 
 /// Prints link, identity and channels of the connected instrument.
-void printConnection(Station& station, const Options& options);
+void printConnection(Station& station);
 
 /// Sends a command and prints the answer when it is a query; false for a query without an answer.
 bool sendAndPrint(Station& station, const std::string& command);
-
-/// The commands of these names.
-[[nodiscard]] ExitStatus runConnect(Station& station, const Options& options);
-[[nodiscard]] ExitStatus runSend(Station& station, const Options& options);
 
 }  // namespace zanctl

@@ -1,7 +1,10 @@
-#include "hosts/zanctl/commands/controls.hpp"
+#include <memory>
 
+#include "hosts/zanctl/commands/arguments.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/station/station.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 
 namespace zanctl {
@@ -20,22 +23,34 @@ Row rowOf(const toolkit::Control& control) {
           escaped(control.tag())};
 }
 
-}  // namespace
-
-ExitStatus runControls(Station& station, const Options& options) {
+/// Of a control array all elements are meant.
+ExitStatus printControls(Station& station, const std::optional<std::string>& name) {
   std::vector<Row> rows = {{"Name", "Kind", "Caption or text", "Enabled", "Visible", "Tag"}};
   for (const auto& control : station.component().surface().controls()) {
-    const bool wanted = options.arguments.empty() || options.arguments[0] == control->name() ||
-                        options.arguments[0] == control->fullName();
-    if (wanted) {
+    if (!name || *name == control->name() || *name == control->fullName()) {
       rows.push_back(rowOf(*control));
     }
   }
   if (rows.size() == 1) {
-    throw Unusable("unknown control " + escaped(options.arguments[0]) + " (see zanctl controls)");
+    throw Unusable("unknown control " + escaped(name.value_or("")) + " (see zanctl controls)");
   }
   station.output().write(alignedTable(rows));
   return kDone;
 }
+
+Run prepare(CLI::App& parser) {
+  const auto name = std::make_shared<std::optional<std::string>>();
+  addArgument(parser, "NAME", *name, "A control, an element of a control array, or a whole array");
+  return [name](Station& station) { return printControls(station, *name); };
+}
+
+}  // namespace
+
+const Command kControls = {
+    .name = "controls",
+    .summary = "Print a table of every control of the panel, or of one",
+    .usage = "[NAME]",
+    .prepare = prepare,
+};
 
 }  // namespace zanctl

@@ -1,5 +1,3 @@
-#include "hosts/zanctl/commands/demo.hpp"
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -7,10 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/commands/demo_files.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/station/station.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 
 namespace zanctl {
@@ -191,26 +191,24 @@ bool talk(Station& station) {
   return true;
 }
 
-}  // namespace
-
-ExitStatus runDemo(Station& station, const Options& options) {
+ExitStatus runDemo(Station& station) {
   Output& output = station.output();
   output.write(kOpening);
   hand::type(the<TextBox>(station, "Text5"), kWaitUnit);
-  if (!connectOrExplain(station, options)) {
+  if (!connectOrExplain(station)) {
     return kFailed;
   }
-  printConnection(station, options);
+  printConnection(station);
   rest(station);
   showChannel(station);
   rest(station);
   loadBattery(station);
-  if (!showScreen(station, options)) {
+  if (!showScreen(station)) {
     return kFailed;
   }
   switchLoad(station);
   rest(station);
-  if (!showMemoryFiles(station, options)) {
+  if (!showMemoryFiles(station)) {
     return kFailed;
   }
   rest(station);
@@ -222,5 +220,17 @@ ExitStatus runDemo(Station& station, const Options& options) {
   output.write(kClosing);
   return output.closed() ? kOutputClosed : kDone;
 }
+
+}  // namespace
+
+const Command kDemo = {
+    .name = "demo",
+    .summary = "Take a guided tour of the simulated instrument",
+    .usage = "",
+    .prepare = [](CLI::App& /*parser*/) -> Run { return runDemo; },
+    .alwaysSimulated = true,
+    .temporaryDrive = true,
+    .transfers = true,
+};
 
 }  // namespace zanctl

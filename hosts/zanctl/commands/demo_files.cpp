@@ -37,9 +37,9 @@ void sendSettings(Station& station, const WorkingFolder& folder, const std::stri
 
 }  // namespace
 
-bool showScreen(Station& station, const Options& options) {
+bool showScreen(Station& station) {
   Output& output = station.output();
-  const WorkingFolder folder(station.drive(), options);
+  const WorkingFolder folder(station);
   output.write(
       "\nThe screen of the instrument meanwhile, captured as its display memory and painted by "
       "the\n"
@@ -53,19 +53,19 @@ bool showScreen(Station& station, const Options& options) {
   const std::string place = folder.place("ZAN.bmp").string();
   const std::string bitmap = contentOf(station, place);
   const Picture picture = Picture::fromBitmap(lumodevice::transfer::asBytes(bitmap));
-  if (options.trueColour && output.isTerminal()) {
+  if (station.options().trueColour && output.isTerminal()) {
     output.write(preview(picture, kPreviewStep, "  "));
   }
-  output.line(
-      "  " + std::to_string(picture.width()) + " x " + std::to_string(picture.height()) +
-      " points" +
-      (options.ownDrive ? "; zanctl --simulate capture screen.png keeps one" : " in " + place));
+  output.line("  " + std::to_string(picture.width()) + " x " + std::to_string(picture.height()) +
+              " points" +
+              (station.options().ownDrive ? "; zanctl --simulate capture screen.png keeps one"
+                                          : " in " + place));
   return true;
 }
 
-bool showMemoryFiles(Station& station, const Options& options) {
+bool showMemoryFiles(Station& station) {
   Output& output = station.output();
-  const WorkingFolder folder(station.drive(), options);
+  const WorkingFolder folder(station);
   output.write("\nIts memory files can be saved, and sent back. The system settings:\n");
   const std::string before = savedSettings(station, folder);
   output.line("  saved              " + std::to_string(before.size()) + " bytes");

@@ -5,7 +5,7 @@
 namespace zanctl {
 
 /// Stops of the tour; false when what they show did not work.
-[[nodiscard]] bool showScreen(Station& station, const Options& options);
-[[nodiscard]] bool showMemoryFiles(Station& station, const Options& options);
+[[nodiscard]] bool showScreen(Station& station);
+[[nodiscard]] bool showMemoryFiles(Station& station);
 
 }  // namespace zanctl

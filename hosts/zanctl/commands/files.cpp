@@ -1,17 +1,20 @@
-#include "hosts/zanctl/commands/files.hpp"
-
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <ctime>
+#include <memory>
 #include <optional>
 #include <string>
 #include <sys/stat.h>
 
+#include "hosts/zanctl/commands/arguments.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/station/station.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/controls.hpp"
@@ -76,6 +79,14 @@ constexpr std::array kOtherFiles = {OtherFile{"screen", "ZAN.bmp"},
                                     OtherFile{"display dump", "DispOutD.dat"},
                                     OtherFile{"converted dump", "ZAN200K.bmp"}};
 
+struct Options {
+  std::string action;
+  std::optional<std::string> kind;
+  std::optional<std::string> file;
+  /// A file of the wrong size is sent, too.
+  bool force = false;
+};
+
 /// No memory file comes near it.
 constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 /// An instrument keeps no more errors than that.
@@ -136,17 +147,17 @@ void list(Output& output, const WorkingFolder& folder) {
 
 // ---- get
 
-ExitStatus get(Station& station, const Options& options, const Kind& kind) {
-  const std::string file = options.arguments.size() == 3 ? options.arguments[2] : "";
+ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
+  const Link link = station.options().link;
   if (!file.empty()) {
     checkWritable(file, station.output());
   }
   if (file == kStandardStream) {
     station.showBoxesAside();
   }
-  const WorkingFolder folder(station.drive(), options);
+  const WorkingFolder folder(station);
   const fs::path place = folder.place(kind.saved);
-  if (!connectOrExplain(station, options)) {
+  if (!connectOrExplain(station)) {
     return kFailed;
   }
   PutAside before(place);
@@ -156,8 +167,7 @@ ExitStatus get(Station& station, const Options& options, const Kind& kind) {
   }
   if (!sizeOf(place)) {
     station.errors().line("zanctl: no " + std::string(kind.title) + " came over " +
-                          std::string(nameOf(options.link)) + "; " +
-                          std::string(transferAdvice(options.link)));
+                          std::string(nameOf(link)) + "; " + std::string(transferAdvice(link)));
     return kFailed;
   }
   before.giveUp();
@@ -169,9 +179,9 @@ ExitStatus get(Station& station, const Options& options, const Kind& kind) {
     station.output().line("Saved the " + std::string(kind.title) + " (" + bytesText(bytes.size()) +
                           ") in " + (file.empty() ? place.string() : file));
   }
-  const std::uintmax_t right = sizeOver(options.link, kind);
+  const std::uintmax_t right = sizeOver(link, kind);
   if (right != 0 && bytes.size() != right) {
-    station.errors().line("zanctl: " + wrongSize(kind, options.link, bytes.size()));
+    station.errors().line("zanctl: " + wrongSize(kind, link, bytes.size()));
     return kFailed;
   }
   return kDone;
@@ -179,7 +189,7 @@ ExitStatus get(Station& station, const Options& options, const Kind& kind) {
 
 // ---- send
 
-/// A file that is there for as long as it lives.
+/// An empty file that exists while the object lives; one that was there before stays.
 class Marker {
  public:
   explicit Marker(fs::path file) : file_(std::move(file)), made_(!sizeOf(file_)) {
@@ -215,7 +225,7 @@ void emptyErrorQueue(ZANCtrl& component) {
   }
 }
 
-/// What a serial port was handed is still on its way when the component has waited.
+/// The component does not wait until a slow serial port has sent the last byte.
 void letItArrive(Station& station, Link link, std::uintmax_t size) {
   constexpr double kBitsOfByte = 10;
   const auto& rate = station.component().surface().get<lumodevice::toolkit::ComboBox>("Combo2");
@@ -226,7 +236,7 @@ void letItArrive(Station& station, Link link, std::uintmax_t size) {
   }
 }
 
-/// The component tells nothing of how a sending went; the instrument does.
+/// Whether the instrument took what was sent, only its error queue tells.
 ExitStatus transfer(Station& station, const Kind& kind, Link link) {
   ZANCtrl& component = station.component();
   emptyErrorQueue(component);
@@ -251,21 +261,21 @@ ExitStatus transfer(Station& station, const Kind& kind, Link link) {
 }
 
 ExitStatus send(Station& station, const Options& options, const Kind& kind) {
-  const WorkingFolder folder(station.drive(), options);
+  const WorkingFolder folder(station);
   const fs::path place = folder.place(kind.sent);
-  const bool own = options.arguments.size() < 3;
-  const std::string file = own ? place.string() : options.arguments[2];
+  const Link link = station.options().link;
+  const std::string file = options.file.value_or(place.string());
   const std::string bytes = readBytes(file, kMostBytes, station.streams().input);
-  const std::uintmax_t right = sizeOver(options.link, kind);
+  const std::uintmax_t right = sizeOver(link, kind);
   if (bytes.size() != right && !options.force) {
-    throw Unusable("cannot send " + file + ": " + wrongSize(kind, options.link, bytes.size()) +
+    throw Unusable("cannot send " + file + ": " + wrongSize(kind, link, bytes.size()) +
                    "; --force sends it all the same");
   }
-  if (!connectOrExplain(station, options)) {
+  if (!connectOrExplain(station)) {
     return kFailed;
   }
   std::optional<PutAside> before;
-  if (!own) {
+  if (options.file) {
     before.emplace(place);
     writeBytes(place.string(), bytes, station.output());
   }
@@ -273,7 +283,7 @@ ExitStatus send(Station& station, const Options& options, const Kind& kind) {
   if (!kind.marker.empty()) {
     marker.emplace(folder.place(kind.marker));
   }
-  const ExitStatus status = transfer(station, kind, options.link);
+  const ExitStatus status = transfer(station, kind, link);
   if (status == kDone) {
     station.output().line("Sent the " + std::string(kind.title) + " (" + bytesText(bytes.size()) +
                           ") of " + file);
@@ -281,36 +291,55 @@ ExitStatus send(Station& station, const Options& options, const Kind& kind) {
   return status;
 }
 
-const Kind& kindOf(const std::vector<std::string>& words) {
+const Kind& kindOf(const Options& options) {
   const auto* const found =
-      words.size() < 2 ? kKinds.end() : std::ranges::find(kKinds, words[1], &Kind::name);
+      options.kind ? std::ranges::find(kKinds, *options.kind, &Kind::name) : kKinds.end();
   if (found == kKinds.end()) {
-    throw WrongCommandLine("files " + words[0] + " takes sequence, system or preset" +
-                           (words.size() < 2 ? "" : ", not " + words[1]));
+    throw WrongCommandLine("files " + options.action + " takes sequence, system or preset" +
+                           (options.kind ? ", not " + *options.kind : ""));
   }
   return *found;
 }
 
-}  // namespace
-
 ExitStatus runFiles(Station& station, const Options& options) {
-  const std::vector<std::string>& words = options.arguments;
-  if (words[0] == "list" && words.size() == 1) {
-    list(station.output(), WorkingFolder(station.drive(), options));
+  if (options.action == "list" && !options.kind) {
+    list(station.output(), WorkingFolder(station));
     return kDone;
   }
-  if (words[0] == "get") {
-    return get(station, options, kindOf(words));
+  if (options.action == "get") {
+    return get(station, options.file.value_or(""), kindOf(options));
   }
-  if (words[0] != "send") {
-    throw WrongCommandLine(words[0] == "list" ? "files list takes nothing else"
-                                              : "files takes list, get or send, not " + words[0]);
+  if (options.action != "send") {
+    throw WrongCommandLine(options.action == "list"
+                               ? "files list takes nothing else"
+                               : "files takes list, get or send, not " + options.action);
   }
-  const Kind& kind = kindOf(words);
+  const Kind& kind = kindOf(options);
   if (kind.send == nullptr) {
     throw WrongCommandLine("the " + std::string(kind.title) + " can be saved, but not sent");
   }
   return send(station, options, kind);
 }
+
+Run prepare(CLI::App& parser) {
+  const auto options = std::make_shared<Options>();
+  addArgument(parser, "ACTION", options->action,
+              "get saves a memory file, send restores it, list shows what lies on drive C:");
+  addArgument(parser, "KIND", options->kind, "sequence (only to get), system or preset");
+  addArgument(parser, "FILE", options->file,
+              "Where to or where from; - is a standard stream; on drive C: when it is absent");
+  parser.add_flag("--force", options->force, "Send a file of the wrong size, too");
+  return [options](Station& station) { return runFiles(station, *options); };
+}
+
+}  // namespace
+
+const Command kFiles = {
+    .name = "files",
+    .summary = "Save and send the instrument's memory files",
+    .usage = "list | get KIND [FILE] | [--force] send KIND [FILE]",
+    .prepare = prepare,
+    .transfers = true,
+};
 
 }  // namespace zanctl

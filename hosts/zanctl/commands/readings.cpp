@@ -1,13 +1,15 @@
-#include "hosts/zanctl/commands/readings.hpp"
-
+#include <CLI/CLI.hpp>
 #include <array>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/table.hpp"
@@ -20,6 +22,18 @@ namespace {
 
 namespace text = lumodevice::text;
 using lumodevice::toolkit::ComboBox;
+
+/// A channel's number is one digit on the wire.
+constexpr int kLastChannel = 9;
+/// A day, in milliseconds.
+constexpr int kLongestPeriod = 24 * 60 * 60 * 1000;
+
+struct Options {
+  int channel = 0;   ///< 0: all
+  int count = 1;     ///< rounds; 0: until the program is ended
+  int every = 1000;  ///< milliseconds from the start of one round to that of the next
+  bool csv = false;
+};
 
 /// What a channel is asked for, and what it is called in a table and in a file.
 struct Reading {
@@ -44,7 +58,7 @@ Channel channelOf(std::string_view name) {
   return {text::Mid(name, 3, 1), std::string(name)};
 }
 
-std::vector<Channel> channelsToRead(Station& station, const Options::Readings& options) {
+std::vector<Channel> channelsToRead(Station& station, const Options& options) {
   const auto& list = station.component().surface().get<ComboBox>("cmbChannel");
   std::vector<Channel> channels;
   for (int i = 0; i < list.listCount(); ++i) {
@@ -75,7 +89,7 @@ std::optional<std::string> numberIn(const std::string& answer) {
 }
 
 /// Asks the selected channel; an empty field stands for an answer that is none.
-Row readChannel(Station& station, const Options::Readings& options, bool& complete) {
+Row readChannel(Station& station, const Options& options, bool& complete) {
   Row row;
   for (std::size_t i = 0; i < kReadings.size(); ++i) {
     station.component().SendCmd(kReadings[i].query);
@@ -109,8 +123,8 @@ void select(Station& station, const std::string& channel, std::string& selected)
 }
 
 /// One round over the channels; false when an answer did not come.
-bool readRound(Station& station, const Options::Readings& options,
-               const std::vector<Channel>& channels, std::string& selected) {
+bool readRound(Station& station, const Options& options, const std::vector<Channel>& channels,
+               std::string& selected) {
   bool complete = true;
   std::vector<Row> table{{"Channel"}};
   for (const Reading& reading : kReadings) {
@@ -145,14 +159,13 @@ void printCsvHeader(Output& output) {
   output.line(joined(header));
 }
 
-}  // namespace
-
-ExitStatus runReadings(Station& station, const Options& allOptions) {
-  const Options::Readings& options = allOptions.readings;
+/// Selects each channel by its number alone and asks for its readings; in the end the channel that
+/// the panel shows is selected again.
+ExitStatus takeReadings(Station& station, const Options& options) {
   if (options.csv) {
     station.showBoxesAside();
   }
-  if (!connectOrExplain(station, allOptions)) {
+  if (!connectOrExplain(station)) {
     return kFailed;
   }
   const std::vector<Channel> channels = channelsToRead(station, options);
@@ -185,5 +198,30 @@ ExitStatus runReadings(Station& station, const Options& allOptions) {
   select(station, shown, selected);
   return complete ? kDone : kFailed;
 }
+
+Run prepare(CLI::App& parser) {
+  const auto options = std::make_shared<Options>();
+  parser.add_option("--channel", options->channel, "This channel only")
+      ->type_name("N")
+      ->check(CLI::Range(1, kLastChannel));
+  parser
+      .add_option("--count", options->count, "Rounds to take, 1 when not given; 0 goes on for ever")
+      ->type_name("N")
+      ->check(CLI::Range(0, std::numeric_limits<int>::max()));
+  parser.add_option("--every", options->every, "From one round to the next, 1000 when not given")
+      ->type_name("MS")
+      ->check(CLI::Range(0, kLongestPeriod));
+  parser.add_flag("--csv", options->csv, "Comma-separated values with time stamps");
+  return [options](Station& station) { return takeReadings(station, *options); };
+}
+
+}  // namespace
+
+const Command kReadings = {
+    .name = "readings",
+    .summary = "Connect and print voltage, current, power and load state of each channel",
+    .usage = "[--channel N] [--count N] [--every MS] [--csv]",
+    .prepare = prepare,
+};
 
 }  // namespace zanctl

@@ -2,17 +2,14 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
-#include "hosts/zanctl/options.hpp"
+#include "hosts/zanctl/links/link_options.hpp"
+#include "hosts/zanctl/output/output.hpp"
 #include "lumodevice/io/clock.hpp"
 #include "lumodevice/io/serial_port.hpp"
 #include "lumodevice/io/visa.hpp"
 
 namespace zanctl {
-
-/// The link in the middle of a sentence.
-[[nodiscard]] std::string_view nameOf(Link link);
 
 /// What the component reaches instruments through: the simulated ones, or the machine's own.
 class Links {
@@ -32,7 +29,7 @@ class Links {
   /// One line on why a search over that link may have found nothing, and what to try.
   [[nodiscard]] virtual std::string advice(Link link) const = 0;
 
-  /// False when something was asked of the links that they cannot do; it was reported then.
+  /// False when a script asked for something that the links cannot do; it was reported then.
   [[nodiscard]] virtual bool usedRightly() const { return true; }
 };
 
@@ -41,6 +38,6 @@ class Links {
 
 /// What the machine has. Throws Unusable when the VISA library that was named cannot be
 /// loaded. `errors` must outlive them.
-[[nodiscard]] std::unique_ptr<Links> realLinks(const Options& options, Output& errors);
+[[nodiscard]] std::unique_ptr<Links> realLinks(const LinkOptions& options, Output& errors);
 
 }  // namespace zanctl

@@ -10,7 +10,7 @@ namespace {
 
 class RealLinks : public Links {
  public:
-  RealLinks(const Options& options, Output& errors)
+  RealLinks(const LinkOptions& options, Output& errors)
       : virtualTime_(options.virtualTime),
         visa_(options.visaLibrary),
         devices_(lumodevice::platform::machineSerialDevices(options.ports)),
@@ -45,7 +45,7 @@ class RealLinks : public Links {
 
 }  // namespace
 
-std::unique_ptr<Links> realLinks(const Options& options, Output& errors) {
+std::unique_ptr<Links> realLinks(const LinkOptions& options, Output& errors) {
   try {
     return std::make_unique<RealLinks>(options, errors);
   } catch (const lumodevice::io::IoFault& fault) {

@@ -9,8 +9,7 @@
 namespace zanctl {
 
 /// Bytes in quotes, escaped. Of binary data of more than 64 bytes the first 32, "..." and the
-/// total:
-/// "#6122880..." +122889 bytes
+/// total, as in "#6122880..." +122889 bytes
 [[nodiscard]] std::string quotedBytes(std::string_view bytes);
 
 /// The record of what went over the wire, one line an event, each with the milliseconds since the

@@ -5,6 +5,8 @@
 #include <png.h>
 #include <stdexcept>
 
+#include "hosts/zanctl/output/files_by_name.hpp"
+
 namespace zanctl {
 
 using lumodevice::toolkit::Picture;
@@ -33,6 +35,19 @@ std::string pngFile(const Picture& picture) {
   }
   file.resize(bytes);
   return file;
+}
+
+void savePicture(const Picture& picture, std::string_view bitmap, const std::string& file,
+                 Output& output) {
+  writeBytes(file, namesPng(file) ? pngFile(picture) : bitmap, output);
+  tellSaved(picture, file, output);
+}
+
+void tellSaved(const Picture& picture, const std::string& file, Output& output) {
+  if (file != kStandardStream) {
+    output.line("Saved " + std::to_string(picture.width()) + " x " +
+                std::to_string(picture.height()) + " points in " + file);
+  }
 }
 
 }  // namespace zanctl

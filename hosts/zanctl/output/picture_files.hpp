@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "hosts/zanctl/output/output.hpp"
 #include "lumodevice/toolkit/picture.hpp"
 
 /// Pictures as files.
@@ -13,5 +14,14 @@ namespace zanctl {
 
 /// The bytes of a PNG file; `picture` is not empty.
 [[nodiscard]] std::string pngFile(const lumodevice::toolkit::Picture& picture);
+
+/// Writes the picture in the format that the name of the file asks for, and prints where it is.
+/// `bitmap` is the picture as a bitmap file. Throws Unusable.
+void savePicture(const lumodevice::toolkit::Picture& picture, std::string_view bitmap,
+                 const std::string& file, Output& output);
+
+/// Prints that the picture is in that file, unless that is standard output itself.
+void tellSaved(const lumodevice::toolkit::Picture& picture, const std::string& file,
+               Output& output);
 
 }  // namespace zanctl

@@ -9,8 +9,8 @@
 namespace zanctl {
 
 /// The last line of a terminal while something takes its time: what it is, and the seconds since it
-/// began. It comes up after the first second, is erased before anything else is written and when
-/// it is done with. Where nobody reads along it does nothing.
+/// began. It comes up after the first second, and is erased before anything else is written and at
+/// the end. On an output that is no terminal it does nothing.
 class Progress {
  public:
   using Duration = lumodevice::toolkit::EventLoop::Duration;

@@ -47,8 +47,8 @@ std::optional<ControlProperty> controlProperty(Script& script, const std::string
                       "; it is for: " + member.use());
 }
 
-/// The member of that word. Who names a control is told how it is `written` for the instruction:
-/// "get .PROPERTY", where the control goes behind the blank.
+/// The member of that word. A control in its place is a mistake, which shows what to write instead:
+/// `written` with the name of the control behind the blank, as in "get .PROPERTY".
 const Member& memberNamed(Script& script, const std::string& word, std::string_view written) {
   const std::string name = word.substr(0, word.find('.'));
   for (const auto& control : script.component().surface().controls()) {

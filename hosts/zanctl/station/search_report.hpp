@@ -10,10 +10,10 @@
 
 namespace zanctl {
 
-/// While it lives, tells each attempt of the serial search as it begins: "trying COM3 at 19200
-/// baud". The search shows its port and its baud rate in two boxes of the panel, one after the
-/// other; it is told when both stand, which is when the component begins to wait for the
-/// answer.
+/// While it lives, the line of progress names each attempt of the serial search as it begins:
+/// "trying COM3 at 19200 baud". The search sets the port and the baud rate in two boxes of the
+/// panel, one after the other. An attempt is named when both are set, which is when the component
+/// begins to wait for the answer.
 class SearchReport : private lumodevice::toolkit::View {
  public:
   /// All three must outlive it.
@@ -33,7 +33,7 @@ class SearchReport : private lumodevice::toolkit::View {
   Progress& progress_;
   const lumodevice::toolkit::ComboBox& port_;
   const lumodevice::toolkit::ComboBox& baud_;
-  /// What the loop told before of its sleeps, and is told further.
+  /// The handler that the loop had for its sleeps; it is still called.
   std::function<void(std::int32_t)> onSleep_;
   bool due_ = false;
 };

@@ -12,7 +12,7 @@ namespace {
 
 namespace toolkit = lumodevice::toolkit;
 
-std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
+std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const StationOptions& options,
                                                          const lumodevice::io::Clock& clock) {
   if (options.virtualTime) {
     return std::make_unique<lumodevice::platform::VirtualWallClock>(clock);
@@ -22,12 +22,13 @@ std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const Options& options,
 
 }  // namespace
 
-Station::Station(const Options& options, const Streams& streams)
-    : progress_(streams.errors),
+Station::Station(const StationOptions& options, const Streams& streams)
+    : options_(options),
+      progress_(streams.errors),
       output_(streams.output, progress_),
       errors_(streams.errors, progress_),
       streams_{streams.input, output_, errors_},
-      loop_(makeLoop(options)),
+      loop_(makeLoop()),
       clock_(std::make_unique<zansim::LoopClock>(*loop_)),
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
       drive_(options.driveC.value_or("")) {
@@ -59,8 +60,8 @@ Station::Station(const Options& options, const Streams& streams)
 
 Station::~Station() = default;
 
-std::unique_ptr<toolkit::EventLoop> Station::makeLoop(const Options& options) {
-  if (options.virtualTime) {
+std::unique_ptr<toolkit::EventLoop> Station::makeLoop() {
+  if (options_.virtualTime) {
     return std::make_unique<toolkit::VirtualLoop>();
   }
   return std::make_unique<WatchedLoop>([this] { progress_.show(loop_->now()); });

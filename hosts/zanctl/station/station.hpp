@@ -6,9 +6,9 @@
 
 #include "hosts/zanctl/links/links.hpp"
 #include "hosts/zanctl/links/tracing_links.hpp"
-#include "hosts/zanctl/options.hpp"
 #include "hosts/zanctl/output/output.hpp"
 #include "hosts/zanctl/output/progress.hpp"
+#include "hosts/zanctl/station/station_options.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 #include "platform/folder_drive.hpp"
@@ -25,13 +25,13 @@ struct Streams {
 /// One component with all that it needs, as the options say.
 class Station {
  public:
-  /// Chooses the link by the operator's clicks. Throws Unusable. The streams must outlive
-  /// it.
-  Station(const Options& options, const Streams& streams);
+  /// Chooses the link by the operator's clicks. Throws Unusable. The streams must outlive it.
+  Station(const StationOptions& options, const Streams& streams);
   ~Station();
   Station(const Station&) = delete;
   Station& operator=(const Station&) = delete;
 
+  [[nodiscard]] const StationOptions& options() const { return options_; }
   [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
   [[nodiscard]] Links& links() { return *links_; }
@@ -45,11 +45,12 @@ class Station {
   void showBoxesAside() { boxesAside_ = true; }
 
  private:
-  [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop(const Options& options);
+  [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop();
   void startTrace(const std::string& file);
   void showBox(std::string_view text);
   void choose(Link link);
 
+  StationOptions options_;
   Progress progress_;
   OutputUnderProgress output_;
   OutputUnderProgress errors_;

@@ -3,7 +3,6 @@
 #include <system_error>
 #include <utility>
 
-#include "hosts/zanctl/options.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
 
 namespace zanctl {
@@ -16,14 +15,13 @@ constexpr std::string_view kFolder = "C:\\temp";
 
 }  // namespace
 
-WorkingFolder::WorkingFolder(lumodevice::platform::FolderDrive& drive, const Options& options)
-    : drive_(drive) {
-  if (!options.driveC) {
+WorkingFolder::WorkingFolder(Station& station) : station_(station) {
+  if (!station.options().driveC) {
     throw Unusable("drive C: has no place; name one with --drive-c DIR");
   }
   try {
-    if (!drive.folderExists(kFolder)) {
-      drive.createFolder(kFolder);
+    if (!station.drive().folderExists(kFolder)) {
+      station.drive().createFolder(kFolder);
     }
   } catch (const lumodevice::io::DriveFault& fault) {
     throw Unusable(std::string("cannot use drive C: ") + fault.what());
@@ -31,7 +29,9 @@ WorkingFolder::WorkingFolder(lumodevice::platform::FolderDrive& drive, const Opt
 }
 
 fs::path WorkingFolder::place(std::string_view name) const {
-  return drive_.locate(std::string(kFolder).append("\\").append(name)).value_or(fs::path());
+  return station_.drive()
+      .locate(std::string(kFolder).append("\\").append(name))
+      .value_or(fs::path());
 }
 
 std::optional<std::uintmax_t> sizeOf(const fs::path& file) {

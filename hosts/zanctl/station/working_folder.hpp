@@ -6,23 +6,21 @@
 #include <string>
 #include <string_view>
 
-#include "platform/folder_drive.hpp"
+#include "hosts/zanctl/station/station.hpp"
 
 namespace zanctl {
-
-struct Options;
 
 /// Where the component keeps its files, "C:\temp" on its drive C:, in the machine's own terms.
 class WorkingFolder {
  public:
-  /// Creates it when it is missing. Throws Unusable.
-  WorkingFolder(lumodevice::platform::FolderDrive& drive, const Options& options);
+  /// The station must outlive it. Creates the folder when it is missing. Throws Unusable.
+  explicit WorkingFolder(Station& station);
 
   /// Where the file of that name lies, or would.
   [[nodiscard]] std::filesystem::path place(std::string_view name) const;
 
  private:
-  lumodevice::platform::FolderDrive& drive_;
+  Station& station_;
 };
 
 /// The bytes in a file; none when it is not there.

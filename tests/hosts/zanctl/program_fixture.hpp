@@ -1,13 +1,18 @@
 #pragma once
 
+#include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 #include "hosts/zanctl/program.hpp"
+#include "tests/hosts/zanctl/environment.hpp"
 #include "tests/hosts/zanctl/output/text_output.hpp"
 
 namespace zanctl {
@@ -35,11 +40,7 @@ class ProgramTest : public testing::Test {
     if (errorsGoToATerminal) {
       errors.pretendToBeATerminal();
     }
-    const Environment environment = [this](const char* name) {
-      const auto found = variables.find(name);
-      return found == variables.end() ? std::nullopt : std::optional(found->second);
-    };
-    const ExitStatus status = runProgram(words, environment, {lines, output, errors});
+    const ExitStatus status = runProgram(words, environmentOf(variables), {lines, output, errors});
     return {status, output.text(), errors.text()};
   }
 
@@ -65,6 +66,22 @@ class ProgramTest : public testing::Test {
     EXPECT_TRUE(ended.errors.starts_with("-:1: ")) << ended.errors;
     EXPECT_EQ(ended.errors.find('\n'), ended.errors.size() - 1) << ended.errors;
     return ended.errors.substr(5, ended.errors.size() - 6);
+  }
+};
+
+/// The program with a folder of the test's own.
+class ProgramInFolderTest : public ProgramTest {
+ protected:
+  const std::filesystem::path folder =
+      std::filesystem::path(testing::TempDir()) / ("zanctl." + std::to_string(::getpid()));
+  ProgramInFolderTest() { std::filesystem::create_directory(folder); }
+  ~ProgramInFolderTest() override { std::filesystem::remove_all(folder); }
+
+  [[nodiscard]] std::string file(const std::string& name) const { return (folder / name).string(); }
+  /// Of a file in the folder, or anywhere when it is named with its whole path.
+  [[nodiscard]] std::string content(const std::string& name) const {
+    std::ifstream stream(folder / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
   }
 };
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
@@ -17,19 +16,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-class Program : public ProgramTest {
- protected:
-  const std::filesystem::path folder =
-      std::filesystem::path(testing::TempDir()) / ("zanctl." + std::to_string(::getpid()));
-  Program() { std::filesystem::create_directory(folder); }
-  ~Program() override { std::filesystem::remove_all(folder); }
-
-  std::string file(const std::string& name) const { return (folder / name).string(); }
-  std::string content(const std::string& name) const {
-    std::ifstream stream(file(name));
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
-};
+class Program : public ProgramInFolderTest {};
 
 constexpr const char* kConnection =
     "Identity:  Ostbrook Instruments, ZAN63200, SIM00001, 1.02.3\n"
@@ -64,6 +51,14 @@ TEST_F(Program, sendPrintsTheAnswerOfEachQuery) {
   const Ended ended = simulate({"send", "*IDN?", ":CHAN 2", ":CHAN?"});
   EXPECT_EQ(ended.status, kDone);
   EXPECT_THAT(ended.output, EndsWith("Ostbrook Instruments,ZAN63200,SIM00001,1.02.3\n2\n"));
+}
+
+TEST_F(Program, whatIsSentMayBeTheNameOfACommandOrBeginWithADash) {
+  const Ended ended = simulate({"send", "demo", "--trace", "-", "run", "--", "-1"});
+  EXPECT_EQ(ended.status, kDone);
+  for (const char* sent : {"send \"demo\\n\"", "send \"run\\n\"", "send \"-1\\n\""}) {
+    EXPECT_THAT(ended.errors, HasSubstr(sent));
+  }
 }
 
 TEST_F(Program, sendOfAnUnansweredQueryShowsTheBoxGoesOnAndFails) {
@@ -135,6 +130,11 @@ TEST_F(Program, aScriptComesFromAFile) {
   EXPECT_EQ(ended.status, kFailed);
   EXPECT_EQ(ended.output, "1\n");
   EXPECT_EQ(ended.errors, file("a.zan") + ":2: unknown member Nothing\n");
+}
+
+TEST_F(Program, aScriptComesFromStandardInputWhenNoneIsNamed) {
+  EXPECT_EQ(simulate({"run"}, "print 1\n").output, "1\n");
+  EXPECT_EQ(simulate({"run", "-"}, "print 1\n").output, "1\n");
 }
 
 TEST_F(Program, aScriptThatCannotBeReadIsReported) {

@@ -2,7 +2,6 @@
 #include <filesystem>
 #include <fstream>
 #include <png.h>
-#include <unistd.h>
 
 #include "hosts/zanctl/output/picture_files.hpp"
 #include "lumodevice/toolkit/picture.hpp"
@@ -16,22 +15,11 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 /// Memory files and pictures of the simulated instrument.
-class Transfers : public ProgramTest {
+class Transfers : public ProgramInFolderTest {
  protected:
-  const std::filesystem::path folder =
-      std::filesystem::path(testing::TempDir()) / ("transfers." + std::to_string(::getpid()));
-  Transfers() {
-    std::filesystem::create_directory(folder);
-    variables["LUMODEVICE_DRIVE_C"] = file("c");
-  }
-  ~Transfers() override { std::filesystem::remove_all(folder); }
+  Transfers() { variables["LUMODEVICE_DRIVE_C"] = file("c"); }
 
-  std::string file(const std::string& name) const { return (folder / name).string(); }
   std::string own(const std::string& name) const { return file("c/temp/" + name); }
-  static std::string content(const std::string& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-  }
   static void put(const std::string& path, const std::string& bytes) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream(path, std::ios::binary) << bytes;
@@ -127,6 +115,10 @@ TEST_F(Transfers, aFileOfTheWrongSizeIsSentOnlyWhenForced) {
                 ": 898 bytes are no preset, which has 892 over VISA COM (a file saved over another "
                 "kind of link has 898); --force sends it all the same\n");
   EXPECT_EQ(simulate({"files", "send", "preset", file("raw"), "--force"}).status, kDone);
+  EXPECT_EQ(
+      simulate({"files", "--force", "send", "--link", "visacom", "preset", file("raw")}).status,
+      kDone)
+      << "options may stand between the words";
   put(file("short"), "x");
   EXPECT_EQ(simulate({"files", "send", "system", file("short")}).errors,
             "zanctl: cannot send " + file("short") +

@@ -1,22 +1,10 @@
-#include "hosts/zanctl/help.hpp"
+#include "hosts/zanctl/script/help.hpp"
 
 #include "hosts/zanctl/output/table.hpp"
 #include "hosts/zanctl/script/members.hpp"
 #include "hosts/zanctl/script/script.hpp"
 
 namespace zanctl {
-
-std::string environmentHelp() {
-  return "Environment:\n" +
-         alignedTable({{"LUMODEVICE_VISA_LIBRARY", "stands in for --visa-library"},
-                       {"LUMODEVICE_DRIVE_C", "stands in for --drive-c"},
-                       {"XDG_DATA_HOME",
-                        "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"}},
-                      "  ") +
-         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong "
-         "command\n"
-         "line.";
-}
 
 std::string scriptHelp() {
   std::vector<Row> rows;

@@ -1,14 +1,14 @@
-#include "hosts/zanctl/options.hpp"
+#include "hosts/zanctl/command_line.hpp"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <sstream>
+#include <vector>
 
 #include "hosts/zanctl/commands/commands.hpp"
-#include "hosts/zanctl/help.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
+#include "hosts/zanctl/output/table.hpp"
 #include "hosts/zanctl/script/numbers.hpp"
 
 namespace zanctl {
@@ -16,10 +16,6 @@ namespace zanctl {
 namespace {
 
 constexpr int kLastPort = 16;
-/// A day, in milliseconds.
-constexpr int kLongestPeriod = 24 * 60 * 60 * 1000;
-/// A channel's number is one digit on the wire.
-constexpr int kLastChannel = 9;
 
 struct NamedLink {
   std::string_view name;
@@ -61,19 +57,20 @@ std::map<int, std::string> parsePorts(const std::vector<std::string>& texts) {
   return ports;
 }
 
-void fillFromEnvironment(Options& options, const Environment& environment) {
+void fillFromEnvironment(CommandLine& line, const Environment& environment) {
+  StationOptions& options = line.options;
   if (!options.visaLibrary && !options.simulate) {
     options.visaLibrary = lumodevice::platform::chosenVisaLibrary(environment);
   }
   const auto colours = environment("COLORTERM");
   options.trueColour = colours == "truecolor" || colours == "24bit";
-  options.ownDrive = options.command->temporaryDrive && !options.driveC;
+  options.ownDrive = line.command->temporaryDrive && !options.driveC;
   if (!options.driveC) {
     options.driveC = lumodevice::platform::usualDriveC(environment);
   }
 }
 
-void check(const Options& options) {
+void check(const StationOptions& options) {
   if (options.simulate && (options.visaLibrary || !options.ports.empty())) {
     throw WrongCommandLine(std::string(options.visaLibrary ? "--visa-library" : "--port") +
                            " names something real; the simulated instrument touches none of it");
@@ -85,36 +82,67 @@ void check(const Options& options) {
   }
 }
 
+/// The variables that stand in for options, and how the program ends.
+std::string environmentHelp() {
+  return "Environment:\n" +
+         alignedTable({{"LUMODEVICE_VISA_LIBRARY", "stands in for --visa-library"},
+                       {"LUMODEVICE_DRIVE_C", "stands in for --drive-c"},
+                       {"XDG_DATA_HOME",
+                        "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"}},
+                      "  ") +
+         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong "
+         "command\n"
+         "line.";
+}
+
+/// The help of a command with the usage that the command's row tells.
+class UsageOfRow : public CLI::Formatter {
+ public:
+  explicit UsageOfRow(const Command& command) : command_(command) {}
+
+  std::string make_usage(const CLI::App*, std::string) const override {
+    return std::string("Usage: zanctl [OPTIONS] ")
+        .append(command_.name)
+        .append(command_.usage.empty() ? "" : " ")
+        .append(command_.usage)
+        .append("\n");
+  }
+
+ private:
+  const Command& command_;
+};
+
 /// The command line as the parser library sees it.
 class Parser {
  public:
   Parser() {
     app_.set_version_flag("--version", "zanctl " ZANCTL_VERSION, "Print the version and exit");
-    app_.add_flag("--simulate", options_.simulate,
+    app_.add_flag("--simulate", line_.options.simulate,
                   "Use the built-in simulated instrument; nothing real is touched");
-    app_.add_option("--visa-library", options_.visaLibrary, "VISA shared library to load")
+    app_.add_option("--visa-library", line_.options.visaLibrary, "VISA shared library to load")
         ->type_name("PATH");
     app_.add_option("--port", ports_, "Device that stands for COMn (repeatable)")
         ->type_name("COMn=DEVICE")
         ->allow_extra_args(false);
-    app_.add_option("--drive-c", options_.driveC, "Folder that stands for drive C:")
+    app_.add_option("--drive-c", line_.options.driveC, "Folder that stands for drive C:")
         ->type_name("DIR");
     app_.add_option("--link", link_,
                     "Link to choose before the command runs: visa, visacom, serial")
         ->type_name("LINK");
-    app_.add_flag("--virtual-time", options_.virtualTime,
+    app_.add_flag("--virtual-time", line_.options.virtualTime,
                   "Let waits and timers run on a clock that jumps instead of sleeping");
-    app_.add_option("--trace", options_.trace, "Write the wire trace to FILE (- is standard error)")
+    app_.add_option("--trace", line_.options.trace,
+                    "Write the wire trace to FILE (- is standard error)")
         ->type_name("FILE");
     app_.footer(environmentHelp);
     app_.require_subcommand(0, 1);
-    for (const Command& command : commands()) {
-      addCommand(command);
+    for (const Command* const command : commands()) {
+      addCommand(*command);
     }
   }
 
   /// None when help was asked for.
-  std::optional<Options> parse(std::vector<std::string> words, Output& output) {
+  std::optional<CommandLine> parse(std::vector<std::string> words, Output& output) {
     std::ranges::reverse(words);  // the library takes them from the end
     try {
       app_.parse(std::move(words));
@@ -126,19 +154,20 @@ class Parser {
     } catch (const CLI::ParseError& wrong) {
       throw WrongCommandLine(wrong.what());
     }
-    if (options_.command == nullptr) {
+    if (line_.command == nullptr) {
       throw WrongCommandLine("a command is missing");
     }
-    options_.ports = parsePorts(ports_);
-    options_.link = link();
-    options_.simulate = options_.simulate || options_.command->alwaysSimulated;
-    return std::move(options_);
+    StationOptions& options = line_.options;
+    options.ports = parsePorts(ports_);
+    options.link = link();
+    options.simulate = options.simulate || line_.command->alwaysSimulated;
+    return std::move(line_);
   }
 
  private:
   /// The link that was named, else one that will do for the command.
   [[nodiscard]] Link link() const {
-    const bool transfers = options_.command->transfers;
+    const bool transfers = line_.command->transfers;
     if (link_.empty()) {
       return transfers ? Link::VisaCom : Link::Visa;
     }
@@ -152,68 +181,32 @@ class Parser {
   }
 
   void addCommand(const Command& command) {
-    CLI::App* const sub = app_.add_subcommand(std::string(command.name), std::string(command.help));
-    sub->callback([this, &command] { options_.command = &command; });
+    CLI::App* const sub =
+        app_.add_subcommand(std::string(command.name), std::string(command.summary));
     sub->fallthrough();
-    for (const Argument& argument : command.arguments) {
-      if (!argument.name.empty()) {
-        addArgument(*sub, argument);
-      }
-    }
-    if (command.name == "files") {
-      sub->add_flag("--force", options_.force, "Send a file of the wrong size, too");
-    }
-    if (command.name == "readings") {
-      addReadingsOptions(*sub);
-    }
-    if (command.name == "run") {
-      sub->footer(scriptHelp);
-    }
-  }
-
-  void addArgument(CLI::App& sub, const Argument& argument) {
-    const std::string name(argument.name);
-    const std::string help(argument.help);
-    CLI::Option* const option =
-        argument.repeated
-            ? sub.add_option(name, options_.arguments, help)
-            : sub.add_option_function<std::string>(
-                  name, [this](const std::string& word) { options_.arguments.push_back(word); },
-                  help);
-    option->type_name(" ")->required(argument.required);
-  }
-
-  void addReadingsOptions(CLI::App& sub) {
-    Options::Readings& readings = options_.readings;
-    sub.add_option("--channel", readings.channel, "This channel only")
-        ->type_name("N")
-        ->check(CLI::Range(1, kLastChannel));
-    sub.add_option("--count", readings.count,
-                   "Rounds to take, 1 when not given; 0 goes on for ever")
-        ->type_name("N")
-        ->check(CLI::Range(0, std::numeric_limits<int>::max()));
-    sub.add_option("--every", readings.every, "From one round to the next, 1000 when not given")
-        ->type_name("MS")
-        ->check(CLI::Range(0, kLongestPeriod));
-    sub.add_flag("--csv", readings.csv, "Comma-separated values with time stamps");
+    sub->formatter(std::make_shared<UsageOfRow>(command));
+    sub->callback([this, &command, run = command.prepare(*sub)] {
+      line_.command = &command;
+      line_.run = run;
+    });
   }
 
   CLI::App app_{"Drives the instrument control ZANCtrl in a terminal", "zanctl"};
-  Options options_;
+  CommandLine line_;
   std::vector<std::string> ports_;
   std::string link_;
 };
 
 }  // namespace
 
-std::optional<Options> parseOptions(const std::vector<std::string>& words,
-                                    const Environment& environment, Output& output) {
-  auto options = Parser().parse(words, output);
-  if (options) {
-    check(*options);
-    fillFromEnvironment(*options, environment);
+std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& words,
+                                            const Environment& environment, Output& output) {
+  auto line = Parser().parse(words, output);
+  if (line) {
+    check(line->options);
+    fillFromEnvironment(*line, environment);
   }
-  return options;
+  return line;
 }
 
 }  // namespace zanctl

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace zanctl {
+
+/// Adds a word that stands behind a command to the parser of its command line. The word must live
+/// until the command line was read.
+void addArgument(CLI::App& parser, const std::string& name, std::optional<std::string>& word,
+                 const std::string& help);
+
+/// The same for a word that must be there.
+void addArgument(CLI::App& parser, const std::string& name, std::string& word,
+                 const std::string& help);
+
+/// The same for one word or more, the last of the command.
+void addArgument(CLI::App& parser, const std::string& name, std::vector<std::string>& words,
+                 const std::string& help);
+
+}  // namespace zanctl

@@ -1,0 +1,69 @@
+#include <memory>
+#include <string>
+
+#include "hosts/zanctl/commands/arguments.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/output/files_by_name.hpp"
+#include "hosts/zanctl/output/picture_files.hpp"
+#include "hosts/zanctl/station/station.hpp"
+#include "lumodevice/capture/display_dump.hpp"
+#include "lumodevice/transfer/working_files.hpp"
+
+namespace zanctl {
+
+namespace {
+
+using lumodevice::capture::DisplayDump;
+using lumodevice::toolkit::Picture;
+using lumodevice::transfer::asBytes;
+using lumodevice::transfer::asText;
+
+/// What stands before a dump that was saved over the serial port.
+constexpr std::string_view kDumpHeader = "#6122880";
+
+Picture paint(std::string_view dump) {
+  lumodevice::capture::ScreenPalette palette{};
+  lumodevice::capture::FillScreenPalette(palette);
+  Picture picture(lumodevice::capture::kScreenWidth, lumodevice::capture::kScreenHeight);
+  paintDump(DisplayDump(asBytes(dump).first<DisplayDump::kSize>()), palette, picture);
+  return picture;
+}
+
+struct Files {
+  std::string dump;
+  std::string picture;
+};
+
+ExitStatus convert(Station& station, const Files& files) {
+  std::string bytes =
+      readBytes(files.dump, kDumpHeader.size() + DisplayDump::kSize, station.streams().input);
+  if (bytes.starts_with(kDumpHeader)) {
+    bytes.erase(0, kDumpHeader.size());
+  }
+  if (bytes.size() < DisplayDump::kSize) {
+    throw Unusable("cannot convert " + files.dump + ": it has " + std::to_string(bytes.size()) +
+                   " bytes of display memory, not " + std::to_string(DisplayDump::kSize));
+  }
+  checkWritable(files.picture, station.output());
+  const Picture picture = paint(bytes);
+  savePicture(picture, asText(picture.bitmap()), files.picture, station.output());
+  return kDone;
+}
+
+Run prepare(CLI::App& parser) {
+  const auto files = std::make_shared<Files>();
+  addArgument(parser, "DUMP", files->dump, "The dump; - is standard input");
+  addArgument(parser, "FILE", files->picture, "The picture, as for capture");
+  return [files](Station& station) { return convert(station, *files); };
+}
+
+}  // namespace
+
+const Command kConvert = {
+    .name = "convert",
+    .summary = "Make a picture of a display dump, without an instrument",
+    .usage = "DUMP FILE",
+    .prepare = prepare,
+};
+
+}  // namespace zanctl

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "hosts/zanctl/links/link_options.hpp"
+
+namespace zanctl {
+
+/// What the command line asks for, whatever the command is.
+struct StationOptions : LinkOptions {
+  /// None when it is not named and there is no home folder either.
+  std::optional<std::string> driveC;
+  /// Drive C: is a temporary folder of this run.
+  bool ownDrive = false;
+  /// The terminal shows 24-bit colours.
+  bool trueColour = false;
+  /// The link whose options are clicked before the command runs.
+  Link link = Link::Visa;
+  /// A file, or "-" for standard error.
+  std::optional<std::string> trace;
+};
+
+}  // namespace zanctl
