@@ -27,7 +27,8 @@ endif()
 
 # lumodevice_library(name EXPORT e [INCLUDE folder] [SOURCES a.cpp ...] [LIBS x ...] [SYSTEM y ...]): a static library of the
 # project, and of the same objects a shared one, name_shared. Programs that find the package know the shared
-# one as LumoDevice::e, the static one as LumoDevice::e_static. LIBS are made in this way too, SYSTEM are not.
+# one as LumoDevice::e, the static one as LumoDevice::e_static. A shared library exports what is marked with
+# LUMODEVICE_API. LIBS are made in this way too, SYSTEM are not.
 function(lumodevice_library name)
   cmake_parse_arguments(ARG "" "EXPORT;INCLUDE" "SOURCES;LIBS;SYSTEM" ${ARGN})
   if(ARG_EXPORT STREQUAL core)
@@ -37,7 +38,8 @@ function(lumodevice_library name)
   endif()
   add_library(${name} STATIC ${ARG_SOURCES})
   add_library(${name}_shared SHARED $<TARGET_OBJECTS:${name}>)
-  set_target_properties(${name} PROPERTIES EXPORT_NAME ${ARG_EXPORT}_static)
+  set_target_properties(${name} PROPERTIES EXPORT_NAME ${ARG_EXPORT}_static
+    CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   # Before 1.0 every minor version may break what was built against another.
   set_target_properties(${name}_shared PROPERTIES EXPORT_NAME ${ARG_EXPORT} LINKER_LANGUAGE CXX
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
@@ -51,6 +53,13 @@ function(lumodevice_library name)
       target_link_libraries(${name}${kind} PUBLIC ${library}${kind})
     endforeach()
   endforeach()
+  # What the shared libraries below do not export and this one needs comes from the static ones, and stays inside.
+  foreach(library IN LISTS ARG_LIBS)
+    target_link_libraries(${name}_shared PRIVATE $<BUILD_INTERFACE:${library}>)
+  endforeach()
+  if(NOT MSVC AND NOT APPLE)
+    target_link_options(${name}_shared PRIVATE LINKER:--exclude-libs,ALL)
+  endif()
 endfunction()
 
 # lumodevice_test(name SOURCES a.cpp ... LIBS x ...): a GoogleTest program; every test in it is one ctest test.

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/io/clock.hpp"
 #include "lumodevice/io/drive.hpp"
 #include "lumodevice/io/serial_port.hpp"
@@ -33,7 +34,7 @@ using InformationBox = std::function<void(std::string_view text)>;
 ///
 /// Everything referred to must outlive the component, unless `owned` keeps it, and is used on the
 /// thread that calls the component alone.
-struct Host {
+struct LUMODEVICE_API Host {
   toolkit::EventLoop& loop;
   io::Visa& visa;
   io::VisaCom& visaCom;

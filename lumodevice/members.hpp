@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "lumodevice/automation_type.hpp"
+#include "lumodevice/export.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 
 /// The automation members of ZANCtrl as a table. The types are those of the class, so the two
@@ -26,13 +27,13 @@ enum class MemberKind { PropertyGet, PropertyPut, PropertyPutReference, Method }
 /// the members of ZANCtrl leave theirs as they are.
 enum class Passing { None, ByValue, ByReference };
 
-struct Argument {
+struct LUMODEVICE_API Argument {
   std::string_view name;
   Type type = Type::None;
   Passing passing = Passing::None;
 };
 
-struct Member {
+struct LUMODEVICE_API Member {
   std::string_view name;
   MemberKind kind = MemberKind::Method;
   /// Part of the interface: hosts that were built against the component call by it.

@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include "lumodevice/automation_type.hpp"
+#include "lumodevice/export.hpp"
 
 /// The record types that the component shares with its hosts.
 ///
@@ -18,7 +19,7 @@
 namespace lumodevice {
 
 /// One colour of a bitmap palette: three bytes, in the order in which Windows bitmaps store them.
-struct BGR {
+struct LUMODEVICE_API BGR {
   std::uint8_t rgbBlue = 0;
   std::uint8_t rgbGreen = 0;
   std::uint8_t rgbRed = 0;
@@ -26,7 +27,7 @@ struct BGR {
 };
 
 /// One key area on the picture of the instrument's front panel, edges in the picture's coordinates.
-struct devButton {
+struct LUMODEVICE_API devButton {
   std::string btnTitle;
   std::int16_t x1 = 0;
   std::int16_t y1 = 0;
@@ -40,7 +41,7 @@ struct devButton {
 /// puts them; automation clients see them packed.
 namespace lumodevice::automation {
 
-struct Field {
+struct LUMODEVICE_API Field {
   std::string_view name;
   Type type = Type::None;
   /// Bytes from the start of the packed record, where a reference takes 4. Clients of 64 bits have
@@ -49,7 +50,7 @@ struct Field {
   std::string_view help;
 };
 
-struct Record {
+struct LUMODEVICE_API Record {
   std::string_view name;
   std::size_t size = 0;  ///< bytes, packed, where a reference takes 4
   std::string_view help;

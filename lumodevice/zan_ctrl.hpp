@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/host.hpp"
 #include "lumodevice/io/visa_com.hpp"
 #include "lumodevice/records.hpp"
@@ -30,7 +31,7 @@ enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 ///
 /// A Host is what the component finds around it: the loop that it waits on, the links, drive C:,
 /// the clock and the information boxes. One component, its loop and its links belong to one thread.
-class ZANCtrl {
+class LUMODEVICE_API ZANCtrl {
  public:
   /// Attempts no connection.
   explicit ZANCtrl(const Host& host);

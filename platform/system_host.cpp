@@ -1,30 +1,15 @@
 #include "lumodevice/system_host.hpp"
 
-#include <iostream>
 #include <optional>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "platform/environment.hpp"
-#include "platform/folder_drive.hpp"
 #include "platform/host_parts.hpp"
 #include "platform/machine_visa.hpp"
 #include "platform/serial_devices.hpp"
 #include "platform/system_clock.hpp"
 
 namespace lumodevice {
-
-namespace platform {
-
-std::unique_ptr<io::Drive> driveIn(const std::string& folder) {
-  return std::make_unique<FolderDrive>(folder.empty() ? usualDriveC(processVariable).value_or("")
-                                                      : folder);
-}
-
-void printInformation(std::string_view text) {
-  std::cerr << "[information] " << text << std::endl;
-}
-
-}  // namespace platform
 
 namespace {
 

@@ -2,10 +2,12 @@
 
 #include <chrono>
 
+#include "lumodevice/export.hpp"
+
 namespace lumodevice::io {
 
 /// The present date and time of day where the bench stands.
-struct LocalTime {
+struct LUMODEVICE_API LocalTime {
   int year = 1970;
   int month = 1;  ///< 1 to 12
   int day = 1;    ///< 1 to 31
@@ -22,7 +24,7 @@ struct LocalTime {
 ///     struct Noon : io::WallClock {
 ///       io::LocalTime now() const override { return {.year = 2031, .month = 3, .hour = 12}; }
 ///     };
-class WallClock {
+class LUMODEVICE_API WallClock {
  public:
   virtual ~WallClock() = default;
   [[nodiscard]] virtual LocalTime now() const = 0;
@@ -30,7 +32,7 @@ class WallClock {
 
 /// A clock that counts from its own start and can be waited on; what links and simulated
 /// instruments measure their time-outs with.
-class Clock {
+class LUMODEVICE_API Clock {
  public:
   using Duration = std::chrono::nanoseconds;
   virtual ~Clock() = default;

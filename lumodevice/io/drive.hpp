@@ -5,12 +5,13 @@
 #include <span>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/io/fault.hpp"
 
 namespace lumodevice::io {
 
 /// A file opened for binary access. Closed on destruction.
-class BinaryFile {
+class LUMODEVICE_API BinaryFile {
  public:
   virtual ~BinaryFile() = default;
   /// Fills `data` from the next bytes of the file; what lies beyond its end comes out as zero.
@@ -27,7 +28,7 @@ class BinaryFile {
 ///       io::Bytes preset(892);
 ///       host.drive.open("C:\\temp\\zanbank.dev")->get(preset);
 ///     }
-class Drive {
+class LUMODEVICE_API Drive {
  public:
   virtual ~Drive() = default;
   [[nodiscard]] virtual bool fileExists(std::string_view path) const = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/io/visa.hpp"
 
 namespace lumodevice::io {
@@ -22,7 +23,7 @@ namespace lumodevice::io {
 ///      private:
 ///       io::Visa& below_;
 ///     };
-class ForwardingVisa : public Visa {
+class LUMODEVICE_API ForwardingVisa : public Visa {
  public:
   // For the signatures of classes made from it elsewhere.
   using ViStatus = io::ViStatus;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/io/fault.hpp"
 
 namespace lumodevice::io {
@@ -20,7 +21,7 @@ inline constexpr int kSerialDeviceBusy = 8019;
 inline constexpr int kSerialReadError = 8020;
 inline constexpr int kSerialUnavailable = 68;
 
-struct SerialSettings {
+struct LUMODEVICE_API SerialSettings {
   std::int32_t baud = 9600;
   char parity = 'n';           ///< e even, m mark, n none, o odd, s space
   int dataBits = 8;            ///< 4 to 8
@@ -29,7 +30,7 @@ struct SerialSettings {
 
 /// An open serial device. Closed on destruction. No call blocks: what has not arrived is not waited
 /// for, and a write that the device does not take within its own time-out throws.
-class SerialLine {
+class LUMODEVICE_API SerialLine {
  public:
   virtual ~SerialLine() = default;
   /// Takes effect at once. Throws SerialFault(380) for settings that the device refuses.
@@ -45,7 +46,7 @@ class SerialLine {
 ///
 ///     const auto line = host.serialDevices.open(3, {.baud = 38400});
 ///     line->write("*IDN?\n");
-class SerialDevices {
+class LUMODEVICE_API SerialDevices {
  public:
   virtual ~SerialDevices() = default;
   /// Throws SerialFault: 8002 for a port that does not exist, 8005 for one in use by another
@@ -56,7 +57,7 @@ class SerialDevices {
 
 /// The serial port control: the properties that the component uses, with their error numbers, and
 /// the receive queue.
-class SerialPort {
+class LUMODEVICE_API SerialPort {
  public:
   enum class InputModes { Text = 0, Binary = 1 };
 

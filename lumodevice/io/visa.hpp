@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
+
 /// The nine operations of a VISA library (VPP-4.3.2) that the component uses. Names, argument order
 /// and numbers are VISA's own; handles are 32-bit numbers on every platform.
 ///
@@ -73,7 +75,7 @@ inline constexpr std::uint32_t VI_TMO_INFINITE = 0xFFFFFFFF;
 /// included.
 inline constexpr std::size_t VI_FIND_BUFLEN = 256;
 
-class Visa {
+class LUMODEVICE_API Visa {
  public:
   virtual ~Visa() = default;
 

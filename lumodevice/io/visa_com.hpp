@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/io/bytes.hpp"
 #include "lumodevice/io/fault.hpp"
 
@@ -33,7 +34,7 @@ inline constexpr int kOutputBuffer = 0x20;
 
 /// An open session (IMessage, with ISerial's end modes). It is closed when its last holder lets it
 /// go.
-class MessageSession {
+class LUMODEVICE_API MessageSession {
  public:
   virtual ~MessageSession() = default;
   /// Milliseconds.
@@ -45,7 +46,7 @@ class MessageSession {
 };
 
 /// The formatted-I/O object (IFormattedIO488): one read and one write buffer over a session.
-class FormattedIO488 {
+class LUMODEVICE_API FormattedIO488 {
  public:
   virtual ~FormattedIO488() = default;
   /// The session, or null. Setting one drops whatever is buffered.
@@ -67,7 +68,7 @@ class FormattedIO488 {
   virtual void SetBufferSize(int bufferMask, std::int32_t bytes) = 0;
 };
 
-class ResourceManager {
+class LUMODEVICE_API ResourceManager {
  public:
   virtual ~ResourceManager() = default;
   virtual std::shared_ptr<MessageSession> Open(std::string_view resourceName,
@@ -76,7 +77,7 @@ class ResourceManager {
 };
 
 /// Makes the two objects; throws REGDB_E_CLASSNOTREG where VISA COM is not installed.
-class VisaCom {
+class LUMODEVICE_API VisaCom {
  public:
   virtual ~VisaCom() = default;
   [[nodiscard]] virtual std::shared_ptr<ResourceManager> createResourceManager() = 0;

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/io/visa.hpp"
 #include "lumodevice/io/visa_com.hpp"
 
@@ -12,7 +13,7 @@ namespace lumodevice::io {
 ///
 ///     io::VisaComOverVisa com(host.visa);
 ///     const auto device = com.createFormattedIO488();
-class VisaComOverVisa : public VisaCom {
+class LUMODEVICE_API VisaComOverVisa : public VisaCom {
  public:
   explicit VisaComOverVisa(Visa& visa) : visa_(visa) {}
   [[nodiscard]] std::shared_ptr<ResourceManager> createResourceManager() override;

@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "lumodevice/export.hpp"
+
 namespace lumodevice {
 
 /// A failure that the operations of the component know how to live with: a number that does not
@@ -14,7 +16,7 @@ namespace lumodevice {
 ///     } catch (const Fault& fault) {
 ///       std::cerr << fault.number() << ": " << fault.what() << '\n';
 ///     }
-class Fault : public std::runtime_error {
+class LUMODEVICE_API Fault : public std::runtime_error {
  public:
   /// `number` identifies the failure within its kind; each kind says whose numbering it uses.
   Fault(int number, const std::string& what) : std::runtime_error(what), number_(number) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/frames.hpp"
 
 /// Labels and what is clicked.
@@ -8,7 +9,7 @@
 ///     autoQuery.setValue(toolkit::CheckBox::kTicked);
 namespace lumodevice::toolkit {
 
-class Label : public Captioned<Control> {
+class LUMODEVICE_API Label : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::Label;
   Event<> click{*this};
@@ -18,7 +19,7 @@ class Label : public Captioned<Control> {
   using Captioned::Captioned;
 };
 
-class CommandButton : public Captioned<Control> {
+class LUMODEVICE_API CommandButton : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::CommandButton;
   Event<> click{*this};
@@ -29,7 +30,7 @@ class CommandButton : public Captioned<Control> {
 };
 
 /// Click when the value changes, from code or by the operator.
-class CheckBox : public Captioned<Control> {
+class LUMODEVICE_API CheckBox : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::CheckBox;
   static constexpr int kClear = 0;
@@ -49,7 +50,7 @@ class CheckBox : public Captioned<Control> {
 };
 
 /// Click when it becomes selected; its siblings in the same container are cleared without a Click.
-class OptionButton : public Captioned<Control> {
+class LUMODEVICE_API OptionButton : public Captioned<Control> {
  public:
   static constexpr Kind kKind = Kind::OptionButton;
   Event<> click{*this};

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/look.hpp"
 #include "lumodevice/toolkit/property.hpp"
 
@@ -23,7 +24,7 @@ class Container;
 ///         std::cout << control->fullName() << " is shown and cannot be used\n";
 ///       }
 ///     }
-class Control {
+class LUMODEVICE_API Control {
  public:
   virtual ~Control() = default;
   Control(const Control&) = delete;
@@ -94,7 +95,7 @@ class Control {
 };
 
 /// A control that others can sit in: the form or a frame.
-class Container : public Control {
+class LUMODEVICE_API Container : public Control {
  protected:
   using Control::Control;
 };

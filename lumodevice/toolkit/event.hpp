@@ -3,13 +3,14 @@
 #include <functional>
 #include <memory>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 
 namespace lumodevice::toolkit {
 
 /// Thrown by the waits of an operation whose component was ended meanwhile; the operation ends
 /// there. Caught where the operation was started: by the event that raised it, or by the member.
-struct OperationEnded {};
+struct LUMODEVICE_API OperationEnded {};
 
 /// An event of a control: at most one handler, set by the subsystem that owns the event. Raising it
 /// runs the handler at once, nested in whatever is running, to its end. What the control is part of

@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+#include "lumodevice/export.hpp"
+
 namespace lumodevice::toolkit {
 
 class Timer;
@@ -25,7 +27,7 @@ class Timer;
 ///       void deliverInput() override { window.handleMessages(); }
 ///       void timersChanged() noexcept override { alarm.set(nextDue()); }  // its alarm: tickDue()
 ///     };
-class EventLoop {
+class LUMODEVICE_API EventLoop {
  public:
   using Duration = std::chrono::nanoseconds;
 
@@ -90,7 +92,7 @@ class EventLoop {
 };
 
 /// Real time, for a program without a window system.
-class RealTimeLoop : public EventLoop {
+class LUMODEVICE_API RealTimeLoop : public EventLoop {
  public:
   [[nodiscard]] Duration now() const override;
 
@@ -102,7 +104,7 @@ class RealTimeLoop : public EventLoop {
 };
 
 /// A clock that jumps instead of waiting: an hour of ticks takes as long as its handlers do.
-class VirtualLoop : public EventLoop {
+class LUMODEVICE_API VirtualLoop : public EventLoop {
  public:
   [[nodiscard]] Duration now() const override { return now_; }
 

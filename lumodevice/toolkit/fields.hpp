@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 #include "lumodevice/toolkit/event.hpp"
 
@@ -15,7 +16,7 @@ enum class Key { Enter = 13, Up = 38, Down = 40 };
 ///
 ///     auto& waitUnit = load.surface().get<toolkit::TextBox>("Text5");
 ///     waitUnit.setText("100");  // milliseconds
-class TextBox : public Control {
+class LUMODEVICE_API TextBox : public Control {
  public:
   static constexpr Kind kKind = Kind::TextBox;
   Event<> change{*this};

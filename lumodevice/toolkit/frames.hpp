@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 #include "lumodevice/toolkit/event.hpp"
 
@@ -11,7 +12,7 @@ namespace lumodevice::toolkit {
 /// The form itself: the container of all; its mouse pointer is the component's.
 ///
 ///     load.surface().get<toolkit::Form>("ZANCtrl").show.raise();  // the window has come into view
-class Form : public Container {
+class LUMODEVICE_API Form : public Container {
  public:
   static constexpr Kind kKind = Kind::Form;
   /// The form comes into view; raised by what shows it.
@@ -47,7 +48,7 @@ class Captioned : public Base {
   std::string caption_;
 };
 
-class Frame : public Captioned<Container> {
+class LUMODEVICE_API Frame : public Captioned<Container> {
  public:
   static constexpr Kind kKind = Kind::Frame;
 

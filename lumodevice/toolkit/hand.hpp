@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 
 /// The acts of an operator. A control takes them only while it is enabled together with all its
@@ -12,20 +13,20 @@ namespace lumodevice::toolkit::hand {
 
 /// A button fires, a check box flips (greyed becomes clear), an option is chosen, the selected
 /// entry of a list is clicked again, a picture or label is clicked.
-bool click(Control& control);
+LUMODEVICE_API bool click(Control& control);
 
 /// Replaces the text of a text or combo box.
-bool type(Control& control, std::string_view text);
+LUMODEVICE_API bool type(Control& control, std::string_view text);
 
 /// Picks the entry of a combo or list box. Throws PropertyFault(380) for an index that holds no
 /// entry.
-bool select(Control& control, int index);
+LUMODEVICE_API bool select(Control& control, int index);
 
 /// Presses a key in a text or combo box.
-bool press(Control& control, Key key);
+LUMODEVICE_API bool press(Control& control, Key key);
 
 /// Presses the mouse on the item `text` of one list and drops it on another (or on the same).
 /// Throws PropertyFault(380) when the list does not hold the item.
-bool drag(ListBox& from, std::string_view text, ListBox& onto);
+LUMODEVICE_API bool drag(ListBox& from, std::string_view text, ListBox& onto);
 
 }  // namespace lumodevice::toolkit::hand

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 #include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/fields.hpp"
@@ -17,7 +18,7 @@ namespace lumodevice::toolkit {
 ///     for (int i = 0; i < channels.listCount(); ++i) {
 ///       std::cout << (i == channels.listIndex() ? "> " : "  ") << channels.list(i) << '\n';
 ///     }
-class ListControl : public Control {
+class LUMODEVICE_API ListControl : public Control {
  public:
   /// The selection changed from code, or the operator picked an entry (also the one already
   /// selected).
@@ -54,7 +55,7 @@ class ListControl : public Control {
 
 /// An edit field with a list. Selecting an entry puts it into the field; setting the text selects
 /// none.
-class ComboBox : public ListControl {
+class LUMODEVICE_API ComboBox : public ListControl {
  public:
   static constexpr Kind kKind = Kind::ComboBox;
   Event<Key> keyDown{*this};
@@ -71,14 +72,14 @@ class ComboBox : public ListControl {
 };
 
 /// What is dragged from one list box to another.
-struct DragData {
+struct LUMODEVICE_API DragData {
   std::string text;
   int allowedEffects = 0;
 };
 inline constexpr int kDropEffectNone = 0;
 inline constexpr int kDropEffectMove = 2;
 
-class ListBox : public ListControl {
+class LUMODEVICE_API ListBox : public ListControl {
  public:
   static constexpr Kind kKind = Kind::ListBox;
   enum DropMode { kDropNone = 0, kDropManual = 1 };

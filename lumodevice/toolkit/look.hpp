@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "lumodevice/export.hpp"
+
 namespace lumodevice::toolkit {
 
 /// The numbers are those that forms customarily have for it.
@@ -29,7 +31,7 @@ inline constexpr int kNoMnemonic = -1;
 ///
 ///     const toolkit::Look& look = load.surface().find("txtVoltage", 0)->look();
 ///     const bool inBold = look.bold && look.colorRole == toolkit::ColorRole::Value;
-struct Look {
+struct LUMODEVICE_API Look {
   /// Points; 0 is the face's ordinary size.
   int fontSize = 0;
   bool bold = false;

@@ -5,18 +5,19 @@
 #include <span>
 #include <vector>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/text/fault.hpp"
 
 namespace lumodevice::toolkit {
 
 /// Bytes that are no picture which can be shown (number 481).
-class PictureFault : public Fault {
+class LUMODEVICE_API PictureFault : public Fault {
  public:
   using Fault::Fault;
 };
 inline constexpr int kInvalidPicture = 481;
 
-struct Colour {
+struct LUMODEVICE_API Colour {
   std::uint8_t red = 0;
   std::uint8_t green = 0;
   std::uint8_t blue = 0;
@@ -29,7 +30,7 @@ struct Colour {
 ///     toolkit::Picture flag(3, 1);
 ///     flag.setPoint(0, 0, {.red = 255});
 ///     const std::span<const std::uint8_t> bytes = flag.bitmap();  // of a .bmp file
-class Picture {
+class LUMODEVICE_API Picture {
  public:
   static constexpr std::size_t kHeaderSize = 54;
   static constexpr int kLargestSide = 4096;

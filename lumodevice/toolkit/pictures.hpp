@@ -3,6 +3,7 @@
 #include <memory>
 #include <utility>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 #include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/picture.hpp"
@@ -11,7 +12,7 @@ namespace lumodevice::toolkit {
 
 /// The picture that picture boxes and images show. Controls share pictures; a shared one is never
 /// changed.
-class Pictured : public Control {
+class LUMODEVICE_API Pictured : public Control {
  public:
   /// Null for none.
   [[nodiscard]] const std::shared_ptr<const Picture>& picture() const { return picture_; }
@@ -29,7 +30,7 @@ class Pictured : public Control {
   std::shared_ptr<const Picture> picture_;
 };
 
-class PictureBox : public Pictured {
+class LUMODEVICE_API PictureBox : public Pictured {
  public:
   static constexpr Kind kKind = Kind::PictureBox;
   Event<> click{*this};
@@ -39,7 +40,7 @@ class PictureBox : public Pictured {
   using Pictured::Pictured;
 };
 
-class Image : public Pictured {
+class LUMODEVICE_API Image : public Pictured {
  public:
   static constexpr Kind kKind = Kind::Image;
   /// The picture fills the control instead of keeping its own size.

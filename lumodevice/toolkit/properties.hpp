@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 
 /// The properties of controls by name and as text, for scripts, tables and tests.
@@ -13,18 +14,20 @@
 namespace lumodevice::toolkit {
 
 /// "TextBox", "CheckBox", ...
-[[nodiscard]] std::string_view kindName(Kind kind);
+[[nodiscard]] LUMODEVICE_API std::string_view kindName(Kind kind);
 
 /// The value of a property as text: Booleans as "True" or "False", `List(i)` for an item. Throws
 /// PropertyFault(438) when the control has no such property.
-[[nodiscard]] std::string readProperty(const Control& control, std::string_view property);
+[[nodiscard]] LUMODEVICE_API std::string readProperty(const Control& control,
+                                                      std::string_view property);
 
 /// Sets a property as program code does, raising what program code raises. Throws
 /// PropertyFault(438) when the control has no such property or does not let it be set, 380 for a
 /// value that it does not take.
-void writeProperty(Control& control, std::string_view property, std::string_view value);
+LUMODEVICE_API void writeProperty(Control& control, std::string_view property,
+                                  std::string_view value);
 
 /// "Caption" or "Text", whichever the control shows; "" for a control that shows neither.
-[[nodiscard]] std::string_view shownProperty(const Control& control);
+[[nodiscard]] LUMODEVICE_API std::string_view shownProperty(const Control& control);
 
 }  // namespace lumodevice::toolkit

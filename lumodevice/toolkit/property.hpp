@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/text/fault.hpp"
 
 /// What controls are, what they have, and where.
@@ -49,7 +50,7 @@ enum class Property {
 
 /// Left, top, width and height in twips (1440 to the inch, 15 to the pixel at 96 dpi), relative to
 /// the container.
-struct Place {
+struct LUMODEVICE_API Place {
   int left = 0;
   int top = 0;
   int width = 0;
@@ -59,7 +60,7 @@ struct Place {
 
 /// A value that a property does not take (number 380), or a property that the control has not
 /// (438).
-class PropertyFault : public Fault {
+class LUMODEVICE_API PropertyFault : public Fault {
  public:
   using Fault::Fault;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice::toolkit {
@@ -13,6 +14,6 @@ namespace lumodevice::toolkit {
 ///         std::cout << control->fullName() << '\n';
 ///       }
 ///     }
-[[nodiscard]] bool reachable(const Surface& surface, const Control& control);
+[[nodiscard]] LUMODEVICE_API bool reachable(const Surface& surface, const Control& control);
 
 }  // namespace lumodevice::toolkit

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 
 namespace lumodevice::toolkit {
@@ -20,7 +21,7 @@ namespace lumodevice::toolkit {
 /// inserted or removed, else -1. A view may read any control then and detach itself or others, but
 /// must neither change a control nor end what the surface is part of. When a view throws, the
 /// others are told all the same; then the exception goes on, and the event is not raised.
-class View {
+class LUMODEVICE_API View {
  public:
   virtual ~View() = default;
   virtual void changed(const Control& control, Property property, int item) = 0;
@@ -28,7 +29,7 @@ class View {
 
 /// Owns the controls of one form, in the order of their making, finds them by name and tells the
 /// views what changed.
-class Surface {
+class LUMODEVICE_API Surface {
  public:
   Surface() = default;
   Surface(const Surface&) = delete;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
 #include "lumodevice/toolkit/event.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
@@ -14,7 +15,7 @@ namespace lumodevice::toolkit {
 ///
 ///     auto& rotation = load.surface().get<toolkit::Timer>("Timer1");
 ///     rotation.setInterval(500);
-class Timer : public Control {
+class LUMODEVICE_API Timer : public Control {
  public:
   static constexpr Kind kKind = Kind::Timer;
   static constexpr int kLongestInterval = 65535;

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/host.hpp"
 
 namespace lumodevice {
@@ -18,7 +19,7 @@ namespace lumodevice {
 
 /// What a host wants otherwise than systemHost() has it. What a pointer leads to must outlive
 /// every component that is given the host.
-struct SystemOptions {
+struct LUMODEVICE_API SystemOptions {
   /// Null: a loop of its own in real time.
   toolkit::EventLoop* loop = nullptr;
   /// The folder that is drive C:, created when something is first put there. Empty: the variable
@@ -39,6 +40,6 @@ struct SystemOptions {
 /// serial devices, a folder as drive C: and the system's clock. Opens nothing. Throws
 /// io::IoFault(VI_ERROR_LIBRARY_NFOUND) when a VISA library that was named cannot be loaded; its
 /// text says why.
-[[nodiscard]] Host systemHost(const SystemOptions& options = {});
+[[nodiscard]] LUMODEVICE_API Host systemHost(const SystemOptions& options = {});
 
 }  // namespace lumodevice

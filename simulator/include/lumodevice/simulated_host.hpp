@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "lumodevice/export.hpp"
 #include "lumodevice/host.hpp"
 
 namespace lumodevice {
@@ -19,7 +20,7 @@ namespace lumodevice {
 
 /// What a host wants otherwise than simulatedHost() has it. What a pointer leads to must outlive
 /// every component that is given the host.
-struct SimulatedOptions {
+struct LUMODEVICE_API SimulatedOptions {
   /// Null: a loop of its own. The instrument lives in the time of the loop.
   toolkit::EventLoop* loop = nullptr;
   /// The loop of its own runs on a clock that jumps instead of waiting.
@@ -42,6 +43,6 @@ struct SimulatedOptions {
 /// A bench with one simulated instrument, on USB behind VISA and VISA COM and on COM3 at 9600
 /// baud. Nothing real is touched but drive C:. Throws std::invalid_argument for slots or sources
 /// that cannot be.
-[[nodiscard]] Host simulatedHost(const SimulatedOptions& options = {});
+[[nodiscard]] LUMODEVICE_API Host simulatedHost(const SimulatedOptions& options = {});
 
 }  // namespace lumodevice
