@@ -3,8 +3,8 @@
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/transfer/block.hpp"
 #include "tests/files/file_parts.hpp"
-#include "tests/support/measured_memory.hpp"
 #include "tests/io/answering_visa.hpp"
+#include "tests/support/measured_memory.hpp"
 
 namespace lumodevice::files {
 namespace {
