@@ -2,8 +2,7 @@
 
 /// Stands before every class and function of the installed headers:
 ///
-///     class LUMODEVICE_API ZANCtrl { ... };
-///     [[nodiscard]] LUMODEVICE_API Host systemHost(const SystemOptions& options = {});
+///     class LUMODEVICE_API Display {};
 ///
 /// A shared library exports what is marked, and nothing else. Where the libraries are static alone
 /// (Windows), there is nothing to mark.
