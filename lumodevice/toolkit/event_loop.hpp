@@ -15,7 +15,7 @@ class Timer;
 /// What makes timers tick and lets an operation wait. The component runs on the thread of its loop
 /// alone and waits only by processEvents() and sleep(), in the order that the operation names them.
 ///
-/// Real time, virtual time and the loops of window systems are makes of this class. One of a window
+/// Real time, virtual time and the loops of window systems derive from this class. One of a window
 /// system keeps one timer of that system set to the next due time:
 ///
 ///     class WindowLoop : public EventLoop {
