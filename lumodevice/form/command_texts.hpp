@@ -10,8 +10,8 @@
 namespace lumodevice::form {
 
 /// Command prefixes and queries in their fixed order. A value is appended as it was typed, so the
-/// blanks at the end of a prefix are part of the command; some CR dynamic
-/// prefixes end in two of them, and go out so.
+/// blanks at the end of a prefix are part of the command; some CR dynamic prefixes end in two of
+/// them, and go out so.
 inline constexpr auto kCommandTexts = std::to_array<std::string_view>({
     // 0: channel and mode
     ":CHAN ",
