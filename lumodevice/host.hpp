@@ -18,6 +18,19 @@ namespace lumodevice {
 /// Shows an information box and returns when the operator has put it away.
 using InformationBox = std::function<void(std::string_view text)>;
 
+/// How exchanges share the line.
+enum class Exchanges {
+  /// A tick or a click may fall into the waits of an exchange, and the last writer of the command
+  /// and
+  /// of the answer wins. For hosts that were written for it.
+  Interleaved,
+  /// Every exchange keeps its own command and its own answer: what goes out is what was asked,
+  /// once,
+  /// and what comes back belongs to it. A late answer is nobody's. The waits are upper bounds: an
+  /// exchange returns as soon as its answer is complete.
+  InTurn,
+};
+
 /// What a host gives the component. systemHost() (lumodevice/system_host.hpp) and simulatedHost()
 /// (lumodevice/simulated_host.hpp) make one that is ready; a program that has a part of its own
 /// takes such a host apart:
@@ -44,6 +57,8 @@ struct LUMODEVICE_API Host {
   InformationBox informationBox;
   /// Receives one line for each serial command without an answer; null: nothing is logged.
   std::ostream* log = nullptr;
+  /// The ready-made hosts choose InTurn.
+  Exchanges exchanges = Exchanges::Interleaved;
   /// Keeps alive what is referred to: it goes with the last copy of this host, and each component
   /// holds one. Null where the program sees to that itself.
   std::shared_ptr<void> owned = nullptr;

@@ -41,10 +41,11 @@ class ZANCtrl::Component {
         state(form),
         waits(host, form.Text5),
         links(form, host),
-        exchange(host, form, waits, state, links),
+        turns(host, waits, state),
+        exchange(host, form, waits, state, links, turns),
         channels(form, waits, state, identity, exchange),
-        visa(form, state, identity, links, channels),
-        serial(form, waits, state, identity, links, channels),
+        visa(form, host.visa, state, identity, links, turns, channels),
+        serial(form, waits, state, identity, links, turns, channels),
         console(form, waits, state, exchange, commands),
         receivePoll(form, waits, links.serial, exchange),
         autoQuery(form, state, exchange),
@@ -81,6 +82,8 @@ class ZANCtrl::Component {
     form.retire();
     if (state.connected() && form.optVisa1.value()) {
       links.visaLibrary.close();
+    } else {
+      links.visaLibrary.closeWhatIsOpen();
     }
     attempt([this] { links.serial.close(); });
     links.visaCom.close();
@@ -96,6 +99,7 @@ class ZANCtrl::Component {
   link::LinkState state;
   link::Waits waits;
   link::Links links;
+  link::Turns turns;
   link::Identity identity;
   link::CommandTable commands;
   link::Exchange exchange;
@@ -148,7 +152,7 @@ class ZANCtrl::Component {
   /// A panel that comes into view after a serial search starts from the first mode, as the
   /// instrument does.
   void shown() const {
-    if (!serial.found()) {
+    if (!serial.found() || state.linkName() != link::kSerial) {
       return;
     }
     toolkit::OptionButton& first = form.optMode(0);

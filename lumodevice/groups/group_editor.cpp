@@ -40,6 +40,7 @@ GroupEditor::GroupEditor(form::Controls& form, link::Waits& waits, const link::L
 }
 
 void GroupEditor::Open() {
+  const link::Turns::Operation operation(exchange_.turns());
   if (anyGroup()) {
     const auto mode = exchange_.ask(":CONF:PAR:MODE?");
     (mode == "SYNC" ? form_.optSync : form_.optPara).setValue(true);
@@ -53,6 +54,7 @@ void GroupEditor::Close() {
 }
 
 void GroupEditor::Send() {
+  const link::Turns::Operation operation(exchange_.turns());
   if (!state_.connected() || !takeApart() || !sendGroup(form_.List2) || !sendGroup(form_.List3) ||
       !sendDisplayStyle()) {
     return;
@@ -154,6 +156,7 @@ void GroupEditor::showNoGroups() {
 }
 
 void GroupEditor::Refresh() {
+  const link::Turns::Operation operation(exchange_.turns());
   if (!state_.connected()) {
     return;
   }

@@ -61,6 +61,9 @@ class LUMODEVICE_API ForwardingVisa : public Visa {
   ViStatus viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) override {
     return target().viWrite(instrument, data, count);
   }
+  std::string discardUnread(ViSession instrument) override {
+    return target().discardUnread(instrument);
+  }
 
  protected:
   /// Where the calls go.

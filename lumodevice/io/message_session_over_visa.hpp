@@ -29,6 +29,7 @@ class MessageSessionOverVisa : public MessageSession {
   void setTerminationCharacterEnabled(bool enabled) override;
   void setSerialEndIn(int mode) override;
   void setSerialEndOut(int mode) override;
+  std::string discardUnread() override { return visa_.discardUnread(instrument_); }
 
   /// One viRead; `count` never exceeds the buffer. The status is the caller's to judge.
   [[nodiscard]] ViStatus read(std::span<char> buffer, std::uint32_t& count);

@@ -108,6 +108,10 @@ class LUMODEVICE_API Visa {
   virtual ViStatus viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) = 0;
 
   virtual ViStatus viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) = 0;
+
+  /// Drops what the instrument has sent and nobody has read, where that can be done without asking
+  /// the instrument, and tells what it was. No operation of VISA: a maker's library drops nothing.
+  virtual std::string discardUnread(ViSession /*instrument*/) { return {}; }
 };
 
 }  // namespace lumodevice::io

@@ -43,6 +43,9 @@ class LUMODEVICE_API MessageSession {
   /// Throws for a resource that is not serial-like.
   virtual void setSerialEndIn(int mode) = 0;
   virtual void setSerialEndOut(int mode) = 0;
+  /// Drops what the instrument has sent and nobody has read, where that can be done without asking
+  /// the instrument, and tells what it was.
+  virtual std::string discardUnread() { return {}; }
 };
 
 /// The formatted-I/O object (IFormattedIO488): one read and one write buffer over a session.

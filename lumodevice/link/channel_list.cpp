@@ -44,11 +44,7 @@ void ChannelList::RefreshChannelList() {
 }
 
 void ChannelList::ScanChannels() {
-  form_.Text2.setText("*RDT?");
-  exchange_.Send();
-  waits_.processEvents();
-  waits_.waitUnits(kScanUnits);
-  waits_.processEvents();
+  exchange_.sendAndWait("*RDT?", kScanUnits);
   callbacks.forgetFreeChannels();
   if (form_.txtReturn.text().empty()) {
     return;

@@ -30,6 +30,9 @@ void Console::sendByHand() {
     return;
   }
   exchange_.Send();
+  if (exchange_.turns().inTurn()) {
+    return;
+  }
   waits_.processEvents();
   if (state_.linkName() == kSerial) {
     waits_.waitUnits(1);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <numeric>
 #include <ostream>
 #include <utility>
 
@@ -14,6 +15,11 @@ namespace {
 
 constexpr char kCarriageReturn = '\r';
 constexpr char kLineFeed = '\n';
+/// Wait units of the stages in which an answer is waited for.
+constexpr std::array kStages = {1, 2, 4};
+constexpr int kStageUnits = std::accumulate(kStages.begin(), kStages.end(), 0);
+/// For a command without an answer.
+constexpr double kNoPatience = -1;
 
 /// Queries with long answers. They end in a carriage return, and VISA COM waits longer for them.
 bool isLongQuery(std::string_view command) {
@@ -22,6 +28,15 @@ bool isLongQuery(std::string_view command) {
 
 bool isQuery(std::string_view command) {
   return text::contains(command, "?");
+}
+
+bool choosesChannel(std::string_view command) {
+  return text::Trim(command).starts_with(":CHAN ");
+}
+
+/// A line as it goes out for a command.
+std::string lineOf(std::string_view text, std::string_view command) {
+  return std::string(text) + (isLongQuery(command) ? kCarriageReturn : kLineFeed);
 }
 
 bool isTerminator(char character) {
@@ -43,13 +58,17 @@ std::string_view withoutEnd(std::string_view answer, AnswerEnd end) {
 }  // namespace
 
 Exchange::Exchange(const Host& host, form::Controls& form, Waits& waits, const LinkState& state,
-                   Links& links)
-    : host_(host), form_(form), waits_(waits), state_(state), links_(links) {
+                   Links& links, Turns& turns)
+    : host_(host), form_(form), waits_(waits), state_(state), links_(links), turns_(turns) {
   toolkit::handle(form_.cmdSendCmd.click, [this] { Send(); });
   toolkit::handle(form_.TXT.change, [this] { commandChanged(); });
 }
 
 void Exchange::Send() {
+  if (turns_.inTurn()) {
+    takeTurn(form_.Text2.text());
+    return;
+  }
   form_.txtReturn.setText("");
   waits_.processEvents();
   const std::string command = form_.Text2.text();
@@ -88,6 +107,51 @@ void Exchange::readAnswer(Transport& transport, const std::string& command) {
   }
 }
 
+/// One exchange, whole. What the fields show in the end is this command with its answer, whatever
+/// ran meanwhile.
+std::optional<std::string> Exchange::takeTurn(const std::string& command) {
+  form_.txtReturn.setText("");
+  ++exchanges_;
+  channelChoices_ += choosesChannel(command) ? 1 : 0;
+  std::optional<std::string> answer;
+  if (Transport* const transport = links_.carrying(state_, form_)) {
+    const bool query = isQuery(command);
+    answer = turns_.run(*transport, lineOf(text::Trim(command), command),
+                        query ? patience(*transport, command) : kNoPatience);
+    if (!query) {
+      turns_.keepDistance(waits_.unit());
+    } else if (answer) {
+      sendQueued(*transport);
+    }
+    if (!query && transport->manner().logsCommands && host_.log != nullptr) {
+      logCommand(command);
+    }
+  }
+  form_.Text2.setText(command);
+  form_.txtReturn.setText(answer.value_or(""));
+  return answer;
+}
+
+/// On the serial link one queued command follows each answer.
+void Exchange::sendQueued(Transport& transport) {
+  toolkit::TextBox& queued = form_.txtSetCmd;
+  if (&transport != &links_.serial || queued.text().empty()) {
+    return;
+  }
+  const std::string command = text::Trim(queued.text());
+  queued.setText("");
+  (void)turns_.run(transport, lineOf(command, command),
+                   isQuery(command) ? patience(transport, command) : kNoPatience);
+}
+
+/// All stages of the waits together: milliseconds after which an answer is given up.
+double Exchange::patience(const Transport& transport, std::string_view command) const {
+  const Manner& manner = transport.manner();
+  const double before = isLongQuery(command) ? manner.unitsBeforeLongRead : manner.unitsBeforeRead;
+  return manner.millisecondsAfterQuery +
+         waits_.unit() * (before + manner.unitsBeforeRepeat + kStageUnits);
+}
+
 void Exchange::logCommand(const std::string& command) const {
   const io::LocalTime now = host_.wallClock.now();
   std::array<char, 64> stamp{};
@@ -113,8 +177,28 @@ std::optional<std::string> Exchange::ask(std::string_view command) {
   if (!state_.connected()) {
     return std::nullopt;
   }
+  const std::uint64_t choices = channelChoices_;
   std::string answer = query(command);
-  return state_.connected() ? std::optional(std::move(answer)) : std::nullopt;
+  // What another channel was chosen under would be shown as that channel's.
+  const bool valid = state_.connected() && choices == channelChoices_;
+  return valid ? std::optional(std::move(answer)) : std::nullopt;
+}
+
+void Exchange::sendAndWait(std::string_view command, double units) {
+  form_.Text2.setText(command);
+  Send();
+  if (!turns_.inTurn()) {
+    waits_.processEvents();
+    waits_.waitUnits(units);
+    waits_.processEvents();
+  }
+}
+
+std::optional<std::string> Exchange::takeReading(std::string_view command) {
+  const std::uint64_t before = exchanges_;
+  const std::uint64_t changes = state_.changes();
+  auto answer = takeTurn(std::string(command));
+  return exchanges_ == before + 1 && changes == state_.changes() ? answer : std::nullopt;
 }
 
 void Exchange::SendCmd(std::string_view sVar) {
@@ -135,21 +219,35 @@ void Exchange::commandChanged() {
   if (!state_.connected() || command.empty()) {
     return;
   }
-  form_.txtReturn.setText("");
-  Send();
-  for (const int units : {1, 2, 4}) {
-    if (units == 1 || unanswered()) {
-      waits_.processEvents();
-      waits_.waitUnits(units);
-    }
+  bool answered = false;
+  if (turns_.inTurn()) {
+    answered = !takeTurn(command).value_or("").empty() || !isQuery(command);
+  } else {
+    answered = sendInStages();
   }
-  if (unanswered()) {
+  if (!answered) {
     waits_.showBox("Error:Device has not sent back some data yet!");
   }
 }
 
-bool Exchange::unanswered() const {
-  return isQuery(form_.TXT.text()) && form_.txtReturn.text().empty();
+/// False when a query has no answer at the end of all stages.
+bool Exchange::sendInStages() {
+  const auto unanswered = [this] {
+    return isQuery(form_.TXT.text()) && form_.txtReturn.text().empty();
+  };
+  form_.txtReturn.setText("");
+  Send();
+  for (const int units : kStages) {
+    if (units == kStages.front() || unanswered()) {
+      waits_.processEvents();
+      waits_.waitUnits(units);
+    }
+  }
+  // The answer may have come in the last wait.
+  if (unanswered()) {
+    waits_.processEvents();
+  }
+  return !unanswered();
 }
 
 void Exchange::SerialWriteLine(std::string_view text) {
@@ -158,7 +256,7 @@ void Exchange::SerialWriteLine(std::string_view text) {
 
 /// The console's command decides how a line ends, whichever line it is.
 std::string Exchange::line(std::string_view text) const {
-  return std::string(text) + (isLongQuery(form_.Text2.text()) ? kCarriageReturn : kLineFeed);
+  return lineOf(text, form_.Text2.text());
 }
 
 }  // namespace lumodevice::link

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "lumodevice/link/links.hpp"
+#include "lumodevice/link/turns.hpp"
 #include "lumodevice/link/waits.hpp"
 
 namespace lumodevice::link {
@@ -16,7 +18,7 @@ class Exchange {
  public:
   /// Takes over cmdSendCmd and TXT.
   Exchange(const Host& host, form::Controls& form, Waits& waits, const LinkState& state,
-           Links& links);
+           Links& links, Turns& turns);
 
   /// The send operation: writes the text of Text2 to the open link; the answer of a query goes to
   /// txtReturn, on the serial link later, from the receive poll.
@@ -34,6 +36,16 @@ class Exchange {
   /// that the answer of an earlier query is never taken for this one's.
   std::optional<std::string> ask(std::string_view command);
 
+  /// Sends a command as the send operation does, and waits as many units for the answer that an
+  /// exchange in turn has by then.
+  void sendAndWait(std::string_view command, double units);
+
+  /// The answer of a reading that nobody waits for: without a box, and none where anything else has
+  /// talked to the instrument meanwhile, so that it is not shown where it does not belong. In turn.
+  std::optional<std::string> takeReading(std::string_view command);
+
+  [[nodiscard]] Turns& turns() const { return turns_; }
+
   /// The public SendCmd: a blank command does nothing.
   void SendCmd(std::string_view sVar);
 
@@ -46,9 +58,12 @@ class Exchange {
 
  private:
   void commandChanged();
+  std::optional<std::string> takeTurn(const std::string& command);
+  void sendQueued(Transport& transport);
+  [[nodiscard]] double patience(const Transport& transport, std::string_view command) const;
   void readAnswer(Transport& transport, const std::string& command);
   void logCommand(const std::string& command) const;
-  [[nodiscard]] bool unanswered() const;
+  [[nodiscard]] bool sendInStages();
   [[nodiscard]] std::string line(std::string_view text) const;
 
   const Host& host_;
@@ -56,6 +71,10 @@ class Exchange {
   Waits& waits_;
   const LinkState& state_;
   Links& links_;
+  Turns& turns_;
+  /// Exchanges that have begun, and of these the ones that chose a channel; in turn.
+  std::uint64_t exchanges_ = 0;
+  std::uint64_t channelChoices_ = 0;
 };
 
 }  // namespace lumodevice::link

@@ -32,17 +32,34 @@ class LinkState {
   [[nodiscard]] PanelState panelState() const { return panelState_; }
   [[nodiscard]] bool bDevAvaliable() const { return bDevAvaliable_; }
 
+  /// Grows whenever the link may have become another one, or none: what was sent before has no
+  /// answer any more.
+  [[nodiscard]] std::uint64_t changes() const { return changes_; }
+
+  /// A connect begins, or an operator chooses the other kind of link. One that is begun inside the
+  /// waits of another one wins: the other one sees by its number that it is not the latest, and
+  /// ends without touching anything more.
+  [[nodiscard]] std::uint64_t beginConnect() { return ++connects_; }
+  [[nodiscard]] bool isLatest(std::uint64_t connect) const { return connect == connects_; }
+
   /// One of the names above, or none. By the connects, at their beginning, and by the end.
-  void setLinkName(std::string_view name) { linkName_ = name; }
+  void setLinkName(std::string_view name) {
+    linkName_ = name;
+    ++changes_;
+  }
 
   /// By the connects, and by the host.
   void setDevAvaliable(bool available) { bDevAvaliable_ = available; }
 
   /// The console may send. By the channel list, after a connect.
-  void up() { form_.cmdSendCmd.setEnabled(true); }
+  void up() {
+    ++changes_;
+    form_.cmdSendCmd.setEnabled(true);
+  }
 
   /// The console may not send any more, and the panel shows no channel. By whoever closes the link.
   void down() {
+    ++changes_;
     form_.cmdSendCmd.setEnabled(false);
     panelState_ = kNotConnected;
   }
@@ -61,6 +78,8 @@ class LinkState {
   std::string_view linkName_;
   PanelState panelState_ = kNotConnected;
   bool bDevAvaliable_ = false;
+  std::uint64_t changes_ = 0;
+  std::uint64_t connects_ = 0;
 };
 
 }  // namespace lumodevice::link

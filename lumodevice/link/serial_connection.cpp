@@ -13,13 +13,15 @@ constexpr double kRepeatWait = 300;
 }  // namespace
 
 SerialConnection::SerialConnection(form::Controls& form, Waits& waits, LinkState& state,
-                                   Identity& identity, Links& links, ChannelList& channels)
+                                   Identity& identity, Links& links, Turns& turns,
+                                   ChannelList& channels)
     : form_(form),
       waits_(waits),
       state_(state),
       identity_(identity),
       library_(links.visaLibrary),
       serial_(links.serial),
+      turns_(turns),
       channels_(channels) {
   toolkit::handle(form_.optConnRS232.click, [this] { SelectSerial(); });
   toolkit::handle(form_.cmdAuto.click, [this] { AutoConnect(); });
@@ -27,41 +29,66 @@ SerialConnection::SerialConnection(form::Controls& form, Waits& waits, LinkState
 }
 
 void SerialConnection::SelectSerial() {
-  if (state_.connected()) {
-    library_.close();
-    state_.down();
-  }
+  const std::uint64_t connect = state_.beginConnect();
+  leaveVisa();
   form_.cmdAuto.setEnabled(true);
   form_.Command2.setEnabled(true);
   form_.cmdAutoConnVISA.setEnabled(false);
   form_.cmdConnVISA.setEnabled(false);
   if (form_.Combo1.listCount() == 0) {
-    ScanSerialPorts();
+    ScanSerialPorts(connect);
   }
 }
 
-void SerialConnection::AutoConnect() {
-  found_ = false;
+void SerialConnection::leaveVisa() {
+  if (state_.connected()) {
+    library_.close();
+    state_.down();
+  }
+}
+
+/// A link whose port is closed is none.
+void SerialConnection::closePort() {
+  if (serial_.MSComm1.PortOpen() && state_.connected() && state_.linkName() == kSerial) {
+    state_.down();
+  }
+  serial_.close();
+}
+
+std::uint64_t SerialConnection::begin() {
+  turns_.settle();
+  if (state_.linkName() == kVisa) {
+    leaveVisa();
+  }
   state_.setDevAvaliable(false);
   state_.setLinkName(kSerial);
-  ScanSerialPorts();
+  return state_.beginConnect();
+}
+
+void SerialConnection::AutoConnect() {
+  const Turns::Operation operation(turns_);
+  found_ = false;
+  const std::uint64_t connect = begin();
+  ScanSerialPorts(connect);
   if (form_.Combo1.listCount() > 0) {
-    FindSerialInstrument();
+    FindSerialInstrument(connect);
   }
-  if (found_ && !serial_.MSComm1.PortOpen()) {
-    return;  // the other link was chosen meanwhile, perhaps connected
+  if (!state_.isLatest(connect)) {
+    return;
   }
   connected_ = found_;
   state_.setDevAvaliable(found_);
   attempt([&] { channels_.ApplyConnectResult(connected_); });
 }
 
-void SerialConnection::ScanSerialPorts() {
+/// Ends early for a connect that was begun meanwhile: the port that comes next would take its
+/// place.
+void SerialConnection::ScanSerialPorts(std::uint64_t connect) {
   ports_.fill(0);
   form_.Combo1.clear();
   portCount_ = 0;
-  for (std::int16_t port = 1; port <= kPorts; ++port) {
-    serial_.close();
+  for (std::int16_t port = 1; port <= kPorts && state_.isLatest(connect); ++port) {
+    closePort();
     attempt([&] {
       serial_.MSComm1.setCommPort(port);
       serial_.MSComm1.setPortOpen(true);
@@ -71,24 +98,26 @@ void SerialConnection::ScanSerialPorts() {
       ports_[static_cast<std::size_t>(portCount_)] = port;
       form_.Combo1.addItem("COM" + std::to_string(port));
     }
-    const bool connected = state_.connected();
     waits_.processEvents();
-    if (!connected && state_.connected()) {
-      return;  // connected meanwhile: the port that comes next would take the link's place
-    }
   }
 }
 
-void SerialConnection::FindSerialInstrument() {
+void SerialConnection::FindSerialInstrument(std::uint64_t connect) {
   const auto entries = static_cast<std::int16_t>(form_.Combo1.listCount());
-  serial_.close();
+  if (state_.isLatest(connect)) {
+    closePort();
+  }
   bool searching = true;
-  for (int baud = 0; baud < form_.Combo2.listCount() && searching; ++baud) {
+  const auto goesOn = [&] { return searching && state_.isLatest(connect); };
+  for (int baud = 0; baud < form_.Combo2.listCount() && goesOn(); ++baud) {
     portCount_ = entries;
-    while (portCount_ > 0 && searching) {
+    while (portCount_ > 0 && goesOn()) {
       std::string answer;
       // A port that has gone since the scan is passed over like one that does not answer.
-      attempt([&] { answer = tryPort(portCount_, baud); });
+      attempt([&] { answer = tryPort(portCount_, baud, connect); });
+      if (!state_.isLatest(connect)) {
+        return;
+      }
       if (text::contains(answer, kProduct)) {
         searching = false;
         form_.txtReturn.setText(answer);
@@ -97,23 +126,47 @@ void SerialConnection::FindSerialInstrument() {
       waits_.processEvents();
     }
   }
-  found_ = !searching;
+  found_ = !searching && state_.isLatest(connect);
 }
 
-std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex) {
-  serial_.close();
+/// "" where another connect was begun meanwhile: the port is that one's then.
+std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex, std::uint64_t connect) {
+  closePort();
   form_.Combo1.setListIndex(entry - 1);
   form_.Combo2.setListIndex(baudIndex);
   serial_.MSComm1.setCommPort(ports_[static_cast<std::size_t>(entry)]);
   serial_.MSComm1.setSettings(text::numberText(text::Val(form_.Combo2.text())));
   serial_.MSComm1.setPortOpen(true);
+  if (turns_.inTurn()) {
+    return identityInTurn(connect);
+  }
   // The first answer may hold whatever waited on the line; only the second one counts.
   (void)SerialQueryIdentity();
   waits_.processEvents();
+  if (!state_.isLatest(connect)) {
+    return {};
+  }
   waits_.sleep(kRepeatWait);
   std::string answer = SerialQueryIdentity();
   waits_.processEvents();
   return answer;
+}
+
+/// The second try is for an instrument that holds the remains of queries at another baud rate. The
+/// answer to the first one may then still be on its way.
+std::string SerialConnection::identityInTurn(std::uint64_t connect) {
+  const auto ask = [this] { return turns_.run(serial_, "*IDN?\r", kIdentityWait); };
+  turns_.forgetLateAnswer();
+  std::optional<std::string> identity = ask();
+  if (!identity && state_.isLatest(connect)) {
+    const auto late = turns_.forgetLateAnswer();
+    waits_.sleep(kRepeatWait);
+    identity = ask();
+    if (identity) {
+      turns_.expectLateAnswer(late);
+    }
+  }
+  return identity ? *identity + '\n' : std::string();
 }
 
 std::string SerialConnection::SerialQueryIdentity() {
@@ -125,33 +178,26 @@ std::string SerialConnection::SerialQueryIdentity() {
 }
 
 void SerialConnection::Connect() {
-  state_.setLinkName(kSerial);
-  state_.setDevAvaliable(false);
-  attempt([&] {
+  const Turns::Operation operation(turns_);
+  const std::uint64_t connect = begin();
+  const Before before{.port = serial_.MSComm1.CommPort(),
+                      .settings = serial_.MSComm1.Settings(),
+                      .linkIsOpen = serial_.MSComm1.PortOpen() && state_.connected()};
+  const bool asked = attempt([&] {
     openChosenPort();
     // An answer left over from earlier must not pass for the one that this connect waits for.
     form_.txtReturn.setText("");
-    serial_.MSComm1.Output("*IDN?\n");
-    // The receive poll may have gone to rest after the last answer; without it none would ever
-    // arrive.
-    serial_.expectAnswer();
-    waits_.processEvents();
-    waits_.waitUnits(1);
-    waits_.processEvents();
-    if (!serial_.MSComm1.PortOpen()) {
-      return;  // the other link was chosen meanwhile, perhaps connected
-    }
-    const std::string& answer = form_.txtReturn.text();
-    if (!answer.empty()) {
-      connected_ = text::contains(answer, kProduct);
-      identity_.setAnswer(connected_ ? answer : std::string());
-      state_.setDevAvaliable(connected_);
-      if (connected_) {
-        identity_.ParseIdentity();
-      }
-    }
-    channels_.ApplyConnectResult(connected_);
+    askIdentity();
   });
+  if (!state_.isLatest(connect)) {
+    return;
+  }
+  if (!asked) {
+    goBackTo(before);
+    return;
+  }
+  takeIdentity();
+  attempt([&] { channels_.ApplyConnectResult(connected_); });
 }
 
 void SerialConnection::openChosenPort() {
@@ -164,6 +210,51 @@ void SerialConnection::openChosenPort() {
     if (fault.number() != io::kSerialAlreadyOpen) {
       throw;
     }
+  }
+}
+
+void SerialConnection::askIdentity() {
+  if (turns_.inTurn()) {
+    form_.txtReturn.setText(turns_.run(serial_, "*IDN?\n", kIdentityWait).value_or(""));
+    return;
+  }
+  serial_.MSComm1.Output("*IDN?\n");
+  serial_.expectAnswer();
+  waits_.processEvents();
+  waits_.waitUnits(1);
+  waits_.processEvents();
+}
+
+/// Without an answer the outcome of the last connect stands; in turn, where all the time was given
+/// to an answer, there is no instrument then.
+void SerialConnection::takeIdentity() {
+  const std::string& answer = form_.txtReturn.text();
+  if (answer.empty() && !turns_.inTurn()) {
+    return;
+  }
+  connected_ = text::contains(answer, kProduct);
+  identity_.setAnswer(connected_ ? answer : std::string());
+  state_.setDevAvaliable(connected_);
+  if (connected_) {
+    identity_.ParseIdentity();
+  }
+}
+
+/// A port that cannot be used leaves the link what it was; where that cannot be had back, there is
+/// none.
+void SerialConnection::goBackTo(const Before& before) {
+  if (!before.linkIsOpen) {
+    return;
+  }
+  const bool reopened = attempt([&] {
+    serial_.close();
+    serial_.MSComm1.setCommPort(before.port);
+    serial_.MSComm1.setSettings(before.settings);
+    serial_.MSComm1.setPortOpen(true);
+  });
+  if (!reopened) {
+    state_.down();
+    channels_.NotConnect();
   }
 }
 

@@ -8,6 +8,7 @@
 #include "lumodevice/link/identity.hpp"
 #include "lumodevice/link/link_state.hpp"
 #include "lumodevice/link/links.hpp"
+#include "lumodevice/link/turns.hpp"
 #include "lumodevice/link/waits.hpp"
 
 namespace lumodevice::link {
@@ -20,7 +21,7 @@ class SerialConnection {
  public:
   /// Takes over optConnRS232, cmdAuto and Command2.
   SerialConnection(form::Controls& form, Waits& waits, LinkState& state, Identity& identity,
-                   Links& links, ChannelList& channels);
+                   Links& links, Turns& turns, ChannelList& channels);
 
   /// optConnRS232: leaves the VISA link and lists the ports.
   void SelectSerial();
@@ -35,11 +36,24 @@ class SerialConnection {
   [[nodiscard]] bool found() const { return found_; }
 
  private:
-  void ScanSerialPorts();
-  void FindSerialInstrument();
-  [[nodiscard]] std::string tryPort(std::int16_t entry, int baudIndex);
+  [[nodiscard]] std::uint64_t begin();
+  void leaveVisa();
+  void closePort();
+  void ScanSerialPorts(std::uint64_t connect);
+  void FindSerialInstrument(std::uint64_t connect);
+  [[nodiscard]] std::string tryPort(std::int16_t entry, int baudIndex, std::uint64_t connect);
+  [[nodiscard]] std::string identityInTurn(std::uint64_t connect);
   [[nodiscard]] std::string SerialQueryIdentity();
+  /// The port before a manual connect.
+  struct Before {
+    int port;
+    std::string settings;
+    bool linkIsOpen;
+  };
   void openChosenPort();
+  void askIdentity();
+  void takeIdentity();
+  void goBackTo(const Before& before);
 
   form::Controls& form_;
   Waits& waits_;
@@ -47,6 +61,7 @@ class SerialConnection {
   Identity& identity_;
   VisaLibraryLink& library_;
   SerialLink& serial_;
+  Turns& turns_;
   ChannelList& channels_;
   /// The ports that could be opened, in the order found, from entry 1; entries not in use are 0.
   std::array<std::int16_t, kPorts + 1> ports_{};

@@ -14,7 +14,9 @@ constexpr Manner kManner{.reads = 0,
                          .unitsBeforeRepeat = 0,
                          .millisecondsAfterQuery = 50,
                          .answerEnd = AnswerEnd::OneTerminator,
-                         .logsCommands = true};
+                         .logsCommands = true,
+                         .messagesHaveEnds = false,
+                         .quietMilliseconds = 5};
 
 }  // namespace
 
@@ -29,14 +31,29 @@ void SerialLink::close() {
   }
 }
 
-void SerialLink::write(const std::string& line) {
+bool SerialLink::write(const std::string& line) {
   MSComm1.Output(line);
   answerPending_ = false;
+  return true;
 }
 
 void SerialLink::expectAnswer() {
   timer_.setEnabled(true);
   answerPending_ = true;
+}
+
+Reading SerialLink::readOn(std::string& received) {
+  if (MSComm1.InBufferCount() != 0) {
+    received += SerialReadInput();
+  }
+  if (received.size() > kLongestAnswer) {
+    return Reading::Failed;
+  }
+  return hasLine(received) ? Reading::Complete : Reading::Waiting;
+}
+
+std::string SerialLink::dropUnread() {
+  return MSComm1.InBufferCount() != 0 ? SerialReadInput() : std::string();
 }
 
 void SerialLink::receive() {

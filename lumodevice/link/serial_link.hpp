@@ -28,10 +28,12 @@ class SerialLink : public Transport {
   // For the exchange.
   [[nodiscard]] const Manner& manner() const override;
   /// Whatever answer was due is not any more.
-  void write(const std::string& line) override;
+  bool write(const std::string& line) override;
   /// An answer is pending from now on, and the receive poll runs: it may have gone to rest after
   /// the last one.
   void expectAnswer() override;
+  [[nodiscard]] Reading readOn(std::string& received) override;
+  std::string dropUnread() override;
 
   // The answer that is being put together.
   [[nodiscard]] bool answerPending() const { return answerPending_; }

@@ -28,7 +28,25 @@ struct Manner {
   AnswerEnd answerEnd;
   /// Commands without an answer are written to the host's log.
   bool logsCommands;
+  /// The link tells where a message ends; else a line end does.
+  bool messagesHaveEnds;
+  /// Milliseconds of silence behind which, in turn, a line that does not tell has nothing more to
+  /// say.
+  double quietMilliseconds;
 };
+
+/// Bytes of the longest text answer; what goes on beyond them is none.
+inline constexpr std::size_t kLongestAnswer = std::size_t{64} << 10;
+
+/// A line with something on it, and its end.
+[[nodiscard]] inline bool hasLine(std::string_view received) {
+  const std::size_t begin = received.find_first_not_of("\r\n");
+  return begin != std::string_view::npos &&
+         received.find_first_of("\r\n", begin) != std::string_view::npos;
+}
+
+/// What has become of reading an answer.
+enum class Reading { Waiting, Complete, Failed };
 
 /// A link on which text commands go out and answers come in. All functions throw a Fault for what
 /// the link does not do; they never wait but for the link itself.
@@ -37,11 +55,19 @@ class Transport {
   virtual ~Transport() = default;
   [[nodiscard]] virtual const Manner& manner() const = 0;
   /// `line` with its terminator.
-  virtual void write(const std::string& line) = 0;
+  /// False when the link refused it.
+  virtual bool write(const std::string& line) = 0;
   /// An answer is due from now on.
   virtual void expectAnswer() {}
   /// What has been read, with its terminator; nothing when nothing came.
   [[nodiscard]] virtual std::optional<std::string> read() { return std::nullopt; }
+
+  // For exchanges in turn.
+  /// Adds what has come of an answer to `received`; waits for the link's own time-out at most. Line
+  /// ends alone are no answer but what another one left behind.
+  [[nodiscard]] virtual Reading readOn(std::string& received) = 0;
+  /// Drops what has come and was not read, and tells what that was.
+  virtual std::string dropUnread() = 0;
 };
 
 }  // namespace lumodevice::link

@@ -16,7 +16,9 @@ constexpr Manner kManner{.reads = 2,
                          .unitsBeforeRepeat = 1,
                          .millisecondsAfterQuery = 0,
                          .answerEnd = AnswerEnd::OneTerminator,
-                         .logsCommands = false};
+                         .logsCommands = false,
+                         .messagesHaveEnds = true,
+                         .quietMilliseconds = 0};
 
 }  // namespace
 
@@ -40,24 +42,42 @@ std::int32_t VisaComLink::chosenTimeout() const {
 }
 
 void VisaComLink::open(const std::string& descriptor) {
+  close();
   manager_ = visaCom_.createResourceManager();
   devZAN_ = visaCom_.createFormattedIO488();
   devZAN_->setIO(
       manager_->Open(descriptor, static_cast<std::int32_t>(io::VI_NO_LOCK), kOpenTimeout, ""));
+  descriptor_ = descriptor;
 }
 
 void VisaComLink::close() {
   devZAN_.reset();
   manager_.reset();
+  descriptor_.clear();
 }
 
 const Manner& VisaComLink::manner() const {
   return kManner;
 }
 
-void VisaComLink::write(const std::string& line) {
+bool VisaComLink::write(const std::string& line) {
   attempt([&] { session()->setTimeout(chosenTimeout()); });
   device().WriteString(line, true);
+  return true;
+}
+
+/// What came before a time-out stays in the object and is read with the rest.
+Reading VisaComLink::readOn(std::string& received) {
+  try {
+    received += device().ReadString();
+  } catch (const io::VisaComFault& fault) {
+    if (fault.number() != static_cast<int>(io::E_VISA_TMO)) {
+      throw;
+    }
+    return Reading::Waiting;
+  }
+  const bool something = received.find_first_not_of("\r\n") != std::string::npos;
+  return something ? Reading::Complete : Reading::Waiting;
 }
 
 }  // namespace lumodevice::link

@@ -19,7 +19,10 @@ class VisaComLink : public Transport {
       : timeout_(form.txtVISATimeout), visaCom_(visaCom) {}
 
   [[nodiscard]] const std::shared_ptr<io::FormattedIO488>& devZAN() const { return devZAN_; }
-  void setDevZAN(std::shared_ptr<io::FormattedIO488> device) { devZAN_ = std::move(device); }
+  void setDevZAN(std::shared_ptr<io::FormattedIO488> device) {
+    devZAN_ = std::move(device);
+    descriptor_.clear();
+  }
 
   /// devZAN, where there is one; throws VisaComFault(91) otherwise, as session() does where it has
   /// no session.
@@ -32,20 +35,25 @@ class VisaComLink : public Transport {
   /// Makes both objects anew and opens a session, which ends with them. Throws io::VisaComFault;
   /// the objects that were made by then stay.
   void open(const std::string& descriptor);
+  /// The descriptor of the session that open() opened and nobody replaced; "" while there is none.
+  [[nodiscard]] const std::string& descriptor() const { return descriptor_; }
   /// Lets both objects go.
   void close();
 
   // For the exchange.
   [[nodiscard]] const Manner& manner() const override;
   /// With the chosen time-out, where the session takes it.
-  void write(const std::string& line) override;
+  bool write(const std::string& line) override;
   [[nodiscard]] std::optional<std::string> read() override { return device().ReadString(); }
+  [[nodiscard]] Reading readOn(std::string& received) override;
+  std::string dropUnread() override { return session()->discardUnread(); }
 
  private:
   const toolkit::TextBox& timeout_;
   io::VisaCom& visaCom_;
   std::shared_ptr<io::ResourceManager> manager_;
   std::shared_ptr<io::FormattedIO488> devZAN_;
+  std::string descriptor_;
 };
 
 }  // namespace lumodevice::link

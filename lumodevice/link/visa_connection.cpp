@@ -12,6 +12,8 @@ namespace {
 constexpr std::string_view kAllInstruments = "?*INSTR";
 constexpr std::string_view kIdentityQuery = "*IDN?\r";
 constexpr std::size_t kIdentitySize = 72;
+/// Milliseconds that an identity is waited for at most, in turn.
+constexpr double kIdentityPatience = 1400;
 constexpr int kHourglass = 11;
 constexpr int kArrow = 1;
 
@@ -30,6 +32,8 @@ constexpr std::array kLinkAttributes = std::to_array<Attribute>({
     {io::VI_ATTR_TMO_VALUE, 150},
 });
 
+constexpr std::array kSendEnd = std::to_array<Attribute>({{io::VI_ATTR_SEND_END_EN, kTrue}});
+
 /// Only instruments on such interfaces are asked who they are; others may not bear a question.
 bool isOurInterface(std::string_view interfaceName) {
   return text::contains(interfaceName, "GPIB") || text::contains(interfaceName, kProduct);
@@ -43,14 +47,17 @@ std::string padded(std::string text, std::size_t size) {
 
 }  // namespace
 
-VisaConnection::VisaConnection(form::Controls& form, LinkState& state, Identity& identity,
-                               Links& links, ChannelList& channels)
+VisaConnection::VisaConnection(form::Controls& form, io::Visa& visa, LinkState& state,
+                               Identity& identity, Links& links, Turns& turns,
+                               ChannelList& channels)
     : form_(form),
+      visa_(visa),
       state_(state),
       identity_(identity),
       library_(links.visaLibrary),
       com_(links.visaCom),
       serial_(links.serial),
+      turns_(turns),
       channels_(channels) {
   toolkit::handle(form_.cmdAutoConnVISA.click, [this] { AutoConnect(); });
   toolkit::handle(form_.cmdConnVISA.click, [this] { Connect(); });
@@ -70,8 +77,9 @@ void VisaConnection::AutoConnect() {
 }
 
 void VisaConnection::connectToAny() {
+  const Turns::Operation operation(turns_);
+  begin();
   channels_.callbacks.forgetGroups();
-  state_.setLinkName(kVisa);
   form_.cmbVISARes.clear();
   form_.cmbVISARes.setTag("");
   form_.cmbVISARes.setText("");
@@ -89,7 +97,8 @@ void VisaConnection::connectToAny() {
 }
 
 void VisaConnection::Connect() {
-  state_.setLinkName(kVisa);
+  const Turns::Operation operation(turns_);
+  begin();
   form_.cmbVISARes.setTag("");
   if (!open({std::string(form_.cmbVISARes.text()), 255})) {
     return;
@@ -102,60 +111,99 @@ void VisaConnection::Connect() {
   attempt([&] { channels_.RefreshChannelList(); });
 }
 
-bool VisaConnection::open(const Search& search) {
+/// Whoever waits for an answer over the link before has it first.
+void VisaConnection::begin() {
+  turns_.settle();
+  (void)state_.beginConnect();
   state_.setDevAvaliable(false);
-  if (!probe(search)) {
+}
+
+/// A search that finds nothing leaves the link that there was, and it goes on working.
+bool VisaConnection::open(const Search& search) {
+  VisaLibraryLink found(visa_);
+  if (!probe(found, search)) {
     return false;
   }
+  state_.setLinkName(kVisa);
+  // Its session may be the one that locks the instrument that was found.
+  library_.closeWhatIsOpen();
   // An answer left over from earlier must not pass for the one that this connect waits for.
   form_.txtReturn.setText("");
   if (form_.optVisa2.value()) {
-    attempt([&] { openThroughVisaCom(); });
+    attempt([&] { openThroughVisaCom(found); });
   } else {
-    openThroughLibrary();
+    openThroughLibrary(found);
+  }
+  if (turns_.inTurn() && form_.txtReturn.text().empty()) {
+    library_.closeWhatIsOpen();
+    state_.down();
   }
   state_.setDevAvaliable(text::contains(form_.txtReturn.text(), kProduct));
   return true;
 }
 
-bool VisaConnection::probe(const Search& search) {
-  if (!library_.openManager()) {
+bool VisaConnection::probe(VisaLibraryLink& found, const Search& search) {
+  if (!found.openManager()) {
     return false;
   }
   std::uint32_t count = 0;
   std::string descriptor;
-  if (!library_.find(search.expression, count, descriptor)) {
-    library_.closeManager();
+  if (!found.find(search.expression, count, descriptor)) {
+    found.closeManager();
     return false;
   }
   while (count != 0) {
-    probeCandidate(descriptor, search.descriptorSize);
+    probeCandidate(found, descriptor, search.descriptorSize);
     --count;
-    if (!library_.findNext(descriptor)) {
+    if (!found.findNext(descriptor)) {
       break;  // fewer than promised: asking the last one again would only list it twice
     }
   }
   if (form_.cmbVISARes.tag().empty()) {
-    library_.closeSearch();
+    found.closeSearch();
     return false;
   }
   return true;
 }
 
-void VisaConnection::probeCandidate(const std::string& descriptor, std::size_t descriptorSize) {
-  if (!library_.open(descriptor)) {
-    return;
+void VisaConnection::probeCandidate(VisaLibraryLink& found, const std::string& descriptor,
+                                    std::size_t descriptorSize) {
+  if (text::contains(identityOf(found, descriptor), kProduct)) {
+    toolkit::ComboBox& resources = form_.cmbVISARes;
+    resources.addItem(text::Trim(descriptor));
+    resources.setTag(padded(descriptor, descriptorSize));
+    resources.setText(text::Trim(descriptor));
   }
-  if (isOurInterface(library_.interfaceName())) {
+}
+
+/// The instrument of the link that there is would refuse a second session: it is asked over the one
+/// that it has.
+std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string& descriptor) {
+  if (descriptor == library_.descriptor()) {
     library_.set(kProbeAttributes);
-    if (text::contains(library_.ask(kIdentityQuery, kIdentitySize), kProduct)) {
-      toolkit::ComboBox& resources = form_.cmbVISARes;
-      resources.addItem(text::Trim(descriptor));
-      resources.setTag(padded(descriptor, descriptorSize));
-      resources.setText(text::Trim(descriptor));
-    }
+    std::string identity = library_.ask(kIdentityQuery, kIdentitySize);
+    library_.set(kLinkAttributes);
+    library_.set(kSendEnd);
+    return identity;
   }
-  library_.closeSession();
+  if (descriptor == com_.descriptor()) {
+    std::string identity;
+    attempt([&] {
+      com_.device().WriteString(kIdentityQuery, true);
+      identity = com_.device().ReadString();
+    });
+    return identity;
+  }
+  if (!found.open(descriptor)) {
+    return {};
+  }
+  std::string identity;
+  if (isOurInterface(found.interfaceName())) {
+    found.set(kProbeAttributes);
+    identity = found.ask(kIdentityQuery, kIdentitySize);
+  }
+  found.closeSession();
+  return identity;
 }
 
 /// The tag is padded to its buffer's size; a descriptor ends where its text does.
@@ -163,24 +211,39 @@ std::string VisaConnection::foundDescriptor() const {
   return text::Trim(form_.cmbVISARes.tag());
 }
 
-void VisaConnection::openThroughLibrary() {
-  library_.open(foundDescriptor());
-  (void)library_.interfaceName();
-  library_.set(kLinkAttributes);
-  const std::string identity = library_.ask(kIdentityQuery, kIdentitySize);
+void VisaConnection::openThroughLibrary(VisaLibraryLink& found) {
+  found.open(foundDescriptor());
+  (void)found.interfaceName();
+  found.set(kLinkAttributes);
+  library_.takeOver(found);
+  showIdentity(library_, [&] { return library_.ask(kIdentityQuery, kIdentitySize); });
+}
+
+void VisaConnection::openThroughVisaCom(VisaLibraryLink& found) {
+  found.closeSearch();
+  com_.open(foundDescriptor());
+  showIdentity(com_, [&] {
+    com_.device().WriteString(kIdentityQuery, true);
+    return com_.device().ReadString();
+  });
+}
+
+/// In turn the identity is waited for as any answer is; else it is read once.
+template <typename Ask>
+void VisaConnection::showIdentity(Transport& link, const Ask& ask) {
+  std::string identity;
+  if (!turns_.inTurn()) {
+    identity = ask();
+  } else if (const auto answer = turns_.run(link, std::string(kIdentityQuery), kIdentityPatience)) {
+    identity = *answer + '\n';
+  }
   if (!identity.empty()) {
     form_.txtReturn.setText(identity);
   }
 }
 
-void VisaConnection::openThroughVisaCom() {
-  library_.closeSearch();
-  com_.open(foundDescriptor());
-  com_.device().WriteString(kIdentityQuery, true);
-  form_.txtReturn.setText(com_.device().ReadString());
-}
-
 void VisaConnection::SelectVisa() {
+  (void)state_.beginConnect();
   if (serial_.MSComm1.PortOpen()) {
     serial_.close();
     state_.down();

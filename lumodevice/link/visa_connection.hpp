@@ -7,6 +7,7 @@
 #include "lumodevice/link/identity.hpp"
 #include "lumodevice/link/link_state.hpp"
 #include "lumodevice/link/links.hpp"
+#include "lumodevice/link/turns.hpp"
 
 namespace lumodevice::link {
 
@@ -15,8 +16,8 @@ namespace lumodevice::link {
 class VisaConnection {
  public:
   /// Takes over cmdAutoConnVISA, cmdConnVISA and optVISA.
-  VisaConnection(form::Controls& form, LinkState& state, Identity& identity, Links& links,
-                 ChannelList& channels);
+  VisaConnection(form::Controls& form, io::Visa& visa, LinkState& state, Identity& identity,
+                 Links& links, Turns& turns, ChannelList& channels);
 
   /// cmdAutoConnVISA: searches all instruments and keeps the identity of the one that it opens.
   void AutoConnect();
@@ -35,20 +36,27 @@ class VisaConnection {
     std::size_t descriptorSize;
   };
 
+  void begin();
   void connectToAny();
-  [[nodiscard]] bool probe(const Search& search);
-  void probeCandidate(const std::string& descriptor, std::size_t descriptorSize);
+  [[nodiscard]] bool probe(VisaLibraryLink& found, const Search& search);
+  void probeCandidate(VisaLibraryLink& found, const std::string& descriptor,
+                      std::size_t descriptorSize);
+  [[nodiscard]] std::string identityOf(VisaLibraryLink& found, const std::string& descriptor);
   [[nodiscard]] bool open(const Search& search);
   [[nodiscard]] std::string foundDescriptor() const;
-  void openThroughLibrary();
-  void openThroughVisaCom();
+  void openThroughLibrary(VisaLibraryLink& found);
+  void openThroughVisaCom(VisaLibraryLink& found);
+  template <typename Ask>
+  void showIdentity(Transport& link, const Ask& ask);
 
   form::Controls& form_;
+  io::Visa& visa_;
   LinkState& state_;
   Identity& identity_;
   VisaLibraryLink& library_;
   VisaComLink& com_;
   SerialLink& serial_;
+  Turns& turns_;
   ChannelList& channels_;
 };
 

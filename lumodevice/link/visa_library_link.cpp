@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace lumodevice::link {
 
@@ -17,7 +18,9 @@ constexpr Manner kManner{.reads = 1,
                          .unitsBeforeRepeat = 0,
                          .millisecondsAfterQuery = 0,
                          .answerEnd = AnswerEnd::LastByte,
-                         .logsCommands = false};
+                         .logsCommands = false,
+                         .messagesHaveEnds = true,
+                         .quietMilliseconds = 0};
 
 }  // namespace
 
@@ -39,7 +42,23 @@ bool VisaLibraryLink::findNext(std::string& descriptor) {
 
 bool VisaLibraryLink::open(const std::string& descriptor) {
   status_ = visa_.viOpen(manager_, descriptor, io::VI_EXCLUSIVE_LOCK, kOpenTimeout, session_);
+  if (status_ >= 0) {
+    descriptor_ = descriptor;
+  }
   return status_ >= 0;
+}
+
+void VisaLibraryLink::takeOver(VisaLibraryLink& other) {
+  status_ = other.status_;
+  manager_ = std::exchange(other.manager_, 0);
+  session_ = std::exchange(other.session_, 0);
+  findList_ = std::exchange(other.findList_, 0);
+  descriptor_ = std::exchange(other.descriptor_, {});
+}
+
+void VisaLibraryLink::closeSession() {
+  closeObject(session_);
+  descriptor_.clear();
 }
 
 std::string VisaLibraryLink::interfaceName() {
@@ -74,6 +93,12 @@ void VisaLibraryLink::close() {
   closeSearch();
 }
 
+void VisaLibraryLink::closeWhatIsOpen() {
+  if (manager_ != 0) {
+    close();
+  }
+}
+
 void VisaLibraryLink::closeObject(io::ViObject& handle) {
   status_ = visa_.viClose(handle);
   handle = 0;
@@ -83,9 +108,10 @@ const Manner& VisaLibraryLink::manner() const {
   return kManner;
 }
 
-void VisaLibraryLink::write(const std::string& line) {
+bool VisaLibraryLink::write(const std::string& line) {
   std::uint32_t count = 0;
   status_ = visa_.viWrite(session_, line, count);
+  return status_ >= 0;
 }
 
 std::optional<std::string> VisaLibraryLink::read() {
@@ -96,6 +122,26 @@ std::optional<std::string> VisaLibraryLink::read() {
     return std::nullopt;
   }
   return std::string(buffer.data(), std::min<std::size_t>(count, buffer.size()));
+}
+
+/// Reads on while the message goes on: a buffer that is full is not its end.
+Reading VisaLibraryLink::readOn(std::string& received) {
+  do {
+    const std::optional<std::string> piece = read();
+    received += piece.value_or("");
+    if (status_ == io::VI_ERROR_TMO) {
+      return Reading::Waiting;
+    }
+    if (status_ < 0 || received.size() > kLongestAnswer || !piece) {
+      return Reading::Failed;
+    }
+  } while (status_ == io::VI_SUCCESS_MAX_CNT);
+  const bool something = received.find_first_not_of("\r\n") != std::string::npos;
+  return something ? Reading::Complete : Reading::Waiting;
+}
+
+std::string VisaLibraryLink::dropUnread() {
+  return visa_.discardUnread(session_);
 }
 
 }  // namespace lumodevice::link

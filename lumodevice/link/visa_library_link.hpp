@@ -32,26 +32,33 @@ class VisaLibraryLink : public Transport {
   /// The next match; false when there is none any more.
   [[nodiscard]] bool findNext(std::string& descriptor);
 
-  /// Opens a session of its own, in place of the one before, which is not closed; false when that
-  /// was refused.
+  /// Opens a session; false when that was refused.
   bool open(const std::string& descriptor);
+  /// The descriptor of the open session; "" while there is none.
+  [[nodiscard]] const std::string& descriptor() const { return descriptor_; }
+  /// What another link has found and opened becomes this one's; its own must be closed.
+  void takeOver(VisaLibraryLink& other);
   [[nodiscard]] std::string interfaceName();
   void set(std::span<const Attribute> attributes);
   /// Sends `query` and reads at most `size` bytes; "" when nothing came.
   [[nodiscard]] std::string ask(std::string_view query, std::size_t size);
 
-  void closeSession() { closeObject(session_); }
+  void closeSession();
   void closeManager() { closeObject(manager_); }
   /// The find list, then the resource manager.
   void closeSearch();
   /// The instrument's session, the find list and the resource manager, in this order.
   void close();
+  /// The same, where there is one.
+  void closeWhatIsOpen();
 
   // For the exchange.
   [[nodiscard]] const Manner& manner() const override;
-  void write(const std::string& line) override;
+  bool write(const std::string& line) override;
   /// At most 80 bytes.
   [[nodiscard]] std::optional<std::string> read() override;
+  [[nodiscard]] Reading readOn(std::string& received) override;
+  std::string dropUnread() override;
 
  private:
   void closeObject(io::ViObject& handle);
@@ -61,6 +68,7 @@ class VisaLibraryLink : public Transport {
   io::ViSession manager_ = 0;
   io::ViSession session_ = 0;
   io::ViFindList findList_ = 0;
+  std::string descriptor_;
 };
 
 }  // namespace lumodevice::link

@@ -1,5 +1,8 @@
 #include "lumodevice/link/waits.hpp"
 
+#include <cstdint>
+#include <limits>
+
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/event.hpp"
 
@@ -12,6 +15,11 @@ void Waits::pause(double milliseconds) {
 
 void Waits::waitUnits(double units) {
   attempt([&] { sleep(units * text::Val(unit_.text())); });
+}
+
+double Waits::unit() const {
+  const double typed = text::Val(unit_.text());
+  return typed > 0 && typed <= std::numeric_limits<std::int32_t>::max() ? typed : 0;
 }
 
 void Waits::sleep(double milliseconds) {

@@ -23,6 +23,8 @@ class Waits {
   void pause(double milliseconds);
   /// Waits `units` times the wait unit. A unit that is no number, or too large a one, is no wait.
   void waitUnits(double units);
+  /// The wait unit in milliseconds; 0 for one that is no number, negative or no wait.
+  [[nodiscard]] double unit() const;
   void showBox(std::string_view text);
 
   /// The component ends: whatever operations still wait end at their waits.

@@ -1,6 +1,7 @@
 #include "lumodevice/monitor/auto_query.hpp"
 
 #include "lumodevice/monitor/rotation.hpp"
+#include "lumodevice/text/fault.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 
 namespace lumodevice::monitor {
@@ -29,8 +30,17 @@ void AutoQuery::switched() {
 }
 
 void AutoQuery::tick() {
-  form_.Text2.setText(kRotation[static_cast<std::size_t>(rotation_) % kRotation.size()].query);
-  exchange_.Send();
+  const RotationEntry& entry = kRotation[static_cast<std::size_t>(rotation_) % kRotation.size()];
+  if (!exchange_.turns().inTurn()) {
+    form_.Text2.setText(entry.query);
+    if (state_.connected()) {
+      exchange_.Send();
+    }
+  } else if (!state_.connected() || exchange_.turns().busy()) {
+    return;  // the rotation goes on when the line is free
+  } else if (const auto answer = exchange_.takeReading(entry.query)) {
+    attempt([&] { showReading(form_, entry, *answer); });
+  }
   rotation_ = static_cast<std::int16_t>((rotation_ + 1) % kRotationLimit);
 }
 

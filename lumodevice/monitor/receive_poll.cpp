@@ -57,22 +57,15 @@ void ReceivePoll::deliver() {
 }
 
 void ReceivePoll::updateReadOut() {
-  const std::string& answer = form_.txtReturn.text();
-  // Answers of one character are left out on purpose.
-  if (form_.chkAutoQuery.value() != toolkit::CheckBox::kTicked || answer.size() <= 1 ||
+  // In turn each query of the rotation shows its own answer.
+  if (exchange_.turns().inTurn() || form_.chkAutoQuery.value() != toolkit::CheckBox::kTicked ||
       serial_.answerPending()) {
     return;
   }
   const std::string query = text::Trim(form_.Text2.text());
   const auto* const entry = std::ranges::find(kRotation, query, &RotationEntry::query);
-  if (entry == kRotation.end() || entry->readOut.empty()) {
-    return;
-  }
-  toolkit::Control* const readOut = form_.surface().find(entry->readOut, entry->index);
-  if (auto* box = dynamic_cast<toolkit::TextBox*>(readOut)) {
-    box->setText(answer);
-  } else if (auto* load = dynamic_cast<toolkit::CheckBox*>(readOut)) {
-    load->setValue(text::toWhole16(text::Val(answer)));
+  if (entry != kRotation.end()) {
+    showReading(form_, *entry, form_.txtReturn.text());
   }
 }
 

@@ -2,7 +2,10 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <string_view>
+
+#include "lumodevice/form/controls.hpp"
 
 namespace lumodevice::monitor {
 
@@ -19,5 +22,9 @@ inline constexpr auto kRotation = std::to_array<RotationEntry>({{":FETC:VOLT?", 
                                                                 {":FETC:POW?", "txtPower", 0},
                                                                 {":LOAD?", "chkLoad", {}},
                                                                 {":SYST:ERR?", "", {}}});
+
+/// Shows the answer of a query of the rotation. Answers of one character are left out on purpose.
+/// Throws text::NumberFault and toolkit::PropertyFault for a load state that makes no sense.
+void showReading(form::Controls& form, const RotationEntry& entry, const std::string& answer);
 
 }  // namespace lumodevice::monitor

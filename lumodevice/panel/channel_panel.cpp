@@ -97,6 +97,7 @@ void ChannelPanel::select() {
   if (!state_.connected()) {
     return;
   }
+  const link::Turns::Operation operation(exchange_.turns());
   // The number is one digit; a longer one does not fit the channel texts that the instrument knows.
   exchange_.runCommand(commands_.prefix(form_.cmbChannel) + text::Mid(channel, 3, 1));
   modes_.ModeReadBack();

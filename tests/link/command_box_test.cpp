@@ -27,7 +27,8 @@ TEST(CommandBox, theWaitForAnAnswerGrowsInThreeStagesAndEndsInOneBox) {
            Stage{250, {"sleep 50", "sleep 200", "sleep 400"}, "1.5"},
            Stage{251, {"sleep 50", "sleep 200", "sleep 400", "sleep 800"}, "1.5"},
            Stage{650, {"sleep 50", "sleep 200", "sleep 400", "sleep 800"}, "1.5"},
-           Stage{651, {"sleep 50", "sleep 200", "sleep 400", "sleep 800", kNoAnswer}, ""},
+           Stage{1450, {"sleep 50", "sleep 200", "sleep 400", "sleep 800"}, "1.5"},
+           Stage{1451, {"sleep 50", "sleep 200", "sleep 400", "sleep 800", kNoAnswer}, ""},
        }) {
     Bench bench;
     bench.connectSerial();
@@ -54,7 +55,7 @@ TEST(CommandBox, aQueryWithoutAnswerTakesSevenUnitsAndIsNotRepeated) {
   EXPECT_EQ(bench.ask(":Q?"), "");
   EXPECT_EQ(bench.journal(), lines({"pass", "Timeout 200", "WriteString :Q?\\n END", "sleep 10",
                                     "ReadString", "sleep 10", "ReadString", "pass", "sleep 10",
-                                    "pass", "sleep 20", "pass", "sleep 40", kNoAnswer}));
+                                    "pass", "sleep 20", "pass", "sleep 40", "pass", kNoAnswer}));
 }
 
 TEST(CommandBox, aCommandWithoutQuestionMarkWaitsOneUnit) {

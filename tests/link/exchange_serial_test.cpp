@@ -149,7 +149,7 @@ TEST(SerialExchange, overTheLinkNamedGpibNothingIsWrittenAndAQueryEndsInTheBox) 
   parts.form.cmdSendCmd.setEnabled(true);
   parts.exchange.runCommand(":MEAS?");
   EXPECT_EQ(parts.bench.journal(),
-            lines({"pass", "pass", "sleep 200", "pass", "sleep 400", "pass", "sleep 800",
+            lines({"pass", "pass", "sleep 200", "pass", "sleep 400", "pass", "sleep 800", "pass",
                    "box Error:Device has not sent back some data yet!"}));
 }
 

@@ -51,10 +51,11 @@ struct LinkParts {
   Links links{form, host};
   io::SerialPort& MSComm1 = links.serial.MSComm1;
   Identity identity;
-  Exchange exchange{host, form, waits, state, links};
+  Turns turns{host, waits, state};
+  Exchange exchange{host, form, waits, state, links, turns};
   ChannelList channels{form, waits, state, identity, exchange};
-  VisaConnection visa{form, state, identity, links, channels};
-  SerialConnection serial{form, waits, state, identity, links, channels};
+  VisaConnection visa{form, host.visa, state, identity, links, turns, channels};
+  SerialConnection serial{form, waits, state, identity, links, turns, channels};
 };
 
 }  // namespace lumodevice::link

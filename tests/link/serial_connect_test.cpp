@@ -147,22 +147,38 @@ struct Refusal {
   int code;
 };
 
-TEST_F(SerialConnect, anyFailureEndsItAtOnceAndLeavesTheLinkStateAsItWas) {
+TEST_F(SerialConnect, aPortThatCannotBeUsedLeavesTheLinkThatThereWas) {
   bench.click("Command2");
   const std::string before = channels();
   for (const auto& [call, code] :
        {Refusal{"COM3 open", io::kSerialUnavailable}, Refusal{"COM3 open", io::kSerialInvalidPort},
         Refusal{"COM3 open", io::kSerialInvalidValue}, Refusal{"COM3 write", io::kSerialDeviceBusy},
         Refusal{"COM3 write", io::kSerialUnavailable}}) {
-    bench.script.fail(call, code);
+    bench.script.fail(call, code, 1);
     bench.journal();
     bench.click("Command2");
     EXPECT_EQ(bench.journal({"sleep", "pass", "box"}), "") << call << code;
     EXPECT_TRUE(bench.zan().isConnected()) << call << code;
     EXPECT_EQ(channels(), before) << call << code;
     EXPECT_FALSE(bench.zan().bDevAvaliable());
-    bench.script.heal(call);
+    EXPECT_EQ(bench.ask(":CHAN?"), "9") << "the port is open again";
   }
+}
+
+TEST_F(SerialConnect, aPortNumberThatIsNoneLeavesTheLinkThatThereWas) {
+  bench.click("Command2");
+  bench.type("Text1", "99");
+  bench.click("Command2");
+  EXPECT_TRUE(bench.zan().isConnected());
+  EXPECT_EQ(bench.ask(":CHAN?"), "9");
+}
+
+TEST_F(SerialConnect, aPortThatDoesNotOpenAgainEndsTheLink) {
+  bench.click("Command2");
+  bench.script.fail("COM3 open", io::kSerialUnavailable);
+  bench.click("Command2");
+  EXPECT_FALSE(bench.zan().isConnected());
+  EXPECT_EQ(bench.read("FrameCCStatic", "Enabled"), "False");
 }
 
 TEST_F(SerialConnect, aBadPortNumberOrSettingEndsItAtOnce) {

@@ -91,9 +91,10 @@ TEST_F(VisaDiscovery, onlyGpibAndZanInterfacesAreAsked) {
        {Interface{"GPIB0", true}, Interface{"GPIB1 (board)", true}, Interface{"ZAN", true},
         Interface{"USB0 (ZAN-6400)", true}, Interface{"zan", false}, Interface{"gpib0", false},
         Interface{"ASRL1", false}, Interface{"", false}}) {
-    bench.visa.resources[0].interfaceName = name;
-    EXPECT_EQ(bench.zan().AutoConnect(), asked) << name;
-    EXPECT_EQ(bench.journal({"viWrite"}).empty(), !asked) << name;
+    Bench fresh;
+    fresh.visa.resources = {{kResource, name, &fresh.instrument}};
+    EXPECT_EQ(fresh.zan().AutoConnect(), asked) << name;
+    EXPECT_EQ(fresh.journal({"viWrite"}).empty(), !asked) << name;
   }
 }
 

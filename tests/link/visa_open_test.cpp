@@ -103,13 +103,30 @@ TEST_F(VisaOpen, everyCallOfTheWorkingLinkMayFail) {
   }
 }
 
-TEST_F(VisaOpen, aSecondConnectOpensNewSessionsAndLeavesTheOldOnes) {
+TEST_F(VisaOpen, aSecondConnectAsksItsOwnInstrumentOverTheOpenSessionAndClosesTheOldOnes) {
   bench.click("cmdAutoConnVISA");
-  bench.click("cmdAutoConnVISA");
-  EXPECT_EQ(bench.visa.openHandles(), " 1 2 4 5 6 8");
+  EXPECT_EQ(bench.visa.openHandles(), " 1 2 4");
   bench.journal();
+  bench.click("cmdAutoConnVISA");
+  EXPECT_EQ(bench.journal({"viOpen", "viClose", "viWrite 4 *IDN?"}),
+            lines({"viOpenDefaultRM", "viWrite 4 *IDN?\\r", "viClose 4", "viClose 2", "viClose 1",
+                   "viOpen 5 GPIB0::7::INSTR 1 1"}));
+  EXPECT_EQ(bench.visa.openHandles(), " 5 6 7");
+  EXPECT_TRUE(bench.zan().isConnected());
   bench.ask(":CHAN 1");
-  EXPECT_EQ(bench.journal({"viWrite"}), lines({"viWrite 8 :CHAN 1\\n"}));
+  EXPECT_EQ(bench.journal({"viWrite"}), lines({"viWrite 7 :CHAN 1\\n"}));
+}
+
+TEST_F(VisaOpen, aSearchThatFindsNothingLeavesTheWorkingLink) {
+  bench.click("cmdAutoConnVISA");
+  bench.journal();
+  bench.visa.resources.clear();
+  bench.type("cmbVISARes", "ASRL?*INSTR");
+  bench.click("cmdConnVISA");
+  EXPECT_TRUE(bench.zan().isConnected());
+  EXPECT_EQ(bench.visa.openHandles(), " 1 2 4");
+  bench.ask(":CHAN 1");
+  EXPECT_EQ(bench.journal({"viWrite"}), lines({"viWrite 4 :CHAN 1\\n"}));
 }
 
 TEST_F(VisaOpen, throughVisaComTheLibraryIsLeftBeforeTheObjectsAreMade) {

@@ -54,7 +54,9 @@ std::string_view propertyName(toolkit::Property property) {
 }  // namespace
 
 Bench::Bench(const Setup& setup)
-    : loop(setup.loop != nullptr ? *setup.loop : ownLoop_), logging_(setup.logging) {
+    : loop(setup.loop != nullptr ? *setup.loop : ownLoop_),
+      logging_(setup.logging),
+      exchanges_(setup.exchanges) {
   ownLoop_.onPass = [this] { script.note("pass"); };
   ownLoop_.onSleep = [this](std::int32_t milliseconds) {
     script.note("sleep " + std::to_string(milliseconds));
@@ -75,7 +77,8 @@ Host Bench::host() {
           .drive = drive,
           .wallClock = wallClock,
           .informationBox = [this](std::string_view text) { showBox(text); },
-          .log = logging_ ? &log : nullptr};
+          .log = logging_ ? &log : nullptr,
+          .exchanges = exchanges_};
 }
 
 void Bench::showBox(std::string_view text) {

@@ -40,6 +40,7 @@ class Bench : public PanelHand, private toolkit::View {
     /// A loop shared with others; its passes and waits are in nobody's journal.
     toolkit::VirtualLoop* loop = nullptr;
     bool logging = true;
+    Exchanges exchanges = Exchanges::Interleaved;
   };
 
   Bench() : Bench(Setup()) {}
@@ -97,6 +98,7 @@ class Bench : public PanelHand, private toolkit::View {
 
   std::set<std::string, std::less<>> watched_;
   bool logging_;
+  Exchanges exchanges_;
   std::unique_ptr<ZANCtrl> component_;
 };
 

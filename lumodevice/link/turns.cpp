@@ -1,0 +1,180 @@
+#include "lumodevice/link/turns.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+#include "lumodevice/text/fault.hpp"
+
+namespace lumodevice::link {
+
+namespace {
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr Milliseconds kShortestSlice{1};
+constexpr Milliseconds kLongestSlice{10};
+/// Of a line that never falls silent.
+constexpr Milliseconds kLongestDropping{1000};
+
+Turns::Duration asDuration(Milliseconds time) {
+  return std::chrono::duration_cast<Turns::Duration>(time);
+}
+
+/// Short at first, so that a quick answer is found at once; long waits need not be that exact.
+double sliceAfter(Turns::Duration waited) {
+  const Milliseconds slice(std::chrono::duration_cast<Milliseconds>(waited) / 8);
+  return std::ceil(std::clamp(slice, kShortestSlice, kLongestSlice).count());
+}
+
+bool isLineEnd(char character) {
+  return character == '\r' || character == '\n';
+}
+
+std::string_view withoutLineEnd(std::string_view message) {
+  if (message.ends_with('\n')) {
+    message.remove_suffix(1);
+  }
+  if (message.ends_with('\r')) {
+    message.remove_suffix(1);
+  }
+  return message;
+}
+
+/// The last whole line: what stands in front of it was left on the line by something else.
+std::string_view lastLine(std::string_view received) {
+  const std::size_t end = received.find_last_of("\r\n");
+  std::string_view lines = received.substr(0, end);
+  while (!lines.empty() && isLineEnd(lines.back())) {
+    lines.remove_suffix(1);
+  }
+  const std::size_t before = lines.find_last_of("\r\n");
+  return before == std::string_view::npos ? lines : lines.substr(before + 1);
+}
+
+}  // namespace
+
+std::optional<std::string> Turns::run(Transport& transport, const std::string& line,
+                                      double patience) {
+  // An exchange that falls into the claim may take the link down, or another instrument up.
+  const std::uint64_t changes = state_.changes();
+  claim(transport);
+  bool written = false;
+  attempt([&] { written = changes == state_.changes() && transport.write(line); });
+  if (!written || patience < 0) {
+    return std::nullopt;
+  }
+  Outstanding query{.transport = transport,
+                    .linkChanges = changes,
+                    .sent = now(),
+                    .deadline = now() + asDuration(Milliseconds(patience))};
+  await(query);
+  if (!query.answered) {
+    return std::nullopt;
+  }
+  return std::string(transport.manner().messagesHaveEnds ? withoutLineEnd(query.received)
+                                                         : lastLine(query.received));
+}
+
+void Turns::keepDistance(double milliseconds) {
+  notBefore_ = now() + asDuration(Milliseconds(milliseconds));
+}
+
+void Turns::claim(Transport& transport) {
+  settle();
+  waitOutDistance();
+  comeIntoStep(transport);
+  dropUnread(transport);
+}
+
+/// Waits for the answer with event passes, in which somebody else may read it to its end.
+void Turns::await(Outstanding& query) {
+  struct End {
+    Turns& turns;
+    Outstanding& query;
+    ~End() {
+      if (turns.outstanding_ == &query) {
+        turns.outstanding_ = nullptr;
+      }
+    }
+  } const end{*this, query};
+  outstanding_ = &query;
+  poll(query);
+  while (!query.done) {
+    waits_.processEvents();
+    if (!query.done) {
+      waits_.sleep(sliceAfter(now() - query.sent));
+      poll(query);
+    }
+  }
+}
+
+void Turns::poll(Outstanding& query) {
+  Reading reading = Reading::Failed;
+  const std::size_t before = query.received.size();
+  if (query.linkChanges == state_.changes()) {
+    attempt([&] { reading = query.transport.readOn(query.received); });
+  }
+  if (query.received.size() > before) {
+    lastByte_ = now();
+  }
+  query.answered = reading == Reading::Complete;
+  query.done = reading != Reading::Waiting || now() >= query.deadline;
+  if (query.done && reading == Reading::Waiting) {
+    outOfStep_ = {&query.transport, query.sent + kLongestLateness};
+  }
+}
+
+/// Reads the answer that another exchange waits for to its end, on its behalf.
+void Turns::settle() {
+  if (outstanding_ == nullptr) {
+    return;
+  }
+  Outstanding& query = *outstanding_;
+  while (!query.done) {
+    waits_.sleep(sliceAfter(now() - query.sent));
+    poll(query);
+  }
+  outstanding_ = nullptr;
+}
+
+void Turns::waitOutDistance() {
+  while (now() < notBefore_) {
+    waits_.processEvents();
+    const auto left = std::chrono::duration_cast<Milliseconds>(notBefore_ - now());
+    waits_.sleep(std::ceil(std::min(left, 2 * kLongestSlice).count()));
+  }
+}
+
+void Turns::comeIntoStep(Transport& transport) {
+  std::string late;
+  while (outOfStep_ && outOfStep_->transport == &transport) {
+    Reading reading = Reading::Failed;
+    attempt([&] { reading = transport.readOn(late); });
+    if (reading != Reading::Waiting || now() >= outOfStep_->until) {
+      outOfStep_.reset();
+      lastByte_ = now();
+      return;
+    }
+    waits_.pause(2 * kLongestSlice.count());
+  }
+}
+
+/// Until nothing comes any more: a line without message ends may still be delivering.
+void Turns::dropUnread(Transport& transport) {
+  const Duration quiet = asDuration(Milliseconds(transport.manner().quietMilliseconds));
+  const Duration end = now() + asDuration(kLongestDropping);
+  while (true) {
+    std::string dropped;
+    attempt([&] { dropped = transport.dropUnread(); });
+    if (!dropped.empty()) {
+      lastByte_ = now();
+    }
+    const Duration left = lastByte_ + quiet - now();
+    if (left <= Duration(0) || now() >= end) {
+      return;
+    }
+    waits_.sleep(std::ceil(std::chrono::duration_cast<Milliseconds>(left).count()));
+  }
+}
+
+}  // namespace lumodevice::link
