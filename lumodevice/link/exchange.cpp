@@ -77,14 +77,16 @@ void Exchange::Send() {
     return;
   }
   const Manner& manner = transport->manner();
-  attempt([&] { transport->write(line(text::Trim(command))); });
+  const bool written = attempt([&] { transport->write(line(text::Trim(command))); });
   if (!isQuery(command)) {
     if (manner.logsCommands && host_.log != nullptr) {
       logCommand(command);
     }
     return;
   }
-  transport->expectAnswer();
+  if (written) {
+    transport->expectAnswer();
+  }
   if (manner.reads > 0) {
     readAnswer(*transport, command);
   } else {

@@ -25,10 +25,8 @@ const Manner& SerialLink::manner() const {
 }
 
 void SerialLink::close() {
-  if (MSComm1.PortOpen()) {
-    MSComm1.setPortOpen(false);
-    forgetAnswer();
-  }
+  MSComm1.setPortOpen(false);
+  forgetAnswer();
 }
 
 bool SerialLink::write(const std::string& line) {

@@ -22,7 +22,7 @@ class SerialLink : public Transport {
   /// Opened by the connects; memory files and captures read and write it as it is.
   io::SerialPort MSComm1;
 
-  /// Closes the port when it is open. What its instrument had not said to the end never will be.
+  /// Closes the port, open or not. What its instrument had not said to the end never will be.
   void close();
 
   // For the exchange.
