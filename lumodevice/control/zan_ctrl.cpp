@@ -215,8 +215,10 @@ bool ZANCtrl::AutoQuery() const {
   return component_->form.chkAutoQuery.value() != toolkit::CheckBox::kClear;
 }
 void ZANCtrl::AutoQuery(bool on) {
-  component_->form.chkAutoQuery.setValue(on ? toolkit::CheckBox::kTicked
+  run([on](Component& component) {
+    component.form.chkAutoQuery.setValue(on ? toolkit::CheckBox::kTicked
                                             : toolkit::CheckBox::kClear);
+  });
 }
 
 bool ZANCtrl::isConnected() const {
@@ -256,11 +258,11 @@ std::string ZANCtrl::nextCmd() {
 }
 
 void ZANCtrl::ShowControl() {
-  component_->form.cmdConnectOK.click.raise();
+  run([](Component& component) { component.form.cmdConnectOK.click.raise(); });
 }
 
 void ZANCtrl::ShowConnect() {
-  component_->form.cmdConnect.click.raise();
+  run([](Component& component) { component.form.cmdConnect.click.raise(); });
 }
 
 bool ZANCtrl::AutoConnect() {
@@ -276,7 +278,7 @@ bool ZANCtrl::AutoConnect() {
 }
 
 void ZANCtrl::NotConnect() {
-  component_->channels.NotConnect();
+  run([](Component& component) { component.channels.NotConnect(); });
 }
 
 bool ZANCtrl::GetSeqFile() {

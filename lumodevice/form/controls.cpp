@@ -20,7 +20,7 @@ void Controls::setCommand(int setting, Command command) const {
 }
 
 void Controls::retire() {
-  surface_.detachAll();
+  surface_.retire();
   Timer1.leaveLoop();
   Timer2.leaveLoop();
 }

@@ -70,8 +70,16 @@ std::shared_ptr<void> Control::hold() const {
   return surface_.hold();
 }
 
+std::weak_ptr<void> Control::life() const {
+  return surface_.life();
+}
+
 void Control::changed(Property property, int item) const {
-  surface_.notify(*this, property, item);
+  surface_.notify([this, property, item](View& view) { view.changed(*this, property, item); });
+}
+
+void Control::confirmed(Property property) const {
+  surface_.notify([this, property](View& view) { view.confirmed(*this, property); });
 }
 
 }  // namespace lumodevice::toolkit

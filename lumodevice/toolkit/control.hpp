@@ -59,8 +59,15 @@ class LUMODEVICE_API Control {
   /// Its position in the order in which the Tab key walks the form: that of making.
   [[nodiscard]] int tabIndex() const { return tabIndex_; }
 
+  [[nodiscard]] Surface& surface() const { return surface_; }
   /// Keeps what the control is part of (see Surface::belongTo) from going.
   [[nodiscard]] std::shared_ptr<void> hold() const;
+  /// Expires when what the control is part of ends, or the surface goes.
+  [[nodiscard]] std::weak_ptr<void> life() const;
+
+  /// Tells the views what the control holds of that which an operator's act would change (see
+  /// View::confirmed). Done at the end of each act.
+  virtual void confirm() const {}
 
  protected:
   struct Identity {
@@ -75,9 +82,9 @@ class LUMODEVICE_API Control {
   friend class Surface;
 
   void changed(Property property, int item = -1) const;
+  void confirmed(Property property) const;
   /// Runs after `enabled` changed and was shown.
   virtual void enabledChanged() {}
-  [[nodiscard]] Surface& surface() const { return surface_; }
 
  private:
   Surface& surface_;

@@ -32,9 +32,7 @@ void EventLoop::processEvents() {
     return;
   }
   const Change change(*this);
-  if (onPass) {
-    onPass();
-  }
+  passObservers_.tell();
   const std::uint64_t pass = ++passes_;
   deliverInput();
   tickDue(pass);
@@ -45,9 +43,7 @@ void EventLoop::tickDue() {
     return;
   }
   const Change change(*this);
-  if (onPass) {
-    onPass();
-  }
+  passObservers_.tell();
   tickDue(++passes_);
 }
 
@@ -64,9 +60,7 @@ void EventLoop::sleep(double milliseconds) {
     return;
   }
   const auto count = static_cast<std::int32_t>(whole);
-  if (onSleep) {
-    onSleep(count);
-  }
+  sleepObservers_.tell(count);
   idle(std::chrono::milliseconds(count));
 }
 

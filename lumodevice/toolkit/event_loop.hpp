@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "lumodevice/export.hpp"
+#include "lumodevice/toolkit/observers.hpp"
 
 namespace lumodevice::toolkit {
 
@@ -60,9 +62,15 @@ class LUMODEVICE_API EventLoop {
   /// Lets time pass without delivering anything and without counting as a wait of the component.
   void idle(Duration span);
 
-  /// Observers, for traces and tests; each is called before the act that it tells of.
-  std::function<void(std::int32_t milliseconds)> onSleep;
-  std::function<void()> onPass;
+  /// Tells of each wait of the component before it begins, for traces and the like.
+  [[nodiscard]] Subscription observeSleeps(
+      std::function<void(std::int32_t milliseconds)> observer) {
+    return sleepObservers_.observe(std::move(observer));
+  }
+  /// Tells of each pass before it begins.
+  [[nodiscard]] Subscription observePasses(std::function<void()> observer) {
+    return passObservers_.observe(std::move(observer));
+  }
 
  protected:
   /// Lets the span pass. A window system may be given the time to repaint; what else it brings up
@@ -87,6 +95,8 @@ class LUMODEVICE_API EventLoop {
   void tick(Timer& timer, std::uint64_t pass);
 
   std::vector<Timer*> timers_;
+  Observers<std::int32_t> sleepObservers_;
+  Observers<> passObservers_;
   std::uint64_t passes_ = 0;
   int waits_ = 0;
 };

@@ -1,6 +1,6 @@
 #include "lumodevice/toolkit/surface.hpp"
 
-#include <exception>
+#include <memory>
 #include <stdexcept>
 
 namespace lumodevice::toolkit {
@@ -8,6 +8,31 @@ namespace lumodevice::toolkit {
 namespace {
 
 constexpr int kNoIndex = -1;
+
+/// The view behind a subscription to changes; it may be let go within its own call.
+class ObservingView : public View, public std::enable_shared_from_this<ObservingView> {
+ public:
+  ObservingView(Surface& surface, Surface::ChangeObserver observer)
+      : surface_(&surface), observer_(std::move(observer)) {}
+  ~ObservingView() override {
+    if (surface_ != nullptr) {
+      surface_->detach(*this);
+    }
+  }
+  ObservingView(const ObservingView&) = delete;
+  ObservingView& operator=(const ObservingView&) = delete;
+
+  void changed(const Control& control, Property property, int item) override {
+    const auto held = shared_from_this();
+    observer_(control, property, item);
+  }
+  void confirmed(const Control& /*control*/, Property /*property*/) override {}
+  void ended() noexcept override { surface_ = nullptr; }
+
+ private:
+  Surface* surface_;
+  Surface::ChangeObserver observer_;
+};
 
 }  // namespace
 
@@ -38,21 +63,30 @@ void Surface::missing(std::string_view name, std::optional<int> index) {
                          (index ? "(" + std::to_string(*index) + ")" : ""));
 }
 
-void Surface::notify(const Control& control, Property property, int item) const {
-  std::exception_ptr thrown;
+void Surface::notify(const std::function<void(View&)>& tell) const {
+  EveryStep steps;
   std::size_t next = 0;
   while (next < views_.size()) {  // a view may attach another one
     View* const view = views_[next++];
-    try {
-      if (view != kNobody) {
-        view->changed(control, property, item);
-      }
-    } catch (...) {
-      thrown = thrown ? thrown : std::current_exception();
+    if (view != kNobody) {
+      steps.take([&] { tell(*view); });
     }
   }
-  if (thrown) {
-    std::rethrow_exception(thrown);
+  steps.finish();
+}
+
+Subscription Surface::observe(ChangeObserver observer) {
+  auto view = std::make_shared<ObservingView>(*this, std::move(observer));
+  attach(*view);
+  return Subscription(std::move(view));
+}
+
+void Surface::retire() {
+  life_.reset();
+  for (View*& place : views_) {
+    if (View* const view = std::exchange(place, kNobody); view != kNobody) {
+      view->ended();
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,25 +14,51 @@
 
 #include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/control.hpp"
+#include "lumodevice/toolkit/observers.hpp"
 
 namespace lumodevice::toolkit {
 
-/// Watches the controls of a surface: a window, a terminal, a test. The notification comes after
-/// the change and before the event that the change raises; `item` is the index of the item that was
-/// inserted or removed, else -1. A view may read any control then and detach itself or others, but
-/// must neither change a control nor end what the surface is part of. When a view throws, the
-/// others are told all the same; then the exception goes on, and the event is not raised.
+/// Watches the controls of a surface: a window, a terminal, a test. A view may read any control
+/// when it is told of something and detach itself or others, but must neither change a control nor
+/// end what the surface is part of. When a view throws, the others are told all the same; then the
+/// exception goes on, and the event is not raised.
 class LUMODEVICE_API View {
  public:
   virtual ~View() = default;
+
+  /// The notification comes after the change and before the event that the change raises; `item` is
+  /// the index of the item that was inserted or removed, else -1.
   virtual void changed(const Control& control, Property property, int item) = 0;
+
+  /// An operator's act on the control is over, whatever came of it: it may have been refused, have
+  /// changed nothing, or its handler has set the control back. A widget that shows what the
+  /// operator meant shows what the control holds once it has drawn this property anew, as it does
+  /// for a change; so a window leaves this as it is, and who records changes has it do nothing.
+  virtual void confirmed(const Control& control, Property property) {
+    changed(control, property, -1);
+  }
+
+  /// What the surface is part of has ended; the view is detached, and the surface and its controls
+  /// go soon. Here, too, nothing of them is to be changed.
+  virtual void ended() noexcept {}
 };
 
 /// Owns the controls of one form, in the order of their making, finds them by name and tells the
 /// views what changed.
+///
+///     const auto& output = load.surface().get<TextBox>("txtVoltage", 0);
+///     const Subscription watching = load.surface().observe(
+///         [&](const Control& control, Property property, int) {
+///           if (&control == &output && property == Property::Text) {
+///             std::cout << output.text() << " V\n";
+///           }
+///         });
 class LUMODEVICE_API Surface {
  public:
+  using ChangeObserver = std::function<void(const Control& control, Property property, int item)>;
+
   Surface() = default;
+  ~Surface() { retire(); }
   Surface(const Surface&) = delete;
   Surface& operator=(const Surface&) = delete;
 
@@ -64,7 +91,15 @@ class LUMODEVICE_API Surface {
 
   void attach(View& view);
   void detach(View& view) { std::replace(views_.begin(), views_.end(), &view, kNobody); }
-  void detachAll() { std::fill(views_.begin(), views_.end(), kNobody); }
+
+  /// Attaches a view that is told of changes alone, under the same rules.
+  [[nodiscard]] Subscription observe(ChangeObserver observer);
+
+  /// What the surface is part of has ended: the views are told so and detached, and nobody is told
+  /// of an event any more.
+  void retire();
+  /// Expires then, at the latest with the surface.
+  [[nodiscard]] std::weak_ptr<void> life() const { return life_; }
 
   /// What lives until the last running handler of a control has returned, whoever else lets it go.
   /// Nothing at first: then the surface's owner has to see to that.
@@ -85,7 +120,7 @@ class LUMODEVICE_API Surface {
 
   void adopt(std::unique_ptr<Control> control);
   [[noreturn]] static void missing(std::string_view name, std::optional<int> index);
-  void notify(const Control& control, Property property, int item) const;
+  void notify(const std::function<void(View&)>& tell) const;
   [[nodiscard]] int nextZOrder() { return ++lastZOrder_; }
 
   std::vector<std::unique_ptr<Control>> controls_;
@@ -93,6 +128,7 @@ class LUMODEVICE_API Surface {
   /// With kNobody in the places of those that left, perhaps while they were told of a change.
   std::vector<View*> views_;
   std::weak_ptr<void> owner_;
+  std::shared_ptr<void> life_ = std::make_shared<char>();
   int lastZOrder_ = 0;
 };
 

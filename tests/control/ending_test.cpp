@@ -41,13 +41,13 @@ class EndedWithin : public testing::TestWithParam<Over> {
     support::plugEverywhere(bench);
     bench.connect(GetParam());
     Outcome outcome;
-    bench.loop.onPass = [&] {
+    const auto watching = bench.loop.observePasses([&] {
       if (--pass == 0) {
         (void)bench.journal();
         bench.destroy();
         outcome = {true, bench.journal(), ""};
       }
-    };
+    });
     act.run(bench);
     outcome.afterwards = bench.journal();
     return outcome;
@@ -98,10 +98,10 @@ TEST_P(EndedWithin, anInformationBoxReleasesTheLinkAtOnce) {
 TEST_P(EndedWithin, anyWaitIsTheLastOne) {
   PanelBench bench;
   bench.connect(GetParam());
-  bench.loop.onSleep = [&](std::int32_t /*milliseconds*/) {
+  const auto watching = bench.loop.observeSleeps([&](std::int32_t /*milliseconds*/) {
     bench.destroy();
     (void)bench.journal();
-  };
+  });
   bench.zan().SendCmd(":FETC:VOLT?");
   EXPECT_EQ(bench.journal(), "");
 }
@@ -111,15 +111,15 @@ TEST_P(EndedWithin, theAutoQueryStopsIt) {
   bench.connect(GetParam());
   bench.zan().AutoQuery(true);
   int passes = 0;
-  bench.loop.onPass = [&] {
+  const auto watching = bench.loop.observePasses([&] {
     if (++passes == 20) {
       bench.destroy();
       (void)bench.journal();
     }
-  };
+  });
   bench.run(std::chrono::seconds(5));
   EXPECT_GE(passes, 20);
-  EXPECT_EQ(bench.journal(), "");
+  EXPECT_EQ(bench.journal(), "pass\n") << "the loop's own, when the time is over";
 }
 
 TEST_P(EndedWithin, twoNestedOperationsBothEnd) {
@@ -127,14 +127,14 @@ TEST_P(EndedWithin, twoNestedOperationsBothEnd) {
   support::plugEverywhere(bench);
   bench.connect(GetParam());
   int passes = 0;
-  bench.loop.onPass = [&] {
+  const auto watching = bench.loop.observePasses([&] {
     if (++passes == 1) {
       bench.zan().SendCmd(":CURR:STAT:L1?");
     } else if (passes == 3) {
       bench.destroy();
       (void)bench.journal();
     }
-  };
+  });
   EXPECT_FALSE(bench.zan().AutoConnect());
   EXPECT_EQ(bench.journal(), "");
 }
@@ -148,7 +148,7 @@ TEST_P(EndedWithin, whatIsLeftOfThePanelIsNotConnected) {
   auto& send = bench.control<toolkit::CommandButton>("cmdSendCmd");
   auto& command = bench.control<toolkit::TextBox>("TXT");
   int passes = 0;
-  bench.loop.onPass = [&] {
+  const auto watching = bench.loop.observePasses([&] {
     if (++passes == 1) {
       bench.destroy();
       (void)bench.journal();
@@ -156,7 +156,7 @@ TEST_P(EndedWithin, whatIsLeftOfThePanelIsNotConnected) {
       EXPECT_FALSE(toolkit::hand::click(send));
       command.setText(":CHAN 1");
     }
-  };
+  });
   bench.zan().SendCmd(":FETC:VOLT?");
   EXPECT_EQ(passes, 1);
   EXPECT_EQ(bench.journal(), "");
@@ -165,7 +165,7 @@ TEST_P(EndedWithin, whatIsLeftOfThePanelIsNotConnected) {
 TEST_P(EndedWithin, aMemberGivesTheEmptyValue) {
   PanelBench bench;
   bench.connect(GetParam());
-  bench.loop.onPass = [&] { bench.destroy(); };
+  const auto watching = bench.loop.observePasses([&] { bench.destroy(); });
   EXPECT_EQ(bench.zan().ErrMessage(), "");
 }
 

@@ -38,7 +38,7 @@ class Reentrancy : public testing::TestWithParam<Over> {
     PanelBench bench;
     start(bench);
     int count = 0;
-    bench.loop.onPass = [&count] { ++count; };
+    const auto watching = bench.loop.observePasses([&count] { ++count; });
     act.run(bench);
     return count;
   }
@@ -58,14 +58,14 @@ class Reentrancy : public testing::TestWithParam<Over> {
   void expectSound(std::size_t outer, std::size_t inner, int pass) {
     PanelBench bench;
     start(bench);
-    bench.loop.onPass = [&, left = pass]() mutable {
+    auto watching = bench.loop.observePasses([&, left = pass]() mutable {
       if (--left == 0) {
         acts[inner].run(bench);
       }
-    };
+    });
     SCOPED_TRACE(acts[inner].name + " in pass " + std::to_string(pass) + " of " + acts[outer].name);
     EXPECT_NO_THROW(acts[outer].run(bench));
-    bench.loop.onPass = nullptr;
+    watching.end();
     expectKnownBoxes(bench);
     support::expectConsistent(bench);
     if (trustworthy[outer] && trustworthy[inner]) {

@@ -64,13 +64,13 @@ TEST_P(ThrowingHost, fromTheInputOfItsLoopLeavesTheComponentUsable) {
     for (int pass = 1;; pass += 1 + pass / 4) {
       PanelBench bench;
       start(bench);
-      bench.loop.onPass = [left = pass]() mutable {
+      auto watching = bench.loop.observePasses([left = pass]() mutable {
         if (--left == 0) {
           throw HostsError();
         }
-      };
+      });
       const bool threw = throwsThrough(act, bench);
-      bench.loop.onPass = nullptr;
+      watching.end();
       SCOPED_TRACE(act.name + ", pass " + std::to_string(pass));
       expectSound(bench);
       if (!threw) {
@@ -123,13 +123,13 @@ TEST(ThrowingTick, doesNotStopItsTimer) {
   bench.connect();
   bench.zan().AutoQuery(true);
   int passes = 0;
-  bench.loop.onPass = [&] {
+  auto watching = bench.loop.observePasses([&] {
     if (++passes == 3) {  // the first is the loop's, the next ones those of a query
       throw HostsError();
     }
-  };
+  });
   EXPECT_THROW(bench.run(std::chrono::seconds(1)), HostsError);
-  bench.loop.onPass = nullptr;
+  watching.end();
   (void)bench.sent();
   bench.run(std::chrono::seconds(1));
   EXPECT_GE(bench.sent().size(), 40U);

@@ -76,14 +76,14 @@ TEST_P(MeanwhileInATransfer, bothEnd) {
     bench.stopReceivePoll();
     int passes = 0;
     bool met = false;
-    bench.loop.onPass = [&] {
+    auto watching = bench.loop.observePasses([&] {
       if (passes++ == at) {
         met = true;
         meanwhile.run(bench);
       }
-    };
+    });
     transfer.run(bench);
-    bench.loop.onPass = nullptr;
+    watching.end();
     if (at == 0) {
       EXPECT_TRUE(met);
     }

@@ -78,10 +78,10 @@ TEST_P(SerialFailure, leavesWhatWasDoneByThen) {
       bench.script.fail(failure.call, ofLine ? kDeviceGone : kDiskFull, 1);
     }
   };
-  bench.loop.onPass = [&] {
+  auto watching = bench.loop.observePasses([&] {
     ++passes;
     arm();
-  };
+  });
   arm();
   EXPECT_EQ(failure.run(memory), failure.result);
   EXPECT_NE(bench.journal({failure.call}), "") << "it was called";
@@ -92,7 +92,7 @@ TEST_P(SerialFailure, leavesWhatWasDoneByThen) {
   }
   EXPECT_EQ(bench.journal({"box"}), "");
 
-  bench.loop.onPass = nullptr;
+  watching.end();
   memory.GetSequence();
   EXPECT_EQ(content(kSequenceFile), "hello");
 }

@@ -293,7 +293,7 @@ TEST_F(SerialTransfer, overAClosedPortEndsAtOnce) {
 
 TEST_F(SerialTransfer, whosePortIsClosedInItsWaitEnds) {
   bench.instrument.on(":MEM:FILE:SEQ?", "#15hello\n");
-  bench.loop.onPass = [this] { MSComm1.setPortOpen(false); };
+  const auto watching = bench.loop.observePasses([this] { MSComm1.setPortOpen(false); });
   memory.GetSequence();
   EXPECT_FALSE(exists(kSequenceFile));
   EXPECT_EQ(bench.journal({"box"}), "");
@@ -303,11 +303,11 @@ TEST_F(SerialTransfer, insideTheWaitOfAnotherRunsToItsEnd) {
   bench.instrument.on(":MEM:FILE:SEQ?", "#15hello\n");
   bench.instrument.on(":SYST:SET?", "#15world\n");
   bool once = true;
-  bench.loop.onPass = [&] {
+  const auto watching = bench.loop.observePasses([&] {
     if (std::exchange(once, false)) {
       memory.GetSystem();
     }
-  };
+  });
   memory.GetSequence();
   EXPECT_EQ(bench.journal({"box"}), "");
   EXPECT_FALSE(exists(kSequenceFile)) << "the inner one took its answer";

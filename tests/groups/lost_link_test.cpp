@@ -15,14 +15,13 @@ using support::Over;
 class LostLink {
  public:
   LostLink(GroupBench& bench, Over link, int pass) : bench_(bench), link_(link), left_(pass) {
-    bench_.loop.onPass = [this, onPass = bench_.loop.onPass] {
-      onPass();
+    passes_ = bench_.loop.observePasses([this] {
       if (left_-- == 0) {
         before_ = bench_.journal({"viWrite", "WriteString", "COM3 write"});
         lists_ = bench_.lists();
         bench_.click(link_ == Over::Serial ? "optVISA" : "optConnRS232");
       }
-    };
+    });
   }
 
   [[nodiscard]] bool lost() const { return left_ < 0; }
@@ -39,6 +38,7 @@ class LostLink {
   int left_;
   std::string before_;
   std::string lists_;
+  toolkit::Subscription passes_;
 };
 
 /// The exchange under way may still try to write; nothing further may begin.

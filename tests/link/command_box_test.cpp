@@ -137,11 +137,11 @@ TEST(CommandBox, aCommandSentWithinTheWaitOfAnotherOneRunsToItsEndAndItsAnswerSt
   bench.connectSerial();
   bench.instrument.on(":OUTER?", silence());
   bench.instrument.on(":INNER?", "inner\n");
-  bench.loop.onPass = [&, calls = 0]() mutable {
+  const auto watching = bench.loop.observePasses([&, calls = 0]() mutable {
     if (++calls == 3) {
       bench.zan().SendCmd(":INNER?");
     }
-  };
+  });
   EXPECT_EQ(bench.ask(":OUTER?"), "inner");
   EXPECT_EQ(bench.journal({"COM3 write", "box"}),
             lines({"COM3 write :OUTER?\\n", "COM3 write :INNER?\\n"}));

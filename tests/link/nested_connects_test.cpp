@@ -24,13 +24,13 @@ class ActInsideASearch : public testing::TestWithParam<std::tuple<Exchanges, int
 
   /// Searches, with `act` in the event pass of the test's parameter.
   void search(const std::function<void()>& act) {
-    bench.loop.onPass = [this, act, left = std::get<int>(GetParam())]() mutable {
+    int left = std::get<int>(GetParam());
+    const auto watching = bench.loop.observePasses([&] {
       if (left-- == 0) {
         act();
       }
-    };
+    });
     bench.click("cmdAuto");
-    bench.loop.onPass = nullptr;
   }
 
   /// Whoever won, the link works, and is what the panel says that it is.

@@ -29,23 +29,20 @@ class InTurn : public testing::TestWithParam<Over> {
   /// Runs `act` in the next event pass.
   void inNextPass(std::function<void()> act) {
     acts_.push_back(std::move(act));
-    const auto before = bench.loop.onPass;
-    bench.loop.onPass = [this, before] {
-      if (before) {
-        before();
-      }
+    passes_.push_back(bench.loop.observePasses([this] {
       if (!acts_.empty()) {
         const auto next = std::move(acts_.back());
         acts_.pop_back();
         next();
       }
-    };
+    }));
   }
 
   PanelBench bench{support::Bench::Setup{.exchanges = Exchanges::InTurn}};
 
  private:
   std::vector<std::function<void()>> acts_;
+  std::vector<toolkit::Subscription> passes_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Links, InTurn, testing::ValuesIn(kLinks));

@@ -55,12 +55,12 @@ class Fuzz {
         controls_.push_back(control.get());
       }
     }
-    bench_.loop.onPass = [this] {
+    passes_ = bench_.loop.observePasses([this] {
       if (mayNest_ && below(20) == 0) {
         mayNest_ = false;
         nested_ = singleAct() + " within ";
       }
-    };
+    });
   }
 
   /// One act, and perhaps another one within its waits; what they were.
@@ -201,6 +201,7 @@ class Fuzz {
   std::vector<toolkit::Control*> controls_;
   bool mayNest_ = false;
   std::string nested_;
+  toolkit::Subscription passes_;
 };
 
 class OperatorFuzz : public testing::TestWithParam<Over> {};

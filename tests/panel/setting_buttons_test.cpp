@@ -269,11 +269,8 @@ TEST(UvpLevel, turnsAGreyedBoxIntoATickedOne) {
 TEST(UvpLevel, marksNothingWhenTheLinkGoesDownWhileItIsSent) {
   PanelBench bench;
   bench.connect();
-  const auto onPass = bench.loop.onPass;
-  bench.loop.onPass = [&] {
-    onPass();
-    bench.control<toolkit::CommandButton>("cmdSendCmd").setEnabled(false);
-  };
+  const auto watching = bench.loop.observePasses(
+      [&] { bench.control<toolkit::CommandButton>("cmdSendCmd").setEnabled(false); });
   bench.set(kUvp, "5");
   EXPECT_EQ(bench.sent(), ":CONF:PROT:UVP:LEV 5\n");
   EXPECT_EQ(bench.box("chkUVP").value(), 0);

@@ -57,10 +57,9 @@ Bench::Bench(const Setup& setup)
     : loop(setup.loop != nullptr ? *setup.loop : ownLoop_),
       logging_(setup.logging),
       exchanges_(setup.exchanges) {
-  ownLoop_.onPass = [this] { script.note("pass"); };
-  ownLoop_.onSleep = [this](std::int32_t milliseconds) {
-    script.note("sleep " + std::to_string(milliseconds));
-  };
+  passes_ = ownLoop_.observePasses([this] { script.note("pass"); });
+  sleeps_ = ownLoop_.observeSleeps(
+      [this](std::int32_t milliseconds) { script.note("sleep " + std::to_string(milliseconds)); });
   component_ = std::make_unique<ZANCtrl>(host());
   component_->surface().attach(*this);
 }

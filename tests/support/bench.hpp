@@ -93,12 +93,15 @@ class Bench : public PanelHand, private toolkit::View {
 
  private:
   void changed(const toolkit::Control& control, toolkit::Property property, int item) override;
+  void confirmed(const toolkit::Control& /*control*/, toolkit::Property /*property*/) override {}
   void showBox(std::string_view text);
   void requireConnected(std::string_view how);
 
   std::set<std::string, std::less<>> watched_;
   bool logging_;
   Exchanges exchanges_;
+  toolkit::Subscription passes_;
+  toolkit::Subscription sleeps_;
   std::unique_ptr<ZANCtrl> component_;
 };
 

@@ -126,14 +126,12 @@ void PanelBench::selectChannel(std::string_view channel) {
 }
 
 void PanelBench::actAfter(std::string_view command, std::function<void()> act) {
-  loop.onPass = [this, onPass = loop.onPass, command = std::string(command), act = std::move(act),
-                 done = false]() mutable {
-    onPass();
-    if (!done && text("Text2") == command) {
-      done = true;
+  acting_ = loop.observePasses([this, command = std::string(command), act = std::move(act)] {
+    if (text("Text2") == command) {
+      acting_.end();
       act();
     }
-  };
+  });
 }
 
 bool PanelBench::switchesSend() {

@@ -60,6 +60,9 @@ class PanelBench : public Bench {
 
   /// Which switches the panel sends tells its state: true in the loaded states. Flips chkVON.
   [[nodiscard]] bool switchesSend();
+
+ private:
+  toolkit::Subscription acting_;
 };
 
 }  // namespace lumodevice::support

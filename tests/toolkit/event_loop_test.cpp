@@ -202,7 +202,8 @@ TEST(EventLoop, runsTimersThatFallDueAtTheEndOfItsLastHandler) {
 TEST(EventLoop, sleepsWholeMillisecondsAndNothingThatIsNone) {
   VirtualLoop loop;
   std::vector<int> sleeps;
-  loop.onSleep = [&](std::int32_t milliseconds) { sleeps.push_back(milliseconds); };
+  const Subscription watching =
+      loop.observeSleeps([&](std::int32_t milliseconds) { sleeps.push_back(milliseconds); });
   for (const double wait : {0.5, 1.5, 2.5, 0.0, -3.0, 1e300, 2147483647.0, 2147483648.0}) {
     loop.sleep(wait);
   }
@@ -213,7 +214,7 @@ TEST(EventLoop, sleepsWholeMillisecondsAndNothingThatIsNone) {
 TEST(EventLoop, idlingIsNoSleepOfTheComponent) {
   VirtualLoop loop;
   bool slept = false;
-  loop.onSleep = [&](std::int32_t) { slept = true; };
+  const Subscription watching = loop.observeSleeps([&](std::int32_t) { slept = true; });
   loop.idle(10ms);
   EXPECT_FALSE(slept);
   EXPECT_EQ(loop.now(), 10ms);
@@ -222,9 +223,9 @@ TEST(EventLoop, idlingIsNoSleepOfTheComponent) {
 TEST(EventLoop, tellsOfEveryPass) {
   VirtualLoop loop;
   int passes = 0;
-  loop.onPass = [&] { ++passes; };
+  const Subscription watching = loop.observePasses([&] { ++passes; });
   loop.processEvents();
-  loop.processEvents();
+  loop.tickDue();
   EXPECT_EQ(passes, 2);
 }
 

@@ -64,10 +64,7 @@ std::string_view transferAdvice(Link link) {
 
 bool connectOrExplain(Station& station) {
   const Activity activity(station.progress(), "searching");
-  std::optional<SearchReport> report;
-  if (station.progress().watched()) {
-    report.emplace(station.component().surface(), station.loop(), station.progress());
-  }
+  const auto report = reportSearch(station.component().surface(), station.progress());
   if (station.component().AutoConnect()) {
     return true;
   }

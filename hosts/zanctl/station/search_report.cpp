@@ -1,43 +1,26 @@
 #include "hosts/zanctl/station/search_report.hpp"
 
 #include <string>
-#include <utility>
+
+#include "lumodevice/toolkit/controls.hpp"
 
 namespace zanctl {
 
 namespace toolkit = lumodevice::toolkit;
 
-SearchReport::SearchReport(toolkit::Surface& surface, toolkit::EventLoop& loop, Progress& progress)
-    : surface_(surface),
-      loop_(loop),
-      progress_(progress),
-      port_(surface.get<toolkit::ComboBox>("Combo1")),
-      baud_(surface.get<toolkit::ComboBox>("Combo2")),
-      onSleep_(std::move(loop.onSleep)) {
-  loop_.onSleep = [this](std::int32_t milliseconds) {
-    tell();
-    if (onSleep_) {
-      onSleep_(milliseconds);
+toolkit::Subscription reportSearch(toolkit::Surface& surface, Progress& progress) {
+  const auto& port = surface.get<toolkit::ComboBox>("Combo1");
+  const auto& baud = surface.get<toolkit::ComboBox>("Combo2");
+  // The search shows its port and its baud rate in two boxes, one right after the other; progress
+  // is not shown before both stand.
+  return surface.observe([&](const toolkit::Control& control, toolkit::Property property, int) {
+    const bool watched = &control == &port || &control == &baud;
+    if (watched && property == toolkit::Property::Text && port.listIndex() >= 0 &&
+        baud.listIndex() >= 0) {
+      progress.tell("trying " + std::string(port.text()) + " at " + std::string(baud.text()) +
+                    " baud");
     }
-  };
-  surface_.attach(*this);
-}
-
-SearchReport::~SearchReport() {
-  surface_.detach(*this);
-  loop_.onSleep = std::move(onSleep_);
-}
-
-void SearchReport::changed(const toolkit::Control& control, toolkit::Property property, int) {
-  const bool watched = &control == &port_ || &control == &baud_;
-  due_ = due_ || (watched && property == toolkit::Property::ListIndex);
-}
-
-void SearchReport::tell() {
-  if (std::exchange(due_, false)) {
-    progress_.tell("trying " + std::string(port_.text()) + " at " + std::string(baud_.text()) +
-                   " baud");
-  }
+  });
 }
 
 }  // namespace zanctl

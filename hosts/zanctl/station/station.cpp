@@ -32,13 +32,13 @@ Station::Station(const StationOptions& options, const Streams& streams)
       clock_(std::make_unique<zansim::LoopClock>(*loop_)),
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
       drive_(options.driveC.value_or("")) {
-  loop_->onPass = [this] { progress_.show(loop_->now()); };
-  loop_->onSleep = [this](std::int32_t milliseconds) {
+  passes_ = loop_->observePasses([this] { progress_.show(loop_->now()); });
+  sleeps_ = loop_->observeSleeps([this](std::int32_t milliseconds) {
     progress_.show(loop_->now());
     if (trace_) {
       trace_->slept(milliseconds);
     }
-  };
+  });
   if (options.trace) {
     startTrace(*options.trace);
   }

@@ -67,6 +67,8 @@ class Station {
   lumodevice::platform::FolderDrive drive_;
   std::unique_ptr<lumodevice::io::WallClock> wallClock_;
   std::unique_ptr<lumodevice::ZANCtrl> component_;
+  lumodevice::toolkit::Subscription passes_;
+  lumodevice::toolkit::Subscription sleeps_;
 };
 
 }  // namespace zanctl
