@@ -55,6 +55,9 @@ int firstChannel(const ListBox& list) {
 GroupLists::GroupLists(form::Controls& form) : form_(form) {
   for (ListBox* list : {&form_.List1, &form_.List2, &form_.List3}) {
     toolkit::handle(list->startDrag, [this, list](DragData& data) { startDrag(*list, data); });
+    toolkit::handle(list->dragOver, [this, list](const DragData& data, int& effect) {
+      effect = takes(*list, data.text) ? effect : toolkit::kDropEffectNone;
+    });
     toolkit::handle(list->drop, [this, list](const DragData& data) { drop(*list, data.text); });
   }
 }
@@ -81,18 +84,21 @@ void GroupLists::startDrag(ListBox& source, DragData& data) {
   dragSource_ = &source;
 }
 
-void GroupLists::drop(ListBox& target, std::string_view channelText) const {
+bool GroupLists::takes(const ListBox& target, std::string_view channelText) const {
   if (dragSource_ == nullptr || dragSource_ == &target || channelText == target.text()) {
-    return;
+    return false;
   }
   // The list may have been filled anew since the drag started.
-  const int index = indexOf(*dragSource_, channelText);
+  const bool there = indexOf(*dragSource_, channelText) != kNoItem;
   const bool fits = &target == &form_.List1 || CanAddToGroup(target, channelText);
-  if (index == kNoItem || !fits || !CanTakeFromList(*dragSource_, channelText)) {
-    return;
+  return there && fits && CanTakeFromList(*dragSource_, channelText);
+}
+
+void GroupLists::drop(ListBox& target, std::string_view channelText) const {
+  if (takes(target, channelText)) {
+    addSorted(target, channelText);
+    dragSource_->removeItem(indexOf(*dragSource_, channelText));
   }
-  addSorted(target, channelText);
-  dragSource_->removeItem(index);
 }
 
 }  // namespace lumodevice::groups

@@ -39,6 +39,8 @@ class GroupLists {
 
  private:
   void startDrag(toolkit::ListBox& source, toolkit::DragData& data);
+  /// Whether the channel of the present drag may be dropped there.
+  [[nodiscard]] bool takes(const toolkit::ListBox& target, std::string_view channelText) const;
   void drop(toolkit::ListBox& target, std::string_view channelText) const;
 
   form::Controls& form_;

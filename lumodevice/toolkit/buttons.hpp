@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/frames.hpp"
 
@@ -40,6 +42,7 @@ class LUMODEVICE_API CheckBox : public Captioned<Control> {
   [[nodiscard]] int value() const { return value_; }
   /// Throws PropertyFault(380) for a value other than 0, 1 and 2.
   void setValue(int value);
+  void confirm() const override { confirmed(Property::Value); }
 
  protected:
   friend class Surface;
@@ -56,6 +59,8 @@ class LUMODEVICE_API OptionButton : public Captioned<Control> {
   Event<> click{*this};
   [[nodiscard]] bool value() const { return value_; }
   void setValue(bool value);
+  /// With its siblings, which a widget may have cleared.
+  void confirm() const override;
 
  protected:
   friend class Surface;
@@ -63,6 +68,8 @@ class LUMODEVICE_API OptionButton : public Captioned<Control> {
 
  private:
   void show(bool value);
+  /// The options of the same container, itself included.
+  [[nodiscard]] std::vector<OptionButton*> group() const;
   bool value_ = false;
 };
 

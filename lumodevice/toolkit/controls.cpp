@@ -43,20 +43,40 @@ void OptionButton::show(bool value) {
   }
 }
 
+std::vector<OptionButton*> OptionButton::group() const {
+  std::vector<OptionButton*> group;
+  for (const auto& other : surface().controls()) {
+    if (other->kind() == kKind && other->container() == container()) {
+      group.push_back(static_cast<OptionButton*>(other.get()));
+    }
+  }
+  return group;
+}
+
 void OptionButton::setValue(bool value) {
   if (value_ == value) {
     return;
   }
   if (value) {
-    for (const auto& other : surface().controls()) {
-      if (other.get() != this && other->kind() == kKind && other->container() == container()) {
-        static_cast<OptionButton&>(*other).show(false);
+    for (OptionButton* other : group()) {
+      if (other != this) {
+        other->show(false);
       }
     }
   }
   show(value);
   if (value) {
     click.raise();
+  }
+}
+
+void OptionButton::confirm() const {
+  for (const bool value : {false, true}) {  // the chosen one last, as a choice shows them
+    for (const OptionButton* option : group()) {
+      if (option->value() == value) {
+        option->confirmed(Property::Value);
+      }
+    }
   }
 }
 
@@ -152,6 +172,11 @@ void ComboBox::setText(std::string_view text) {
     text_ = text;
     changed(Property::Text);
   }
+}
+
+void ComboBox::confirm() const {
+  ListControl::confirm();
+  confirmed(Property::Text);
 }
 
 void ComboBox::selectionChanged() {

@@ -23,6 +23,7 @@ class LUMODEVICE_API TextBox : public Control {
   Event<Key> keyDown{*this};
   [[nodiscard]] const std::string& text() const { return text_; }
   void setText(std::string_view text);
+  void confirm() const override { confirmed(Property::Text); }
 
  protected:
   friend class Surface;

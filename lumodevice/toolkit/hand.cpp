@@ -1,6 +1,8 @@
 #include "lumodevice/toolkit/hand.hpp"
 
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace lumodevice::toolkit::hand {
 
@@ -28,6 +30,26 @@ void pick(ListControl& list, int index) {
   }
 }
 
+/// Takes the act to the control, unless that cannot be used, and has it confirm what it holds then.
+template <typename Act>
+bool perform(Control& control, Act act) {
+  const std::shared_ptr<void> held = control.hold();
+  const std::weak_ptr<void> life = control.life();
+  const bool usable = control.usable();
+  EveryStep steps;
+  if (usable) {
+    steps.take(act);
+  }
+  if (!life.expired()) {
+    steps.take([&] { control.confirm(); });
+  }
+  try {
+    steps.finish();
+  } catch (const OperationEnded&) {
+  }
+  return usable;
+}
+
 /// Runs the click of a control that is one of the types; false when it is none of them.
 template <typename... ControlTypes>
 bool raiseClick(Control& control) {
@@ -46,26 +68,32 @@ bool click(Control& control) {
   auto* box = as<CheckBox>(control);
   auto* option = as<OptionButton>(control);
   auto* list = as<ListControl>(control);
-  const Kind kind = control.kind();
-  const bool plain = kind == Kind::CommandButton || kind == Kind::Label || kind == Kind::PictureBox;
+  const bool plain = as<CommandButton>(control) != nullptr || as<Label>(control) != nullptr ||
+                     as<Pictured>(control) != nullptr;
   if (box == nullptr && option == nullptr && list == nullptr && !plain) {
     unknownAct(control, "clicked");
   }
-  if (!control.usable()) {
-    return false;
-  }
-  if (box != nullptr) {
-    box->setValue(box->value() == CheckBox::kClear ? CheckBox::kTicked : CheckBox::kClear);
-  } else if (option != nullptr) {
-    option->setValue(true);
-  } else if (list != nullptr) {
-    if (list->listIndex() >= 0) {
-      list->click.raise();
+  return perform(control, [&] {
+    if (box != nullptr) {
+      box->setValue(box->value() == CheckBox::kClear ? CheckBox::kTicked : CheckBox::kClear);
+    } else if (option != nullptr) {
+      option->setValue(true);
+    } else if (list != nullptr) {
+      if (list->listIndex() >= 0) {
+        list->click.raise();
+      }
+    } else {
+      raiseClick<CommandButton, Label, Pictured>(control);
     }
-  } else {
-    raiseClick<CommandButton, Label, PictureBox>(control);
+  });
+}
+
+bool mouseDown(Control& control, const MousePress& press) {
+  auto* picture = as<Pictured>(control);
+  if (picture == nullptr) {
+    unknownAct(control, "pressed at a position");
   }
-  return true;
+  return perform(control, [&] { picture->mouseDown.raise(press); });
 }
 
 bool type(Control& control, std::string_view text) {
@@ -74,15 +102,13 @@ bool type(Control& control, std::string_view text) {
   if (box == nullptr && combo == nullptr) {
     unknownAct(control, "typed into");
   }
-  if (!control.usable()) {
-    return false;
-  }
-  if (box != nullptr) {
-    box->setText(text);
-  } else {
-    combo->setText(text);
-  }
-  return true;
+  return perform(control, [&] {
+    if (box != nullptr) {
+      box->setText(text);
+    } else {
+      combo->setText(text);
+    }
+  });
 }
 
 bool select(Control& control, int index) {
@@ -90,11 +116,7 @@ bool select(Control& control, int index) {
   if (list == nullptr) {
     unknownAct(control, "selected from");
   }
-  if (!control.usable()) {
-    return false;
-  }
-  pick(*list, index);
-  return true;
+  return perform(control, [&] { pick(*list, index); });
 }
 
 bool press(Control& control, Key key) {
@@ -103,11 +125,48 @@ bool press(Control& control, Key key) {
   if (box == nullptr && combo == nullptr) {
     unknownAct(control, "typed into");
   }
-  if (!control.usable()) {
+  return perform(control, [&] { (box != nullptr ? box->keyDown : combo->keyDown).raise(key); });
+}
+
+Drag::Drag(ListBox& from, int index) : from_(&from) {
+  const std::weak_ptr<void> life = from.life();
+  perform(from, [&] {
+    pick(from, index);
+    if (!life.expired()) {
+      from.startDrag.raise(data_);
+    }
+  });
+  if (!data_.text.empty() && data_.allowedEffects != kDropEffectNone) {
+    life_ = life;
+  }
+}
+
+bool Drag::canDropOn(ListBox& onto) const {
+  if (!inProgress() || &onto.surface() != &from_->surface() || !onto.usable() ||
+      onto.oleDropMode() != ListBox::kDropManual) {
     return false;
   }
-  (box != nullptr ? box->keyDown : combo->keyDown).raise(key);
-  return true;
+  int effect = data_.allowedEffects;
+  onto.dragOver.raise(data_, effect);
+  return effect != kDropEffectNone && inProgress();
+}
+
+bool Drag::dropOn(ListBox& onto) {
+  const Drag drag = std::move(*this);  // which is over for whoever asks meanwhile, and may go
+  if (!drag.inProgress()) {
+    return false;
+  }
+  bool dropped = false;
+  perform(onto, [&] {
+    dropped = drag.canDropOn(onto);
+    if (dropped) {
+      onto.drop.raise(drag.data_);
+    }
+  });
+  if (drag.inProgress()) {
+    drag.from_->confirm();
+  }
+  return dropped;
 }
 
 bool drag(ListBox& from, std::string_view text, ListBox& onto) {
@@ -122,13 +181,7 @@ bool drag(ListBox& from, std::string_view text, ListBox& onto) {
     throw PropertyFault(kInvalidPropertyValue,
                         from.fullName() + " holds no item \"" + std::string(text) + '"');
   }
-  pick(from, index);
-  DragData data;
-  from.startDrag.raise(data);
-  const bool goesOn = !data.text.empty() && data.allowedEffects != kDropEffectNone;
-  if (goesOn && onto.oleDropMode() == ListBox::kDropManual) {
-    onto.drop.raise(data);
-  }
+  Drag(from, index).dropOn(onto);
   return true;
 }
 

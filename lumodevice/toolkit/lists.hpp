@@ -38,6 +38,7 @@ class LUMODEVICE_API ListControl : public Control {
   void removeItem(int index);
   /// Empties list, selection and text; raises nothing.
   void clear();
+  void confirm() const override { confirmed(Property::ListIndex); }
   /// The text: of a combo box what its edit field shows, of a list box the selected item or "".
   [[nodiscard]] virtual std::string_view text() const = 0;
 
@@ -61,6 +62,7 @@ class LUMODEVICE_API ComboBox : public ListControl {
   Event<Key> keyDown{*this};
   [[nodiscard]] std::string_view text() const override { return text_; }
   void setText(std::string_view text);
+  void confirm() const override;
 
  protected:
   friend class Surface;
@@ -85,7 +87,10 @@ class LUMODEVICE_API ListBox : public ListControl {
   enum DropMode { kDropNone = 0, kDropManual = 1 };
   /// A drag of the selected item starts; without a text or an allowed effect it does not go on.
   Event<DragData&> startDrag{*this};
-  /// Something was dropped here; raised only in the manual drop mode.
+  /// Something is dragged over the list: it sets the effect to kDropEffectNone when it would not
+  /// take it. Raised only in the manual drop mode, perhaps many times in a drag.
+  Event<const DragData&, int&> dragOver{*this};
+  /// Something was dropped here that the list takes; raised only in the manual drop mode.
   Event<const DragData&> drop{*this};
   [[nodiscard]] int oleDropMode() const { return dropMode_; }
   /// Throws PropertyFault(380) for a mode other than 0 and 1.

@@ -65,7 +65,7 @@ class LUMODEVICE_API EveryStep {
 /// subscription and those of others while it is told, subscribe new ones (which are told from the
 /// next time on), and throw: the others are told all the same, then the exception goes on.
 template <typename... Arguments>
-class LUMODEVICE_API Observers {
+class Observers {
  public:
   /// What is handed on can be looked at, not changed.
   template <typename Argument>

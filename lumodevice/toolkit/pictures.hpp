@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -10,10 +11,30 @@
 
 namespace lumodevice::toolkit {
 
+/// Where a picture was pressed, in twips from the control's upper left corner, and with what.
+struct LUMODEVICE_API MousePress {
+  enum Button : std::int16_t { kLeft = 1, kRight = 2, kMiddle = 4 };
+  enum Key : std::int16_t { kShift = 1, kControl = 2, kAlt = 4 };
+  std::int16_t button = kLeft;
+  /// The sum of the keys held.
+  std::int16_t shift = 0;
+  float x = 0;
+  float y = 0;
+};
+
 /// The picture that picture boxes and images show. Controls share pictures; a shared one is never
 /// changed.
+///
+/// A host that shows the instrument's front panel presses its keys so:
+///
+///     const Subscription keys = picture.mouseDown.observe([&](const MousePress& press) {
+///       load.PressKeyAt(press.button, press.shift, press.x, press.y);
+///     });
 class LUMODEVICE_API Pictured : public Control {
  public:
+  /// The mouse goes down on the picture. Where it also goes up there, a Click follows.
+  Event<const MousePress&> mouseDown{*this};
+  Event<> click{*this};
   /// Null for none.
   [[nodiscard]] const std::shared_ptr<const Picture>& picture() const { return picture_; }
   void setPicture(std::shared_ptr<const Picture> picture) {
@@ -33,7 +54,6 @@ class LUMODEVICE_API Pictured : public Control {
 class LUMODEVICE_API PictureBox : public Pictured {
  public:
   static constexpr Kind kKind = Kind::PictureBox;
-  Event<> click{*this};
 
  protected:
   friend class Surface;
