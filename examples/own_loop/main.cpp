@@ -68,28 +68,6 @@ class PollLoop : public toolkit::EventLoop {
   std::string typed_;
 };
 
-/// Prints the read-outs; the power is the last of the three to change.
-class ReadOuts : public toolkit::View {
- public:
-  explicit ReadOuts(toolkit::Surface& panel) : panel_(panel) { panel_.attach(*this); }
-  ~ReadOuts() override { panel_.detach(*this); }
-  ReadOuts(const ReadOuts&) = delete;
-  ReadOuts& operator=(const ReadOuts&) = delete;
-
-  void changed(const toolkit::Control& control, toolkit::Property, int) override {
-    if (control.name() == "txtPower") {
-      std::cout << "  " << text("txtVoltage") << " V  " << text("txtCurrent") << " A  "
-                << text("txtPower") << " W\n";
-    }
-  }
-
- private:
-  [[nodiscard]] std::string text(const char* name) const {
-    return panel_.get<toolkit::TextBox>(name, 0).text();
-  }
-  toolkit::Surface& panel_;
-};
-
 bool run(PollLoop& loop, const Host& host) {
   ZANCtrl load(host);
   if (!load.AutoConnect()) {
@@ -97,7 +75,14 @@ bool run(PollLoop& loop, const Host& host) {
     return false;
   }
   std::cout << load.IDN() << load.ChCount() << " channels; type commands, or an end of file\n";
-  const ReadOuts readOuts(load.surface());
+  const auto readOut = [&](const char* name) {
+    return load.surface().get<toolkit::TextBox>(name, 0).text();
+  };
+  // The power is the last of the three to change.
+  const auto watching = load.surface().get<toolkit::TextBox>("txtPower", 0).change.observe([&] {
+    std::cout << "  " << readOut("txtVoltage") << " V  " << readOut("txtCurrent") << " A  "
+              << readOut("txtPower") << " W\n";
+  });
   load.AutoQuery(true);
   for (std::string line; loop.nextLine(line);) {
     load.AutoQuery(false);  // its queries would otherwise overtake the command
