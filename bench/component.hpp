@@ -19,19 +19,24 @@ namespace bench {
 class Component {
  public:
   explicit Component(lumodevice::toolkit::EventLoop& loop) : Component(loop, nullptr) {}
+  /// Whose exchanges run in turn, or interleaved.
+  Component(lumodevice::toolkit::EventLoop& loop, lumodevice::Exchanges exchanges)
+      : Component(loop, nullptr, nullptr, exchanges) {}
   /// With a drive C: of the caller's.
   Component(lumodevice::toolkit::EventLoop& loop, lumodevice::io::Drive& drive)
       : Component(loop, nullptr, &drive) {}
   /// With a layer between the component and the VISA library.
   Component(lumodevice::toolkit::EventLoop& loop, lumodevice::io::Visa* layer,
-            lumodevice::io::Drive* drive = nullptr)
+            lumodevice::io::Drive* drive = nullptr,
+            lumodevice::Exchanges exchanges = lumodevice::Exchanges::Interleaved)
       : zan({.loop = loop,
              .visa = layer == nullptr ? visa_ : *layer,
              .visaCom = visaCom_,
              .serialDevices = serial_,
              .drive = drive == nullptr ? noDrive_ : *drive,
              .wallClock = clock_,
-             .informationBox = [](std::string_view) {}}) {}
+             .informationBox = [](std::string_view) {},
+             .exchanges = exchanges}) {}
 
   lumodevice::posix::BuiltinVisa& visa() { return visa_; }
 

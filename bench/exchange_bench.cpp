@@ -68,6 +68,27 @@ void compareOnSockets(bool visaCom) {
       [&] { component.zan.SendCmd(kQuery); }, [&] { plain.exchange(line); }, 1.15);
 }
 
+/// What an exchange in turn costs beside an interleaved one, on a connection of its own.
+void compareInTurn(bool visaCom) {
+  const auto responder = bench::Responder::onSocket();
+  const auto other = bench::Responder::onSocket();
+  toolkit::RealTimeLoop loop;
+  bench::Component inTurn(loop, Exchanges::InTurn);
+  bench::Component interleaved(loop, Exchanges::Interleaved);
+  for (bench::Component* component : {&inTurn, &interleaved}) {
+    component->control<toolkit::TextBox>("Text5").setText("0");
+    component->control<toolkit::OptionButton>("optVisa2").setValue(visaCom);
+  }
+  if (!inTurn.connectTo(responder.port()) || !interleaved.connectTo(other.port())) {
+    std::puts("a component did not connect to the loopback socket");
+    return;
+  }
+  compare(
+      visaCom ? "query in turn against interleaved, VISA COM"
+              : "query in turn against interleaved, VISA layer",
+      [&] { inTurn.zan.SendCmd(kQuery); }, [&] { interleaved.zan.SendCmd(kQuery); }, 1.02);
+}
+
 struct Terminal {
   int master = -1;
   std::string path;
@@ -132,5 +153,7 @@ int main() {
   bench::printHead("us");
   compareOnSockets(false);
   compareOnSockets(true);
+  compareInTurn(false);
+  compareInTurn(true);
   compareOnTerminals();
 }
