@@ -94,8 +94,11 @@ void VisaLibraryLink::close() {
 }
 
 void VisaLibraryLink::closeWhatIsOpen() {
-  if (manager_ != 0) {
-    close();
+  descriptor_.clear();
+  for (io::ViObject* const handle : {&session_, &findList_, &manager_}) {
+    if (*handle != 0) {
+      closeObject(*handle);
+    }
   }
 }
 
