@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/control/acts.hpp"
@@ -20,7 +21,7 @@ constexpr const char* kBoxes[] = {support::kEmptyBox, support::kNumberBox, suppo
                                   "box Please Click [Get Memory Preset File] first!\n"};
 
 /// One act with another one in one of its event passes.
-class Reentrancy : public testing::TestWithParam<Over> {
+class Reentrancy : public testing::TestWithParam<std::tuple<Over, Exchanges>> {
  protected:
   Reentrancy() {
     for (const Act& act : acts) {
@@ -28,14 +29,18 @@ class Reentrancy : public testing::TestWithParam<Over> {
     }
   }
 
-  void start(PanelBench& bench) const {
+  [[nodiscard]] static support::Bench::Setup setup() {
+    return {.exchanges = std::get<Exchanges>(GetParam())};
+  }
+
+  static void start(PanelBench& bench) {
     support::plugEverywhere(bench);
-    bench.connect(GetParam());
+    bench.connect(std::get<Over>(GetParam()));
   }
 
   /// How many passes the act has by itself.
   [[nodiscard]] int passes(const Act& act) const {
-    PanelBench bench;
+    PanelBench bench(setup());
     start(bench);
     int count = 0;
     const auto watching = bench.loop.observePasses([&count] { ++count; });
@@ -49,14 +54,14 @@ class Reentrancy : public testing::TestWithParam<Over> {
     if (act.name == "click optVisa1" || act.name == "click optVisa2") {
       return false;
     }
-    PanelBench bench;
+    PanelBench bench(setup());
     start(bench);
     act.run(bench);
     return support::keepsItsWord(bench);
   }
 
   void expectSound(std::size_t outer, std::size_t inner, int pass) {
-    PanelBench bench;
+    PanelBench bench(setup());
     start(bench);
     auto watching = bench.loop.observePasses([&, left = pass]() mutable {
       if (--left == 0) {
@@ -90,7 +95,10 @@ class Reentrancy : public testing::TestWithParam<Over> {
   int runs = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(Links, Reentrancy, testing::ValuesIn(support::kLinks));
+INSTANTIATE_TEST_SUITE_P(Links, Reentrancy,
+                         testing::Combine(testing::ValuesIn(support::kLinks),
+                                          testing::Values(Exchanges::Interleaved,
+                                                          Exchanges::InTurn)));
 
 TEST_P(Reentrancy, whatMovesTheLinkOrTheChannelMayRunInAnyPassOfItsLike) {
   constexpr int kMostPasses = 90;
