@@ -365,7 +365,7 @@ TEST(SocketSession, hugeWritesGoOutWhole) {
 }
 
 TEST(SocketSession, aWriteThatThePeerDoesNotTakeTimesOutAndTellsWhatWentOut) {
-  Exchange link([](PeerConnection&) { pause(400); }, 100);
+  Exchange link([](PeerConnection&) { pause(2000); }, 100);
   const std::string data(64 << 20, 'w');
   std::uint32_t count = 0;
   EXPECT_EQ(link.session().write(data, count), VI_ERROR_TMO);
