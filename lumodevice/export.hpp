@@ -2,7 +2,7 @@
 
 /// Stands before every class and function of the installed headers:
 ///
-///     class LUMODEVICE_API ZANCtrl { ... };
+///     class LUMODEVICE_API ZANCtrl {};
 ///     [[nodiscard]] LUMODEVICE_API Host systemHost(const SystemOptions& options = {});
 ///
 /// A shared library exports what is marked, and nothing else. Where the libraries are static alone
