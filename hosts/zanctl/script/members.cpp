@@ -1,6 +1,7 @@
 #include "hosts/zanctl/script/members.hpp"
 
 #include <algorithm>
+#include <array>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -51,14 +52,11 @@ std::optional<std::string> call(ZANCtrl& zan, const std::string& argument) {
   }
 }
 
-/// The two halves of a property become one member, with the help of the first.
+/// What one row says: of a property a half.
 template <std::size_t Row>
-void add(std::vector<Member>& members) {
+Member memberOf() {
   constexpr automation::Member kRow = automation::kMemberRows[Row];
-  if (members.empty() || members.back().name != kRow.name) {
-    members.push_back({.name = kRow.name, .help = kRow.help});
-  }
-  Member& member = members.back();
+  Member member{.name = kRow.name, .help = kRow.help};
   if constexpr (kRow.kind == automation::MemberKind::PropertyGet) {
     member.get = get<Row>;
   } else if constexpr (kRow.kind == automation::MemberKind::Method) {
@@ -67,12 +65,23 @@ void add(std::vector<Member>& members) {
   } else {
     member.put = put<Row>;
   }
+  return member;
 }
 
+/// The two halves of a property become one member, with the help of the first.
 template <std::size_t... Rows>
 std::vector<Member> all(std::index_sequence<Rows...> /*rows*/) {
+  const std::array rows = {memberOf<Rows>()...};
   std::vector<Member> members;
-  (add<Rows>(members), ...);
+  for (const Member& row : rows) {
+    if (members.empty() || members.back().name != row.name) {
+      members.push_back(row);
+    } else {
+      Member& member = members.back();
+      member.get = member.get != nullptr ? member.get : row.get;
+      member.put = member.put != nullptr ? member.put : row.put;
+    }
+  }
   return members;
 }
 
