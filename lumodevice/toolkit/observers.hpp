@@ -72,13 +72,16 @@ class Observers {
   using Observed = std::conditional_t<std::is_lvalue_reference_v<Argument>,
                                       const std::remove_reference_t<Argument>&, Argument>;
   using Observer = std::function<void(Observed<Arguments>...)>;
-  using Present = std::vector<std::weak_ptr<const Observer>>;
+  /// What a subscription keeps. An observer that is being told is held by itself, so that one which
+  /// has ended its subscription meanwhile is not told again from within.
+  using Kept = std::shared_ptr<const Observer>;
+  using Present = std::vector<std::weak_ptr<const Kept>>;
 
   [[nodiscard]] Subscription observe(Observer observer) {
     std::erase_if(observers_, [](const auto& other) { return other.expired(); });
-    const auto kept = std::make_shared<Observer>(std::move(observer));
+    auto kept = std::make_shared<Kept>(std::make_shared<Observer>(std::move(observer)));
     observers_.push_back(kept);
-    return Subscription(kept);
+    return Subscription(std::move(kept));
   }
 
   /// Those who are told of what happens now.
@@ -94,10 +97,13 @@ class Observers {
   }
 
   /// One of them, unless it has gone meanwhile.
-  static void tell(const std::weak_ptr<const Observer>& observer, EveryStep& steps,
+  static void tell(const std::weak_ptr<const Kept>& observer, EveryStep& steps,
                    Observed<Arguments>... arguments) {
-    if (const auto kept = observer.lock()) {
-      steps.take([&] { (*kept)(arguments...); });
+    auto subscribed = observer.lock();
+    const Kept told = subscribed ? *subscribed : nullptr;
+    subscribed.reset();
+    if (told) {
+      steps.take([&] { (*told)(arguments...); });
     }
   }
 

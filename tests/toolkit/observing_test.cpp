@@ -49,6 +49,17 @@ TEST_F(Observing, endsWithTheSubscription) {
   EXPECT_EQ(told, "passing ");
 }
 
+TEST_F(Observing, thatEndsWhileItIsToldIsNotToldAgainFromWithin) {
+  Subscription once;
+  once = button.click.observe([&] {
+    told += "once ";
+    once.end();
+    button.click.raise();
+  });
+  button.click.raise();
+  EXPECT_EQ(told, "once ");
+}
+
 TEST_F(Observing, goesOnInTheSubscriptionThatTookItOver) {
   Subscription held;
   {
