@@ -20,8 +20,10 @@ std::string Control::fullName() const {
 void Control::setEnabled(bool enabled) {
   if (enabled_ != enabled) {
     enabled_ = enabled;
-    changed(Property::Enabled);
-    enabledChanged();
+    EveryStep steps;
+    steps.take([&] { changed(Property::Enabled); });
+    steps.take([&] { enabledChanged(); });
+    steps.finish();
   }
 }
 

@@ -83,7 +83,7 @@ class LUMODEVICE_API Control {
 
   void changed(Property property, int item = -1) const;
   void confirmed(Property property) const;
-  /// Runs after `enabled` changed and was shown.
+  /// Runs after `enabled` changed and was shown, also where a view threw.
   virtual void enabledChanged() {}
 
  private:

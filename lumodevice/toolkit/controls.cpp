@@ -31,8 +31,10 @@ void CheckBox::setValue(int value) {
   }
   if (value_ != value) {
     value_ = value;
-    changed(Property::Value);
-    click.raise();
+    EveryStep steps;
+    steps.take([&] { changed(Property::Value); });
+    steps.take([&] { click.raise(); });
+    steps.finish();
   }
 }
 
@@ -102,6 +104,8 @@ void ListControl::setListIndex(int index) {
   if (listIndex_ != index) {
     select(index);
     click.raise();
+  } else if (index >= 0) {
+    selectionChanged();
   }
 }
 
@@ -112,15 +116,14 @@ void ListControl::select(int index) {
 
 /// The text follows the selection also where a view throws.
 void ListControl::tellThenFollow(std::initializer_list<Property> properties) {
-  try {
+  EveryStep steps;
+  steps.take([&] {
     for (const Property property : properties) {
       changed(property);
     }
-  } catch (...) {
-    selectionChanged();
-    throw;
-  }
-  selectionChanged();
+  });
+  steps.take([&] { selectionChanged(); });
+  steps.finish();
 }
 
 void ListControl::addItem(std::string_view item) {

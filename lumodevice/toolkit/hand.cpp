@@ -23,10 +23,10 @@ void pick(ListControl& list, int index) {
     throw PropertyFault(kInvalidPropertyValue,
                         list.fullName() + " holds no entry " + std::to_string(index));
   }
-  if (list.listIndex() == index) {
+  const bool again = list.listIndex() == index;
+  list.setListIndex(index);
+  if (again) {
     list.click.raise();
-  } else {
-    list.setListIndex(index);
   }
 }
 
@@ -80,7 +80,7 @@ bool click(Control& control) {
       option->setValue(true);
     } else if (list != nullptr) {
       if (list->listIndex() >= 0) {
-        list->click.raise();
+        pick(*list, list->listIndex());
       }
     } else {
       raiseClick<CommandButton, Label, Pictured>(control);

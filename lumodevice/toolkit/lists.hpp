@@ -28,6 +28,7 @@ class LUMODEVICE_API ListControl : public Control {
   [[nodiscard]] const std::string& list(int index) const;
   /// -1 when nothing is selected.
   [[nodiscard]] int listIndex() const { return listIndex_; }
+  /// Selecting an entry puts its text into a combo box, also the entry that is selected already.
   /// Throws PropertyFault(380) outside -1 to listCount() - 1.
   void setListIndex(int index);
   /// Adds at the end, or before the item at `position`. The selected item stays selected.
@@ -44,7 +45,7 @@ class LUMODEVICE_API ListControl : public Control {
 
  protected:
   using Control::Control;
-  /// Runs when the selection moved, before its Click.
+  /// Runs when the selection moved, before its Click, and when an entry was selected again.
   virtual void selectionChanged() {}
 
  private:
@@ -54,8 +55,8 @@ class LUMODEVICE_API ListControl : public Control {
   int listIndex_ = -1;
 };
 
-/// An edit field with a list. Selecting an entry puts it into the field; setting the text selects
-/// none.
+/// An edit field with a list. Selecting an entry puts it into the field, whatever was typed there;
+/// setting the text selects none.
 class LUMODEVICE_API ComboBox : public ListControl {
  public:
   static constexpr Kind kKind = Kind::ComboBox;

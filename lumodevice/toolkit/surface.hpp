@@ -21,7 +21,8 @@ namespace lumodevice::toolkit {
 /// Watches the controls of a surface: a window, a terminal, a test. A view may read any control
 /// when it is told of something and detach itself or others, but must neither change a control nor
 /// end what the surface is part of. When a view throws, the others are told all the same; then the
-/// exception goes on, and the event is not raised.
+/// exception goes on, and the event is not raised. The Click of a check box is raised first: its
+/// handler sees to it that what the box shows is true.
 class LUMODEVICE_API View {
  public:
   virtual ~View() = default;

@@ -13,11 +13,13 @@ void Timer::setInterval(int milliseconds) {
     throw PropertyFault(kInvalidPropertyValue, fullName() + ".Interval does not take the value " +
                                                    std::to_string(milliseconds));
   }
+  EveryStep steps;
   if (interval_ != milliseconds) {
     interval_ = milliseconds;
-    changed(Property::Interval);
+    steps.take([&] { changed(Property::Interval); });
   }
-  arm();
+  steps.take([&] { arm(); });
+  steps.finish();
 }
 
 void Timer::joinLoop(EventLoop& loop) {

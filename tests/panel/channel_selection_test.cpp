@@ -99,11 +99,26 @@ TEST(ChannelSelection, ofAnEmptyTextDoesNothing) {
   bench.zan().AutoQuery(true);
   bench.stopReceivePoll();
   bench.combo("cmbChannel").setText("");
-  bench.click("cmbChannel");
+  bench.combo("cmbChannel").click.raise();
   EXPECT_EQ(bench.sent(), "");
   EXPECT_TRUE(bench.zan().AutoQuery());
   bench.combo("cmbChannel").setListIndex(-1);
   EXPECT_EQ(bench.sent(), "");
+}
+
+TEST(ChannelSelection, sendsTheEntryThatWasPickedNotWhatWasTypedBefore) {
+  PanelBench bench;
+  bench.connect();
+  for (const bool byClick : {true, false}) {
+    bench.type("cmbChannel", "chz");
+    if (byClick) {
+      bench.click("cmbChannel");
+    } else {
+      bench.select("cmbChannel", bench.combo("cmbChannel").listIndex());
+    }
+    EXPECT_EQ(bench.text("cmbChannel"), "CH2-ZAN6310");
+    EXPECT_EQ(bench.sent(), std::string(":CHAN 2\n") + kReadBack);
+  }
 }
 
 TEST(ChannelSelection, putsTheAutoQueryOffFirst) {

@@ -135,6 +135,27 @@ TEST(ComboBox, typedTextLeavesTheSelectionAlone) {
   EXPECT_EQ(combo.listIndex(), 0);
 }
 
+TEST(ComboBox, selectingAnEntryAgainPutsItsTextInPlaceOfWhatWasTypedWithoutAClick) {
+  Surface surface;
+  auto& combo = surface.add<ComboBox>("cmbChannel");
+  combo.addItem("CH1-A");
+  combo.setListIndex(0);
+  int clicks = 0;
+  toolkit::handle(combo.click, [&] { ++clicks; });
+  combo.setText("chz");
+  combo.setListIndex(0);
+  EXPECT_EQ(combo.text(), "CH1-A");
+  EXPECT_EQ(clicks, 0);
+}
+
+TEST(ComboBox, selectingNothingWhereNothingIsSelectedKeepsWhatWasTyped) {
+  Surface surface;
+  auto& combo = surface.add<ComboBox>("cmbVISARes");
+  combo.setText("?*INSTR");
+  combo.setListIndex(-1);
+  EXPECT_EQ(combo.text(), "?*INSTR");
+}
+
 TEST(ListControl, refusesIndicesOutsideItsList) {
   Surface surface;
   auto& list = surface.add<ListBox>("List1");

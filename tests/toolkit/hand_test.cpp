@@ -57,6 +57,21 @@ TEST_F(Operator, clicksTheSelectedEntryAgain) {
   EXPECT_EQ(events, "combo combo combo ");
 }
 
+TEST_F(Operator, picksTheSelectedEntryAgainInPlaceOfWhatWasTyped) {
+  auto& combo = make<ComboBox>("combo");
+  combo.addItem("CH1");
+  combo.setListIndex(0);
+  std::string seen;
+  toolkit::handle(combo.click, [&] { seen += std::string(combo.text()) + " "; });
+  hand::type(combo, "chz");
+  hand::select(combo, 0);
+  EXPECT_EQ(combo.text(), "CH1");
+  hand::type(combo, "chz");
+  hand::click(combo);
+  EXPECT_EQ(combo.text(), "CH1");
+  EXPECT_EQ(seen, "CH1 CH1 ") << "the click comes once, and finds the text there";
+}
+
 TEST_F(Operator, cannotUseWhatIsDisabledWithItsContainers) {
   auto& button = make<CommandButton>("button");
   auto& text = make<TextBox>("text");

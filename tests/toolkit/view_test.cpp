@@ -1,3 +1,4 @@
+#include <chrono>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <map>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "lumodevice/form/controls.hpp"
+#include "lumodevice/toolkit/event_loop.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/toolkit/properties.hpp"
@@ -284,6 +286,39 @@ TEST_F(AThrowingView, leavesNoSelectionInAnEmptyList) {
   EXPECT_THROW(list.clear(), std::runtime_error);
   EXPECT_EQ(list.listIndex(), -1);
   EXPECT_EQ(list.text(), "");
+}
+
+TEST_F(AThrowingView, doesNotKeepACheckBoxFromItsHandler) {
+  auto& box = surface.add<CheckBox>("box");
+  int seen = CheckBox::kClear;
+  toolkit::handle(box.click, [&] { seen = box.value(); });
+  const ThrowingView thrower(surface, Property::Value);
+  EXPECT_THROW(box.setValue(CheckBox::kTicked), std::runtime_error);
+  EXPECT_EQ(seen, CheckBox::kTicked);
+}
+
+TEST_F(AThrowingView, doesNotKeepATimerFromTicking) {
+  VirtualLoop loop;
+  auto& timer = surface.add<Timer>("timer");
+  int ticks = 0;
+  toolkit::handle(timer.tick, [&] { ++ticks; });
+  timer.setEnabled(false);
+  timer.joinLoop(loop);
+  {
+    const ThrowingView enabling(surface, Property::Enabled);
+    const ThrowingView setting(surface, Property::Interval);
+    EXPECT_THROW(timer.setInterval(100), std::runtime_error);
+    EXPECT_THROW(timer.setEnabled(true), std::runtime_error);
+  }
+  loop.runFor(std::chrono::milliseconds(350));
+  EXPECT_EQ(ticks, 3);
+  {
+    const ThrowingView enabling(surface, Property::Enabled);
+    EXPECT_THROW(timer.setEnabled(false), std::runtime_error);
+  }
+  loop.runFor(std::chrono::milliseconds(350));
+  EXPECT_EQ(ticks, 3);
+  timer.leaveLoop();
 }
 
 /// Takes another view off the surface when it is told of something.
