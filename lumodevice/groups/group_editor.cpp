@@ -1,5 +1,6 @@
 #include "lumodevice/groups/group_editor.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -25,8 +26,32 @@ std::string_view withoutLineFeed(std::string_view part) {
   return part;
 }
 
-std::string channelName(std::size_t channel) {
+std::string channelName(int channel) {
   return "CH" + std::to_string(channel);
+}
+
+/// A channel and the empty slots behind it are a group.
+std::vector<Group> groupsOf(const std::vector<std::string>& slots) {
+  std::vector<Group> groups;
+  for (std::size_t head = 0; head < slots.size();) {
+    std::size_t next = head + 1;
+    while (next < slots.size() && slots[head] != kEmptySlot && slots[next] == kEmptySlot) {
+      ++next;
+    }
+    if (next - head >= kSmallestGroup) {
+      groups.push_back(
+          {.first = static_cast<int>(head) + 1, .count = static_cast<int>(next - head)});
+    }
+    head = next;
+  }
+  return groups;
+}
+
+/// The instrument gives a group another size, but no channel of another group.
+bool isInTheWay(const std::vector<Group>& standing, const Group& wanted) {
+  return std::any_of(standing.begin(), standing.end(), [&](const Group& other) {
+    return other.first != wanted.first && other.overlaps(wanted);
+  });
 }
 
 }  // namespace
@@ -55,8 +80,7 @@ void GroupEditor::Close() {
 
 void GroupEditor::Send() {
   const link::Turns::Operation operation(exchange_.turns());
-  if (!state_.connected() || !takeApart() || !sendGroup(form_.List2) || !sendGroup(form_.List3) ||
-      !sendDisplayStyle()) {
+  if (!state_.connected() || !sendGroups() || !sendDisplayStyle()) {
     return;
   }
   attempt([&] { refreshChannels(); });
@@ -79,12 +103,62 @@ bool GroupEditor::makeSingle(int channel) {
   return run(":CHAN " + std::to_string(channel)) && run(":CONF:PAR:UNIT 1");
 }
 
+/// False where two groups would share a channel, or there is no link any more: then nothing further
+/// is sent.
+bool GroupEditor::sendGroups() {
+  const auto group1 = groupIn(form_.List2);
+  const auto group2 = groupIn(form_.List3);
+  if (group1 && group2 && group1->overlaps(*group2)) {
+    return false;
+  }
+  const auto standing = makeRoom();
+  if (!standing) {
+    return false;
+  }
+  std::optional<Group> sent;
+  for (const ListBox* list : {&form_.List2, &form_.List3}) {
+    const auto group = groupIn(*list);  // the operator may have dragged channels meanwhile
+    if (!group) {
+      continue;
+    }
+    if (isInTheWay(*standing, *group) || (sent && sent->overlaps(*group)) || !join(*group)) {
+      return false;
+    }
+    sent = group;
+  }
+  return true;
+}
+
+/// Takes the instrument's groups apart until none shares a channel with a group of the lists, and
+/// returns those that are left; none where that does not help, or there is no link any more.
+std::optional<std::vector<Group>> GroupEditor::makeRoom() {
+  std::optional<std::size_t> before;
+  while (true) {
+    auto standing = takeApart();
+    if (!standing) {
+      return std::nullopt;
+    }
+    const auto fits = [&](const ListBox& list) {
+      const auto group = groupIn(list);
+      return !group || !isInTheWay(*standing, *group);
+    };
+    if (fits(form_.List2) && fits(form_.List3)) {
+      return standing;
+    }
+    if (before && standing->size() >= *before) {
+      return std::nullopt;
+    }
+    before = standing->size();
+  }
+}
+
 /// The last channel before the first empty slot heads the first group; it is made single for each
-/// channel behind that slot and once more, however often that repeats the same.
-bool GroupEditor::takeApart() {
+/// channel behind that slot and once more, however often that repeats the same. Returns the groups
+/// that are left; none when there is no link any more.
+std::optional<std::vector<Group>> GroupEditor::takeApart() {
   const auto slots = askSlots();
   if (!slots) {
-    return false;
+    return std::nullopt;
   }
   bool gap = false;
   int lastChannel = 0;
@@ -96,18 +170,20 @@ bool GroupEditor::takeApart() {
     } else if (!gap) {
       lastChannel = position;
     } else if (!makeSingle(lastChannel)) {
-      return false;
+      return std::nullopt;
     }
   }
-  return !gap || makeSingle(lastChannel);
+  if (gap && !makeSingle(lastChannel)) {
+    return std::nullopt;
+  }
+  std::vector<Group> left = groupsOf(*slots);
+  std::erase_if(left, [&](const Group& group) { return group.first == lastChannel; });
+  return left;
 }
 
-bool GroupEditor::sendGroup(const ListBox& list) {
-  if (!isGroup(list)) {
-    return true;
-  }
-  const std::string size = std::to_string(list.listCount());
-  if (!run(":CHAN " + std::to_string(firstChannel(list))) || !run(":CONF:PAR:UNIT " + size)) {
+bool GroupEditor::join(const Group& group) {
+  if (!run(":CHAN " + std::to_string(group.first)) ||
+      !run(":CONF:PAR:UNIT " + std::to_string(group.count))) {
     return false;
   }
   waits_.sleep(kJoinWait);
@@ -173,22 +249,14 @@ void GroupEditor::Refresh() {
   refreshChannels();
 }
 
-/// A channel and the empty slots behind it are a group; the first two groups have a list.
+/// The first two groups have a list.
 void GroupEditor::showGroups(const std::vector<std::string>& slots) {
+  const std::vector<Group> groups = groupsOf(slots);
   const std::array lists = {&form_.List2, &form_.List3};
-  std::size_t groups = 0;
-  for (std::size_t head = 0; head < slots.size() && groups < lists.size();) {
-    std::size_t next = head + 1;
-    while (next < slots.size() && slots[head] != kEmptySlot && slots[next] == kEmptySlot) {
-      ++next;
+  for (std::size_t i = 0; i < groups.size() && i < lists.size(); ++i) {
+    for (int member = 0; member < groups[i].count; ++member) {
+      lists.at(i)->addItem(channelName(groups[i].first + member));
     }
-    if (next - head >= kSmallestGroup) {
-      for (std::size_t slot = head; slot < next; ++slot) {
-        lists.at(groups)->addItem(channelName(slot + 1));
-      }
-      ++groups;
-    }
-    head = next;
   }
 }
 
@@ -212,14 +280,14 @@ void GroupEditor::refreshChannels() {
       addChannel(channel, withoutLineFeed(module));
     }
   }
-  if (form_.List1.listCount() >= kSmallestGroup) {
+  if (anyGroup() || form_.List1.listCount() >= kSmallestGroup) {
     form_.cmdParalle.setEnabled(true);
   }
 }
 
 /// Offers a channel for selection; of a group its first channel alone.
 void GroupEditor::addChannel(std::int16_t channel, std::string_view module) {
-  const std::string name = channelName(static_cast<std::size_t>(channel));
+  const std::string name = channelName(channel);
   const std::string entry = std::string(name).append("-").append(module);
   if (anyGroup()) {
     if (channel == firstChannel(form_.List2)) {

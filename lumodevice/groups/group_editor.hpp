@@ -25,8 +25,10 @@ class GroupEditor {
   /// Shows the frame, with the instrument's mode of the groups that there are.
   void Open();
 
-  /// Takes the instrument's groups apart, makes those of the lists, hides the frame and selects the
-  /// first channel. Nothing without a link. Blocks 2 s for each group besides the exchanges.
+  /// Takes the instrument's first group apart, and every other one that shares a channel with one
+  /// of the lists; makes those of the lists, hides the frame and selects the first channel. Nothing
+  /// without a link, and none where two groups would share a channel. Blocks 2 s for each group
+  /// besides the exchanges.
   void Send();
 
   /// Hides the frame.
@@ -48,8 +50,10 @@ class GroupEditor {
  private:
   [[nodiscard]] bool run(std::string_view command);
   [[nodiscard]] bool makeSingle(int channel);
-  [[nodiscard]] bool takeApart();
-  [[nodiscard]] bool sendGroup(const toolkit::ListBox& list);
+  [[nodiscard]] bool sendGroups();
+  [[nodiscard]] std::optional<std::vector<Group>> makeRoom();
+  [[nodiscard]] std::optional<std::vector<Group>> takeApart();
+  [[nodiscard]] bool join(const Group& group);
   [[nodiscard]] bool sendDisplayStyle();
   [[nodiscard]] bool anyGroup() const;
   [[nodiscard]] std::optional<std::vector<std::string>> askSlots();

@@ -25,6 +25,13 @@ int indexOf(const ListBox& list, std::string_view channelText) {
   return kNoItem;
 }
 
+void removeIfThere(ListBox& list, std::string_view channelText) {
+  const int index = indexOf(list, channelText);
+  if (index != kNoItem) {
+    list.removeItem(index);
+  }
+}
+
 /// Adds a channel that is not there yet, before the first one of a higher number.
 void addSorted(ListBox& list, std::string_view channelText) {
   if (indexOf(list, channelText) != kNoItem) {
@@ -50,6 +57,10 @@ bool isGroup(const ListBox& list) {
 
 int firstChannel(const ListBox& list) {
   return list.listCount() == 0 ? 0 : channelNumber(list.list(0));
+}
+
+std::optional<Group> groupIn(const ListBox& list) {
+  return isGroup(list) ? std::optional(Group{firstChannel(list), list.listCount()}) : std::nullopt;
 }
 
 GroupLists::GroupLists(form::Controls& form) : form_(form) {
@@ -85,19 +96,32 @@ void GroupLists::startDrag(ListBox& source, DragData& data) {
 }
 
 bool GroupLists::takes(const ListBox& target, std::string_view channelText) const {
-  if (dragSource_ == nullptr || dragSource_ == &target || channelText == target.text()) {
+  // The list may have been filled anew since the drag started.
+  if (dragSource_ == nullptr || dragSource_ == &target ||
+      indexOf(*dragSource_, channelText) == kNoItem) {
     return false;
   }
-  // The list may have been filled anew since the drag started.
-  const bool there = indexOf(*dragSource_, channelText) != kNoItem;
-  const bool fits = &target == &form_.List1 || CanAddToGroup(target, channelText);
-  return there && fits && CanTakeFromList(*dragSource_, channelText);
+  if (&target == &form_.List1) {
+    return CanTakeFromList(*dragSource_, channelText);
+  }
+  const ListBox& otherGroup = &target == &form_.List2 ? form_.List3 : form_.List2;
+  const bool canLeave =
+      indexOf(otherGroup, channelText) == kNoItem || CanTakeFromList(otherGroup, channelText);
+  return canLeave && channelText != target.text() && CanAddToGroup(target, channelText);
 }
 
 void GroupLists::drop(ListBox& target, std::string_view channelText) const {
-  if (takes(target, channelText)) {
-    addSorted(target, channelText);
-    dragSource_->removeItem(indexOf(*dragSource_, channelText));
+  if (!takes(target, channelText)) {
+    return;
+  }
+  addSorted(target, channelText);
+  if (&target == &form_.List1) {
+    removeIfThere(*dragSource_, channelText);
+    return;
+  }
+  removeIfThere(&target == &form_.List2 ? form_.List3 : form_.List2, channelText);
+  for (int i = 0; i < target.listCount(); ++i) {
+    removeIfThere(form_.List1, target.list(i));
   }
 }
 

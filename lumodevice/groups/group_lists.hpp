@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "lumodevice/form/controls.hpp"
@@ -16,12 +17,26 @@ inline constexpr int kSmallestGroup = 2;
 /// True when the channels in the list make a group.
 [[nodiscard]] bool isGroup(const toolkit::ListBox& list);
 
+/// Consecutive channels that work as one.
+struct Group {
+  int first;
+  int count;
+
+  [[nodiscard]] bool overlaps(const Group& other) const {
+    return first < other.first + other.count && other.first < first + count;
+  }
+};
+
+/// The group that the channels in the list make; none where they make none.
+[[nodiscard]] std::optional<Group> groupIn(const toolkit::ListBox& list);
+
 /// The number of the list's first channel, 0 when it is empty.
 [[nodiscard]] int firstChannel(const toolkit::ListBox& list);
 
 /// The free channels (List1) and the two groups (List2, List3), between which the operator drags
-/// channels. A drag leaves every list sorted by channel, each group without gaps, and no channel in
-/// two lists. A refused drop changes nothing.
+/// channels. A drag leaves every list sorted by channel, each group without gaps, and the dragged
+/// channel in one list alone, also where a channel that stands alone in a group's list was among
+/// the free ones, too. A refused drop changes nothing.
 class GroupLists {
  public:
   /// Takes over the drags and drops of the three lists.

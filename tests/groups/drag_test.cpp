@@ -91,11 +91,42 @@ TEST_F(Drag, ontoItsOwnListChangesNothing) {
   }
 }
 
-TEST_F(Drag, ofWhatTheTargetShowsAsSelectedChangesNothing) {
+TEST_F(Drag, ofWhatAGroupShowsAsSelectedChangesNothing) {
+  have({"CH1", "CH2"}, {"CH1"});
+  bench.select("List2", 0);
+  bench.drag("List1", "CH1", "List2");
+  EXPECT_EQ(bench.lists(), "CH1 CH2|CH1|");
+}
+
+TEST_F(Drag, backToTheFreeChannelsIsTakenWhateverIsSelectedThere) {
   have({"CH1", "CH2"}, {"CH1"});
   bench.select("List1", 0);
   bench.drag("List2", "CH1", "List1");
-  EXPECT_EQ(bench.lists(), "CH1 CH2|CH1|");
+  EXPECT_EQ(bench.lists(), "CH1 CH2||");
+}
+
+TEST_F(Drag, takesAFreeChannelOutOfTheGroupWhereItStandsAlone) {
+  have({"CH1", "CH2", "CH3"}, {"CH2"});
+  bench.drag("List1", "CH2", "List3");
+  EXPECT_EQ(bench.lists(), "CH1 CH3||CH2");
+}
+
+TEST_F(Drag, takesAChannelThatStandsAloneOutOfTheFreeOnes) {
+  have({"CH1", "CH2", "CH3"}, {"CH2"});
+  bench.drag("List2", "CH2", "List3");
+  EXPECT_EQ(bench.lists(), "CH1 CH3||CH2");
+}
+
+TEST_F(Drag, toAChannelThatStandsAloneTakesThatOneOutOfTheFreeOnes) {
+  have({"CH1", "CH2", "CH3"}, {"CH2"});
+  bench.drag("List1", "CH1", "List2");
+  EXPECT_EQ(bench.lists(), "CH3|CH1 CH2|");
+}
+
+TEST_F(Drag, ofAFreeChannelFromTheMiddleOfAGroupChangesNothing) {
+  have({"CH2"}, {"CH1", "CH2", "CH3"});
+  bench.drag("List1", "CH2", "List3");
+  EXPECT_EQ(bench.lists(), "CH2|CH1 CH2 CH3|");
 }
 
 TEST_F(Drag, ofAChannelThatIsFreeAlreadyLeavesItThereOnce) {

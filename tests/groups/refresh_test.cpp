@@ -64,7 +64,6 @@ TEST_P(Refresh, offersAGroupThroughItsFirstChannelAndNoOtherChannel) {
   bench.connect(GetParam());
   EXPECT_EQ(bench.channels(), "CH2-B-G1 CH4-D-G2");
   EXPECT_EQ(bench.lists(), "|CH2 CH3|CH4 CH5");
-  EXPECT_EQ(bench.read("cmdParalle", "Enabled"), "False");
 }
 
 TEST_P(Refresh, countsOccupiedSlotsOfTheModulesAlone) {
@@ -86,6 +85,18 @@ TEST_P(Refresh, withoutAnAnswerShowsNoChannels) {
   bench.connect(GetParam());
   EXPECT_EQ(bench.channels(), "");
   EXPECT_EQ(bench.lists(), "||");
+}
+
+TEST_P(Refresh, enablesTheEditorForAGroupThatCanBeDissolved) {
+  for (const auto& [slots, enabled] : {std::pair{"1,0,3\n", "True"},
+                                       {"1,0,0\n", "True"},
+                                       {"1,0,3,0\n", "True"},
+                                       {"1\n", "False"}}) {
+    GroupBench fresh;
+    fresh.answerLists(slots, "2040\n");
+    fresh.connect(GetParam());
+    EXPECT_EQ(fresh.read("cmdParalle", "Enabled"), enabled) << slots;
+  }
 }
 
 TEST_P(Refresh, enablesTheEditorOnlyFromTwoFreeChannelsOn) {

@@ -126,12 +126,14 @@ void PanelBench::selectChannel(std::string_view channel) {
 }
 
 void PanelBench::actAfter(std::string_view command, std::function<void()> act) {
-  acting_ = loop.observePasses([this, command = std::string(command), act = std::move(act)] {
-    if (text("Text2") == command) {
-      acting_.end();
-      act();
-    }
-  });
+  acting_ = loop.observePasses(
+      [this, command = std::string(command), act = std::move(act), done = false]() mutable {
+        if (!done && text("Text2") == command) {
+          done = true;  // a pass within the act may be told of before this one is over
+          acting_.end();
+          act();
+        }
+      });
 }
 
 bool PanelBench::switchesSend() {
