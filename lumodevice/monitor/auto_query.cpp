@@ -22,11 +22,13 @@ AutoQuery::AutoQuery(form::Controls& form, link::LinkState& state, link::Exchang
 void AutoQuery::switched() {
   const bool on = form_.chkAutoQuery.value() == toolkit::CheckBox::kTicked;
   state_.showChannel(on);
-  form_.Timer1.setEnabled(on);
+  toolkit::EveryStep steps;  // a view that throws must not leave the box ticked and a timer off
+  steps.take([&] { form_.Timer1.setEnabled(on); });
   if (on) {
     // Selecting the VISA link puts the receive poll to rest; without it no read-out would follow.
-    form_.Timer2.setEnabled(true);
+    steps.take([&] { form_.Timer2.setEnabled(true); });
   }
+  steps.finish();
 }
 
 void AutoQuery::tick() {

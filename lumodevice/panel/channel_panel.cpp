@@ -109,6 +109,8 @@ void ChannelPanel::select() {
 
 void ChannelPanel::showConnected() const {
   form_.fraOverChk.setEnabled(true);
+  // A mode that is chosen already shows no frame when the read-back meets it again.
+  modes_.showChosenFrame();
 }
 
 void ChannelPanel::showUnconnected() const {

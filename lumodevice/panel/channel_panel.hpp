@@ -14,7 +14,7 @@ class ChannelPanel {
   ChannelPanel(form::Controls& form, link::LinkState& state, link::Exchange& exchange,
                const TaggedCommands& commands, Modes& modes);
 
-  /// What an operator can use only with a link.
+  /// What an operator can use only with a link: the protections, and the frame of the chosen mode.
   void showConnected() const;
 
   /// The panel without a link: the first mode, empty read-outs, nothing to be switched.

@@ -22,6 +22,7 @@ constexpr form::Command kVoltageLow = ":SPEC:VOLT:L";
 constexpr form::Command kCurrentHigh = ":SPEC:CURR:H";
 constexpr form::Command kCurrentLow = ":SPEC:CURR:L";
 
+constexpr std::string_view kNoFrame;
 constexpr auto kModeFrames = std::to_array<std::string_view>(
     {"FrameCCStatic", "fraCCDynamic", "FrameCRStatic", "fraCRDynamic", "FrameCV"});
 
@@ -105,20 +106,11 @@ void Modes::ModeReadBack() {
 
 void Modes::click(int mode) {
   const Mode& chosen = modeAt(mode);
-  const auto frameNamed = [&](std::string_view name) -> toolkit::Frame& {
-    return form_.surface().get<toolkit::Frame>(name);
-  };
-  for (const std::string_view name : kModeFrames) {
-    frameNamed(name).setVisible(false);
-    frameNamed(name).setEnabled(false);
-  }
+  showOnly(kNoFrame);
   if (!isGroupChannel() && state_.connected()) {
     exchange_.runCommand(commands_.prefix(form_.optMode(mode)));
   }
-  toolkit::Frame& frame = frameNamed(chosen.frame);
-  frame.setVisible(true);
-  frame.setEnabled(state_.connected());
-  frame.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
+  showOnly(chosen.frame);
   if (chosen.bValueBox != kNoBox) {
     const std::string_view channel = form_.cmbChannel.text();
     const bool half = channel.ends_with('L') || channel.ends_with('R');
@@ -130,6 +122,26 @@ void Modes::click(int mode) {
   }
   ModeFieldsReadBack(mode);
   tagGoNogoBoxes();
+}
+
+/// The others are hidden and disabled.
+void Modes::showOnly(std::string_view frame) const {
+  for (const std::string_view name : kModeFrames) {
+    auto& modeFrame = form_.surface().get<toolkit::Frame>(name);
+    modeFrame.setVisible(name == frame);
+    modeFrame.setEnabled(name == frame && state_.connected());
+    if (name == frame) {
+      modeFrame.moveTo(form::kModeFramePlace.left, form::kModeFramePlace.top);
+    }
+  }
+}
+
+void Modes::showChosenFrame() const {
+  for (int i = 0; i < form_.optMode.count(); ++i) {
+    if (form_.optMode(i).value()) {
+      showOnly(modeAt(i).frame);
+    }
+  }
 }
 
 void Modes::ModeFieldsReadBack(int mode) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link_state.hpp"
 #include "lumodevice/panel/tagged_commands.hpp"
@@ -20,11 +22,15 @@ class Modes {
   /// Reads the boxes of a mode.
   void ModeFieldsReadBack(int mode);
 
+  /// The frame of the chosen mode alone, for use while there is a link. Sends nothing.
+  void showChosenFrame() const;
+
   /// Go/NoGo limits are current limits in CV and voltage limits in every other mode.
   void tagGoNogoBoxes() const;
 
  private:
   void click(int mode);
+  void showOnly(std::string_view frame) const;
   [[nodiscard]] bool isGroupChannel() const;
   void readCvResponse();
 
