@@ -212,7 +212,12 @@ void Exchange::SendCmd(std::string_view sVar) {
 }
 
 std::string Exchange::ErrMessage() {
-  return state_.connected() ? query(":SYST:ERR?") : std::string();
+  if (!state_.connected()) {
+    return {};
+  }
+  std::string answer = query(":SYST:ERR?");
+  // The link, or the component, may have ended in the waits.
+  return state_.connected() ? std::move(answer) : std::string();
 }
 
 void Exchange::commandChanged() {

@@ -38,7 +38,11 @@ std::shared_ptr<io::MessageSession> VisaComLink::session() const {
 }
 
 std::int32_t VisaComLink::chosenTimeout() const {
-  return text::toWhole32(text::Val(timeout_.text()));
+  const std::int32_t chosen = text::toWhole32(text::Val(timeout_.text()));
+  if (chosen < 0) {  // -1 would be the infinite one, and hang the panel
+    throw text::NumberFault(text::kOverflow, "a time-out is not negative");
+  }
+  return chosen;
 }
 
 void VisaComLink::open(const std::string& descriptor) {

@@ -28,8 +28,8 @@ class VisaComLink : public Transport {
   /// no session.
   [[nodiscard]] io::FormattedIO488& device() const;
   [[nodiscard]] std::shared_ptr<io::MessageSession> session() const;
-  /// The time-out that the operator chose, milliseconds. Throws text::NumberFault for one that does
-  /// not fit.
+  /// The time-out that the operator chose, milliseconds. Throws text::NumberFault for one that is
+  /// negative or does not fit.
   [[nodiscard]] std::int32_t chosenTimeout() const;
 
   /// Makes both objects anew and opens a session, which ends with them. Throws io::VisaComFault;

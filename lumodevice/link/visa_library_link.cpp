@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "lumodevice/toolkit/observers.hpp"
+
 namespace lumodevice::link {
 
 namespace {
@@ -57,8 +59,8 @@ void VisaLibraryLink::takeOver(VisaLibraryLink& other) {
 }
 
 void VisaLibraryLink::closeSession() {
-  closeObject(session_);
   descriptor_.clear();
+  closeObject(session_);
 }
 
 std::string VisaLibraryLink::interfaceName() {
@@ -84,27 +86,33 @@ std::string VisaLibraryLink::ask(std::string_view query, std::size_t size) {
 }
 
 void VisaLibraryLink::closeSearch() {
-  closeObject(findList_);
-  closeManager();
+  toolkit::EveryStep steps;
+  steps.take([this] { closeObject(findList_); });
+  steps.take([this] { closeManager(); });
+  steps.finish();
 }
 
+/// Whatever one call throws, nothing is left open.
 void VisaLibraryLink::close() {
-  closeSession();
-  closeSearch();
+  toolkit::EveryStep steps;
+  steps.take([this] { closeSession(); });
+  steps.take([this] { closeSearch(); });
+  steps.finish();
 }
 
 void VisaLibraryLink::closeWhatIsOpen() {
   descriptor_.clear();
+  toolkit::EveryStep steps;
   for (io::ViObject* const handle : {&session_, &findList_, &manager_}) {
     if (*handle != 0) {
-      closeObject(*handle);
+      steps.take([&] { closeObject(*handle); });
     }
   }
+  steps.finish();
 }
 
 void VisaLibraryLink::closeObject(io::ViObject& handle) {
-  status_ = visa_.viClose(handle);
-  handle = 0;
+  status_ = visa_.viClose(std::exchange(handle, 0));
 }
 
 const Manner& VisaLibraryLink::manner() const {

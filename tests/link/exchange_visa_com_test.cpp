@@ -57,12 +57,24 @@ TEST(VisaComExchange, theTimeOutIsTheFieldsNumber) {
   }
 }
 
-TEST(VisaComExchange, aTimeOutBeyondAllNumbersIsPassedOver) {
+TEST(VisaComExchange, aTimeOutBeyondAllNumbersOrBelowZeroIsPassedOver) {
+  for (const char* field : {"1E30", "-1", "-200", "-3E9"}) {
+    Bench bench;
+    bench.connectVisaCom();
+    bench.type("txtVISATimeout", field);
+    send(bench, ":CHAN 1");
+    EXPECT_EQ(bench.journal(), lines({"pass", "WriteString :CHAN 1\\n END"})) << field;
+  }
+}
+
+TEST(VisaComExchange, aTimeOutOfMinusOneIsNotTheInfiniteOne) {
   Bench bench;
   bench.connectVisaCom();
-  bench.type("txtVISATimeout", "1E30");
-  send(bench, ":CHAN 1");
-  EXPECT_EQ(bench.journal(), lines({"pass", "WriteString :CHAN 1\\n END"}));
+  bench.instrument.on(":SILENT?", support::silence());
+  bench.type("txtVISATimeout", "-1");
+  const auto before = bench.loop.now();
+  bench.zan().SendCmd(":SILENT?");
+  EXPECT_LT(bench.loop.now() - before, std::chrono::seconds(3));
 }
 
 struct Read {

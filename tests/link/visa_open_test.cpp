@@ -129,6 +129,13 @@ TEST_F(VisaOpen, aSearchThatFindsNothingLeavesTheWorkingLink) {
   EXPECT_EQ(bench.journal({"viWrite"}), lines({"viWrite 4 :CHAN 1\\n"}));
 }
 
+TEST_F(VisaOpen, aSearchThatFindsNothingKeepsTheIdentity) {
+  bench.click("cmdAutoConnVISA");
+  bench.visa.resources.clear();
+  EXPECT_FALSE(bench.zan().AutoConnect());
+  EXPECT_EQ(bench.zan().IDN(), std::string(kIdentity) + "\n");
+}
+
 TEST_F(VisaOpen, throughVisaComTheLibraryIsLeftBeforeTheObjectsAreMade) {
   bench.click("optVisa2");
   EXPECT_TRUE(bench.zan().AutoConnect());
