@@ -40,7 +40,8 @@ class LUMODEVICE_API ZANCtrl {
   /// host's loop, an information box): the links are then closed and the timers stopped at once,
   /// the operation ends at its wait, shows nothing more and returns the empty value to its caller,
   /// and only the controls live until then. The host's services must live until then too. A view
-  /// must not end the component while it is told of a change.
+  /// must not end the component while it is told of a change. Throws nothing: what closing a link
+  /// throws beyond a Fault is told on the standard error stream.
   ~ZANCtrl();
   ZANCtrl(const ZANCtrl&) = delete;
   ZANCtrl& operator=(const ZANCtrl&) = delete;
@@ -55,7 +56,10 @@ class LUMODEVICE_API ZANCtrl {
   void devZAN(std::shared_ptr<io::FormattedIO488> device);
 
   /// The identity answer that the last automatic VISA or manual serial connect got, terminator
-  /// included; "" when it did not match. The other connects leave it as it was.
+  /// included. "" when the instrument that the VISA search had found did not answer any more, and
+  /// when what answered on the serial port is no ZAN. A VISA search that finds nothing leaves it as
+  /// it was, so does (interleaved) a serial port on which nothing answers, and so do the manual
+  /// VISA connect and the serial search.
   [[nodiscard]] std::string IDN() const;
   void IDN(std::string_view identity);
 

@@ -1,5 +1,8 @@
 #include "lumodevice/zan_ctrl.hpp"
 
+#include <exception>
+#include <initializer_list>
+#include <iostream>
 #include <string>
 #include <utility>
 
@@ -31,6 +34,24 @@
 #include "lumodevice/transfer/working_files.hpp"
 
 namespace lumodevice {
+
+namespace {
+
+/// A step of the component's end. What is no Fault is a mistake in somebody's program; it cannot
+/// leave a destructor, so it is told where a program that ends by it would tell it.
+template <typename Step>
+void giveBack(Step step) {
+  constexpr const char* kTold = "lumodevice: at the end of a component: ";
+  try {
+    attempt(step);
+  } catch (const std::exception& mistake) {
+    std::cerr << kTold << mistake.what() << std::endl;
+  } catch (...) {
+    std::cerr << kTold << "something was thrown that is no exception" << std::endl;
+  }
+}
+
+}  // namespace
 
 /// The subsystems, put together.
 class ZANCtrl::Component {
@@ -72,7 +93,10 @@ class ZANCtrl::Component {
     toolkit::handle(form.cmdConnect.click, [this] { showConnectionPanel(); });
     toolkit::handle(form.cmdConnectOK.click, [this] { form.frmSetting.setVisible(false); });
     toolkit::handle(form.Label14.click, [this] { displayCommands(true); });
-    toolkit::handle(form.Picture1.click, [this] { form.Picture1.setVisible(false); });
+    for (toolkit::Pictured* screen :
+         std::initializer_list<toolkit::Pictured*>{&form.Picture1, &form.Image1}) {
+      toolkit::handle(screen->click, [screen] { screen->setVisible(false); });
+    }
     toolkit::handle(form.panel.show, [this] { shown(); });
     initialise();
   }
@@ -81,12 +105,12 @@ class ZANCtrl::Component {
   void end() {
     form.retire();
     if (state.connected() && form.optVisa1.value()) {
-      links.visaLibrary.close();
+      giveBack([this] { links.visaLibrary.close(); });
     } else {
-      links.visaLibrary.closeWhatIsOpen();
+      giveBack([this] { links.visaLibrary.closeWhatIsOpen(); });
     }
-    attempt([this] { links.serial.close(); });
-    links.visaCom.close();
+    giveBack([this] { links.serial.close(); });
+    giveBack([this] { links.visaCom.close(); });
     state.down();
     state.setLinkName("");
     state.setDevAvaliable(false);

@@ -68,7 +68,7 @@ inline constexpr auto kControls = std::to_array<ControlRow>({
 
     // The instrument's screen, the key positions and the hidden command box.
     {"Picture1", kSingle, PictureBox, "ZANCtrl", "", "", {3300, 2280, 4800, 3600}, {.start = Start::Hidden, .tip = "The instrument's screen; a click hides it", .name = "Screen"}},
-    {"Image1", kSingle, Image, "ZANCtrl", "", "", {3300, 2280, 4800, 3600}, {.start = Start::Hidden, .name = "Screen"}},
+    {"Image1", kSingle, Image, "ZANCtrl", "", "", {3300, 2280, 4800, 3600}, {.start = Start::Hidden, .tip = "The captured screen; a click hides it", .name = "Screen"}},
     {"lblKeyX", kSingle, Label, "ZANCtrl", "", "", {240, 6300, 1200, 255}, {.name = "Key position X", .colorRole = Hint}},
     {"lblKeyY", kSingle, Label, "ZANCtrl", "", "", {1560, 6300, 1200, 255}, {.name = "Key position Y", .colorRole = Hint}},
     {"TXT", kSingle, TextBox, "ZANCtrl", "", "", {240, 6660, 4200, 315}, {.start = Start::Hidden, .tip = "A text put here is sent at once", .name = "Command box"}},

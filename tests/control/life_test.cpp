@@ -1,4 +1,8 @@
 #include <gtest/gtest.h>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "lumodevice/toolkit/controls.hpp"
 #include "tests/support/bench.hpp"
@@ -23,6 +27,43 @@ TEST(Destruction, ignoresFailedCloses) {
   bench.script.fail("viClose", io::VI_ERROR_SYSTEM_ERROR);
   bench.destroy();
   EXPECT_EQ(bench.journal(), lines({"viClose 4", "viClose 2", "viClose 1"}));
+}
+
+/// Throws what no status says, once it has noted the call.
+class BrokenVisa : public support::ScriptedVisa {
+ public:
+  using ScriptedVisa::ScriptedVisa;
+  bool broken = false;
+  io::ViStatus viClose(io::ViObject object) override {
+    const io::ViStatus status = ScriptedVisa::viClose(object);
+    if (broken) {
+      throw std::runtime_error("the library's own failure");
+    }
+    return status;
+  }
+};
+
+TEST(Destruction, endsWhateverVisaThrowsAndTellsOfIt) {
+  Bench bench;
+  BrokenVisa visa(bench.script, bench.loop);
+  visa.resources = {{"GPIB0::7::INSTR", "GPIB0", &bench.instrument}};
+  const Host host = bench.host();
+  std::optional<ZANCtrl> zan(std::in_place, Host{.loop = host.loop,
+                                                 .visa = visa,
+                                                 .visaCom = host.visaCom,
+                                                 .serialDevices = host.serialDevices,
+                                                 .drive = host.drive,
+                                                 .wallClock = host.wallClock,
+                                                 .informationBox = host.informationBox});
+  ASSERT_TRUE(zan->AutoConnect());
+  (void)bench.journal();
+  visa.broken = true;
+  testing::internal::CaptureStderr();
+  zan.reset();
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_NE(told.find("the library's own failure"), std::string::npos) << told;
+  EXPECT_EQ(bench.journal(), lines({"viClose 4", "viClose 2", "viClose 1"}));
+  EXPECT_EQ(visa.openHandles(), "");
 }
 
 TEST(Destruction, throughVisaComClosesNoLibraryHandleAndLetsTheSessionGo) {

@@ -103,6 +103,29 @@ TEST_P(ThrowingHost, fromAViewLeavesTheComponentUsable) {
   EXPECT_GT(thrown, 200);
 }
 
+TEST_P(ThrowingHost, fromAViewLeavesTheAutoQueryAsItsBoxShowsIt) {
+  for (const bool on : {true, false}) {
+    int changes = 0;
+    for (bool threw = true; threw; ++changes) {
+      SCOPED_TRACE(std::string(on ? "on" : "off") + ", change " + std::to_string(changes + 1));
+      PanelBench bench;
+      start(bench);
+      bench.zan().AutoQuery(!on);
+      ThrowingView view(changes + 1);
+      bench.zan().surface().attach(view);
+      threw = throwsThrough({"", [&](PanelBench& it) { it.zan().AutoQuery(on); }}, bench);
+      bench.zan().surface().detach(view);
+      EXPECT_EQ(bench.zan().AutoQuery(), on);
+      (void)bench.sent();
+      bench.run(std::chrono::seconds(3));
+      EXPECT_EQ(bench.sent().find(":FETC:VOLT?") != std::string::npos, on);
+      EXPECT_EQ(bench.text("txtVoltage(0)"), "0.5");
+      EXPECT_TRUE(bench.switchesSend());
+    }
+    EXPECT_GT(changes, 2) << "the box and its timer are told of";
+  }
+}
+
 TEST_P(ThrowingHost, fromItsInformationBoxLeavesTheComponentUsable) {
   int thrown = 0;
   for (const Act& act : support::allActs()) {

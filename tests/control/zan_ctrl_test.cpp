@@ -144,6 +144,14 @@ TEST(ConnectionPanel, comesToTheFrontAndHidesTheInstrumentsScreenForGood) {
   EXPECT_FALSE(screen.visible());
 }
 
+TEST(CapturedScreen, isPutAwayByAClickOnIt) {
+  Bench bench;
+  auto& image = bench.control<toolkit::Image>("Image1");
+  image.setVisible(true);
+  bench.click("Image1");
+  EXPECT_FALSE(image.visible());
+}
+
 TEST(ConnectionPanel, itsButtonsDoWhatTheMembersDo) {
   Bench bench;
   bench.click("cmdConnectOK");
