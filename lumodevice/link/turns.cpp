@@ -137,9 +137,10 @@ void Turns::settle() {
   outstanding_ = nullptr;
 }
 
+/// Without event passes, as all that stands between the wish to send and the sending: what is begun
+/// later must not overtake it.
 void Turns::waitOutDistance() {
   while (now() < notBefore_) {
-    waits_.processEvents();
     const auto left = std::chrono::duration_cast<Milliseconds>(notBefore_ - now());
     waits_.sleep(std::ceil(std::min(left, 2 * kLongestSlice).count()));
   }
@@ -155,7 +156,7 @@ void Turns::comeIntoStep(Transport& transport) {
       lastByte_ = now();
       return;
     }
-    waits_.pause(2 * kLongestSlice.count());
+    waits_.sleep(2 * kLongestSlice.count());
   }
 }
 

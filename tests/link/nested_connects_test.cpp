@@ -22,8 +22,9 @@ class ActInsideASearch : public testing::TestWithParam<std::tuple<Exchanges, int
     bench.click("optConnRS232");
   }
 
-  /// Searches, with `act` in the event pass of the test's parameter.
-  void search(const std::function<void()>& act) {
+  /// Searches, with `act` in the event pass of the test's parameter; false when there are not so
+  /// many.
+  [[nodiscard]] bool search(const std::function<void()>& act) {
     int left = std::get<int>(GetParam());
     const auto watching = bench.loop.observePasses([&] {
       if (left-- == 0) {
@@ -31,6 +32,7 @@ class ActInsideASearch : public testing::TestWithParam<std::tuple<Exchanges, int
       }
     });
     bench.click("cmdAuto");
+    return left < 0;
   }
 
   /// Whoever won, the link works, and is what the panel says that it is.
@@ -52,20 +54,20 @@ INSTANTIATE_TEST_SUITE_P(Passes, ActInsideASearch,
                                           testing::Range(0, 24)));
 
 TEST_P(ActInsideASearch, aVisaConnectWinsWhole) {
-  search([this] {
+  const bool inside = search([this] {
     bench.click("optVISA");
     bench.click("cmdAutoConnVISA");
   });
-  expectLink(LinkKind::Visa);
+  expectLink(inside ? LinkKind::Visa : LinkKind::Serial);
 }
 
 TEST_P(ActInsideASearch, aSecondSearchWinsWhole) {
-  search([this] { bench.click("cmdAuto"); });
+  (void)search([this] { bench.click("cmdAuto"); });
   expectLink(LinkKind::Serial);
 }
 
 TEST_P(ActInsideASearch, aManualConnectWinsWhole) {
-  search([this] {
+  (void)search([this] {
     bench.type("Text1", "3");
     bench.select("Combo2", 0);
     bench.click("Command2");
@@ -80,7 +82,7 @@ TEST_P(ActInsideASearch, aManualConnectWinsWhole) {
 TEST_P(ActInsideASearch, theAutoQueryTalksToNoDeviceThatIsTried) {
   bench.zan().AutoQuery(true);
   bench.journal();
-  search([this] { bench.run(std::chrono::milliseconds(1000)); });
+  (void)search([this] { bench.run(std::chrono::milliseconds(1000)); });
   const std::string written = bench.journal({"COM3 write"});
   EXPECT_GT(written.find(":FETC"), written.rfind("*IDN?"))
       << "not before there is a link: " << written;

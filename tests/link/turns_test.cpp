@@ -94,6 +94,22 @@ TEST_P(InTurn, aCommandInsideAnotherOnesWaitIsSentToo) {
   EXPECT_EQ(bench.sent(), ":A?\n:C 1\n");
 }
 
+TEST_P(InTurn, aCommandIsNotOvertakenByOneThatIsBegunWhileItWaits) {
+  bench.ask(":C 0");
+  int passes = 0;
+  const auto watching = bench.loop.observePasses([&] {
+    if (++passes == 1) {
+      bench.zan().SendCmd(":LOAD 0");
+    }
+  });
+  bench.zan().SendCmd(":LOAD 1");
+  bench.run(milliseconds(500));
+  bench.zan().SendCmd(":A?");
+  EXPECT_GT(passes, 0);
+  const std::string sent = bench.sent();
+  EXPECT_LT(sent.find(":LOAD 1"), sent.find(":LOAD 0")) << sent;
+}
+
 TEST_P(InTurn, theAutoQueryShowsEachAnswerInItsOwnReadOut) {
   for (const int slow : {0, 60, 250, 600, 1200}) {
     bench.instrument.on(":FETC:VOLT?", answer("12.0\n", milliseconds(slow)));
