@@ -114,9 +114,10 @@ std::size_t FormattedIO::room(std::size_t arrived) {
 }
 
 /// One read of at most `most` bytes onto the end of `bytes`; what arrives before a failure stays
-/// there.
+/// there. True when all of them came: only then a larger piece is worth its memory, for a device
+/// may as well drip.
 template <typename Buffer>
-void FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
+bool FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
   const std::size_t before = bytes.size();
   bytes.resize(before + most);
   std::uint32_t count = 0;
@@ -130,15 +131,16 @@ void FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
     ending_ = Ending::Open;
     if (count == 0) require(VI_ERROR_IO, "reading");
   }
+  return count == most;
 }
 
-/// One read onto the end of `input_`.
-void FormattedIO::fetch(std::size_t most) {
+/// One read onto the end of `input_`; true when all that was asked for came.
+bool FormattedIO::fetch(std::size_t most) {
   if (taken_ > 0) {
     input_.erase(0, taken_);
     taken_ = 0;
   }
-  readOnto(input_, std::min(most, room(input_.size())));
+  return readOnto(input_, std::min(most, room(input_.size())));
 }
 
 void FormattedIO::refuseEnd() const {
@@ -150,8 +152,7 @@ std::string FormattedIO::ReadString() {
   skipped_ = 0;
   std::size_t piece = inputSize_;
   while (ending_ == Ending::Open) {
-    fetch(piece);
-    piece = std::min(piece * 2, std::max(kLargestReserve, inputSize_));
+    if (fetch(piece)) piece = std::min(piece * 2, std::max(kLargestReserve, inputSize_));
   }
   std::string message(unread());
   dropUnread();
@@ -206,13 +207,13 @@ Bytes FormattedIO::takeBlock(std::size_t header, std::size_t length) {
   const std::string_view there = unread().substr(header, length);
   const std::size_t kept = there.size();
   Bytes data;
-  data.reserve(std::min(length, kLargestReserve));
+  data.reserve(std::min(length, kFirstBlockPiece));
   data.assign(there.begin(), there.end());
   try {
-    for (std::size_t piece = kFirstBlockPiece; data.size() < length; piece *= 2) {
+    for (std::size_t piece = kFirstBlockPiece; data.size() < length;) {
       refuseEnd();
-      piece = std::min({piece, kLargestReserve, length - data.size()});
-      readOnto(data, std::min(piece, room(header + data.size())));
+      const std::size_t most = std::min({piece, length - data.size(), room(header + data.size())});
+      if (readOnto(data, most)) piece = std::min(piece * 2, kLargestReserve);
     }
   } catch (const VisaComFault&) {
     // Of a message that is too long nothing is kept.
@@ -249,15 +250,17 @@ void FormattedIO::flushMessage() {
   while (!ended && unread() != "\n") {
     skipped_ += unread().size();
     dropUnread();
+    bool filled = false;
     try {
-      fetch(piece);
+      filled = fetch(piece);
     } catch (const VisaComFault& fault) {
       dropUnread();
       if (fault.number() == static_cast<int>(E_VISA_TMO)) return;
       throw;
     }
     ended = ending_ != Ending::Open;
-    piece = std::clamp(piece * 2, inputSize_, std::max(kLargestReserve, inputSize_));
+    const std::size_t next = filled ? piece * 2 : piece;
+    piece = std::clamp(next, inputSize_, std::max(kLargestReserve, inputSize_));
   }
   dropUnread();
 }

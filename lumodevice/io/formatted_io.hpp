@@ -38,8 +38,8 @@ class FormattedIO : public FormattedIO488 {
   void append(std::string_view data);
   std::size_t room(std::size_t arrived);
   template <typename Buffer>
-  void readOnto(Buffer& bytes, std::size_t most);
-  void fetch(std::size_t most);
+  bool readOnto(Buffer& bytes, std::size_t most);
+  bool fetch(std::size_t most);
   void dropUnread();
   /// Throws VisaComFault when the message that is read has ended.
   void refuseEnd() const;

@@ -354,6 +354,27 @@ TEST_F(FormattedIOTest, aClaimedLengthAloneSetsNoMemoryAside) {
   EXPECT_THAT(visa.asked, Each(Le(std::size_t{64} << 10)));
 }
 
+/// A device that drips justifies no larger pieces, however often it is read.
+TEST_F(FormattedIOTest, piecesGrowOnlyWhereTheyAreFilled) {
+  visa.answers = {{"#9999999999", VI_SUCCESS_MAX_CNT}};
+  visa.answers.insert(visa.answers.end(), 20, {"drip", VI_SUCCESS_MAX_CNT});
+  EXPECT_EQ(blockFault(), kTimedOut);
+  EXPECT_THAT(visa.asked, Each(Le(std::size_t{64} << 10)));
+
+  visa.asked.clear();
+  formatted->WriteString("?", true);
+  visa.answers = {20, {"drip", VI_SUCCESS_MAX_CNT}};
+  EXPECT_EQ(stringFault(), kTimedOut);
+  EXPECT_THAT(visa.asked, Each(Le(4096U)));
+
+  visa.asked.clear();
+  formatted->WriteString("?", true);
+  visa.answers = {{"#12ab", VI_SUCCESS_MAX_CNT}};
+  visa.answers.insert(visa.answers.end(), 20, {"drip", VI_SUCCESS_MAX_CNT});
+  EXPECT_EQ(readBlock(), "ab");
+  EXPECT_THAT(visa.asked, Each(Le(4096U)));
+}
+
 /// Random bytes that lean towards headers: whatever comes, the reader returns or throws its own
 /// fault and has never asked for more than its reserve.
 TEST_F(FormattedIOTest, randomAnswersNeverBreakTheBlockReader) {
