@@ -13,8 +13,10 @@ constexpr std::string_view kInterface = "TCPIP";
 constexpr std::string_view kClass = "SOCKET";
 constexpr std::string_view kSeparator = "::";
 
+/// Of digits alone: a sign is none, in front of a 0 neither.
 template <typename Number>
 bool wholeNumber(std::string_view text, Number& number) {
+  if (text.starts_with('-')) return false;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size();
 }
@@ -48,7 +50,7 @@ std::optional<SocketAddress> parseSocketAddress(std::string_view resource) {
   const std::string_view interface = resource.substr(0, cut);
   if (!sameName(interface.substr(0, kInterface.size()), kInterface)) return {};
   const std::string_view board = interface.substr(kInterface.size());
-  if (!board.empty() && (!wholeNumber(board, address.board) || address.board < 0)) return {};
+  if (!board.empty() && !wholeNumber(board, address.board)) return {};
   std::string_view host = resource.substr(cut + kSeparator.size());
   const bool bracketed = host.size() > 2 && host.front() == '[' && host.back() == ']';
   if (bracketed) host = host.substr(1, host.size() - 2);

@@ -79,8 +79,8 @@ TEST(SocketAddress, takesWhatNamesARawSocketAndNothingElse) {
        {"", "SOCKET", "TCPIP0::SOCKET", "TCPIP0::1::SOCKET", "TCPIP0::::1::SOCKET",
         "TCPIP0::h::0::SOCKET", "TCPIP0::h::65536::SOCKET", "TCPIP0::h::-1::SOCKET",
         "TCPIP0::h::1x::SOCKET", "TCPIP0::h::1::INSTR", "TCPIPx::h::1::SOCKET",
-        "TCPIP-1::h::1::SOCKET", "USB0::h::1::SOCKET", "TCPIP0::a::b::1::SOCKET",
-        "TCPIP0::?*::1::SOCKET", "TCPIP0::a b::1::SOCKET", "?*SOCKET"}) {
+        "TCPIP-1::h::1::SOCKET", "TCPIP-0::h::1::SOCKET", "USB0::h::1::SOCKET",
+        "TCPIP0::a::b::1::SOCKET", "TCPIP0::?*::1::SOCKET", "TCPIP0::a b::1::SOCKET", "?*SOCKET"}) {
     EXPECT_FALSE(parseSocketAddress(other)) << other;
   }
 }
