@@ -64,7 +64,7 @@ class ZANCtrl::Component {
         links(form, host),
         turns(host, waits, state),
         exchange(host, form, waits, state, links, turns),
-        channels(form, waits, state, identity, exchange),
+        channels(form, state, identity, exchange),
         visa(form, host.visa, state, identity, links, turns, channels),
         serial(form, waits, state, identity, links, turns, channels),
         console(form, waits, state, exchange, commands),

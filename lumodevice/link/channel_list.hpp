@@ -37,9 +37,8 @@ struct ConnectCallbacks {
 /// without a link.
 class ChannelList {
  public:
-  ChannelList(form::Controls& form, Waits& waits, LinkState& state, const Identity& identity,
-              Exchange& exchange)
-      : form_(form), waits_(waits), state_(state), identity_(identity), exchange_(exchange) {}
+  ChannelList(form::Controls& form, LinkState& state, const Identity& identity, Exchange& exchange)
+      : form_(form), state_(state), identity_(identity), exchange_(exchange) {}
 
   ConnectCallbacks callbacks;
 
@@ -62,7 +61,6 @@ class ChannelList {
   void ScanChannels();
 
   form::Controls& form_;
-  Waits& waits_;
   LinkState& state_;
   const Identity& identity_;
   Exchange& exchange_;

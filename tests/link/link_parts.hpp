@@ -53,7 +53,7 @@ struct LinkParts {
   Identity identity;
   Turns turns{host, waits, state};
   Exchange exchange{host, form, waits, state, links, turns};
-  ChannelList channels{form, waits, state, identity, exchange};
+  ChannelList channels{form, state, identity, exchange};
   VisaConnection visa{form, host.visa, state, identity, links, turns, channels};
   SerialConnection serial{form, waits, state, identity, links, turns, channels};
 };
