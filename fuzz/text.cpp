@@ -1,25 +1,23 @@
 // Any bytes at all: every function on texts ends with a result or with the fault it announces, and
 // what the functions promise about each other holds.
 
+#include "lumodevice/text/text.hpp"
+
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "lumodevice/text/text.hpp"
+#include "fuzz/require.hpp"
 
 namespace {
 
 namespace text = lumodevice::text;
+using lumodevice::fuzz::require;
 
 constexpr double kLargestWithAReadableText = 1.79769313486231e308;
-
-void require(bool holds, const char* what) {
-  if (!holds) throw std::logic_error(what);
-}
 
 std::optional<double> read(std::string_view input) {
   try {

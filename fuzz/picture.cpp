@@ -1,20 +1,18 @@
 // Any bytes at all as a bitmap file: they are a picture, whose own file reads back as the same, or
 // they are refused.
 
+#include "lumodevice/toolkit/picture.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <stdexcept>
 
-#include "lumodevice/toolkit/picture.hpp"
+#include "fuzz/require.hpp"
 
 namespace {
 
+using lumodevice::fuzz::require;
 using lumodevice::toolkit::Picture;
-
-void require(bool holds, const char* what) {
-  if (!holds) throw std::logic_error(what);
-}
 
 }  // namespace
 
