@@ -15,6 +15,7 @@ namespace {
 using link::kEmptySlot;
 using toolkit::ListBox;
 
+constexpr std::string_view kModeQuery = ":CONF:PAR:MODE?";
 constexpr std::string_view kChannelListQuery = ":CHAN? LIST";
 /// Milliseconds that the instrument takes to join channels.
 constexpr double kJoinWait = 2000;
@@ -67,7 +68,10 @@ GroupEditor::GroupEditor(form::Controls& form, link::Waits& waits, const link::L
 void GroupEditor::Open() {
   const link::Turns::Operation operation(exchange_.turns());
   if (anyGroup()) {
-    const auto mode = exchange_.ask(":CONF:PAR:MODE?");
+    const auto mode = exchange_.ask(kModeQuery);
+    if (!mode && form_.TXT.text() != kModeQuery) {
+      form_.TXT.setText(kModeQuery);  // not sent: there is no link
+    }
     (mode == "SYNC" ? form_.optSync : form_.optPara).setValue(true);
   }
   form_.fraParallel.setVisible(true);

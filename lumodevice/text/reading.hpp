@@ -12,8 +12,8 @@ namespace lumodevice::text {
 
 enum class Blanks { skipped, kept };
 
-/// A place in a text. With Blanks::skipped, blanks, tabs and line feeds are as if they were not
-/// there.
+/// A place in a text. With Blanks::skipped, blanks are as if they were not there; tabs and line
+/// ends are no blanks.
 class Cursor {
  public:
   Cursor(std::string_view text, Blanks blanks) : rest_(text), blanks_(blanks) { skipBlanks(); }
@@ -44,7 +44,7 @@ class Cursor {
  private:
   void skipBlanks() {
     if (blanks_ == Blanks::kept) return;
-    const std::size_t next = rest_.find_first_not_of(" \t\n");
+    const std::size_t next = rest_.find_first_not_of(' ');
     rest_.remove_prefix(next == std::string_view::npos ? rest_.size() : next);
   }
 

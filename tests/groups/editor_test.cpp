@@ -81,7 +81,7 @@ TEST(UnconnectedEditor, opensAndCloses) {
   bench.fill("List2", {"CH1", "CH2"});
   bench.control<toolkit::TextBox>("txtReturn").setText("SYNC");
   bench.control<toolkit::CommandButton>("cmdParalle").click.raise();
-  EXPECT_EQ(bench.text("TXT"), "") << "nothing is put there that cannot be sent";
+  EXPECT_EQ(bench.text("TXT"), ":CONF:PAR:MODE?") << "though it cannot be sent";
   EXPECT_EQ(bench.read("fraParallel", "Visible"), "True");
   EXPECT_EQ(bench.read("optSync", "Value"), "False") << "an answer of an earlier link is none";
   bench.click("cmdParaCancel");

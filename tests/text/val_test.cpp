@@ -54,12 +54,15 @@ TEST(Val, isNeverMinusZero) {
   }
 }
 
-TEST(Val, skipsBlanksTabsAndLineFeedsAnywhere) {
+TEST(Val, skipsBlanksAnywhereAndNothingElse) {
   expectAll({{"    1615 198th Street N.E.", 1615198},
              {"12  3.4  5.6", 123.45},
              {"- 5", -5},
-             {"\n+1.5\n", 1.5},
-             {"1\t2\n3", 123},
+             {"\n+1.5\n", 0},
+             {"+1.5\n", 1.5},
+             {"1\t2\n3", 1},
+             {"1\n2", 1},
+             {"\t1", 0},
              {"1 . 5 E - 1", 0.15},
              {" & H 1 0 ", 16},
              {"& H F F F F &", 65535}});
