@@ -25,6 +25,10 @@ struct Configuration {
   std::map<std::size_t, Source> sources;
   /// Ripple and drift of the sources follow from it.
   std::uint64_t seed = 1;
+  /// Readings are not what is on the terminals but numbers that tell what was asked: voltages from
+  /// 10.0001 on, currents from 20.0001 on, powers from 30.0001 on. The decimals count the readings,
+  /// whatever they are of, and begin again at 0 after 99999.
+  bool numberedReadings = false;
 
   /// Slots from a comma-separated text. Throws std::invalid_argument, saying what is wrong, for a
   /// module that does not exist, half a module, more than kMostSlots slots or more than

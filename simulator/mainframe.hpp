@@ -59,6 +59,9 @@ class Mainframe {
   [[nodiscard]] Style style() const { return style_; }
   void setStyle(Style style) { style_ = style; }
 
+  /// The number of the next reading (see Configuration::numberedReadings).
+  [[nodiscard]] std::uint32_t takeReadingNumber() { return ++readings_; }
+
   [[nodiscard]] Memory& memory() { return memory_; }
 
   /// What the screen shows of the selected channel; the soft key F1 turns the page.
@@ -83,6 +86,7 @@ class Mainframe {
   Style style_ = Style::VoltsAmps;
   Page page_ = Page::Readings;
   Status status_;
+  std::uint32_t readings_ = 0;
   Memory memory_;
 };
 

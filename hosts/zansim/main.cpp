@@ -28,6 +28,8 @@ struct Options {
   std::string link;
   int port = -1;
   std::vector<std::string> faults;
+  std::vector<std::string> latencies;
+  bool numberedReadings = false;
   std::int32_t baud = 0;
   std::string slots;
   std::vector<std::string> sources;
@@ -46,6 +48,14 @@ void declare(CLI::App& app, Options& options) {
                  "A fault of the links, for example \"late=500 every=3\"; may be repeated")
       ->type_name("TEXT")
       ->allow_extra_args(false);
+  app.add_option("--latency", options.latencies,
+                 "Answers leave so late: MS, or at random A-B or A-B,seed=N; behind HEADER=\n"
+                 "those to that query alone, as in :FETC:VOLT?=300; may be repeated")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
+  app.add_flag("--numbered-readings", options.numberedReadings,
+               "Readings tell what was asked: voltages 10.0001 and on, currents 20.0002,\n"
+               "powers 30.0003, each with a number of its own");
   app.add_option("--baud", options.baud, "The only speed that the pseudo-terminal understands")
       ->type_name("N");
   app.add_option("--slots", options.slots, "The modules, for example 2021L,2021R,0,2040,2040")
@@ -60,8 +70,9 @@ void declare(CLI::App& app, Options& options) {
       ->type_name("FILE");
   app.add_flag("--verbose", options.verbose, "Show each message and its answer on standard error");
   app.footer(
-      "Faults: silent, late=MS, pieces=N, garble, identity=TEXT, long=N, unterminated, vanish=N;\n"
-      "each followed by every=K, after=N and, for pieces, gap=MS as wanted.");
+      "Faults: silent, late=MS, late=A-B, pieces=N, garble, identity=TEXT, long=N, unterminated,\n"
+      "cut=N, double, extra=TEXT, vanish=N; each followed by every=K, after=N, on=HEADER, for\n"
+      "pieces and extra gap=MS, and for late=A-B seed=N as wanted.");
 }
 
 /// Control characters, bytes above 0x7E and the backslash as \xHH.
@@ -123,9 +134,13 @@ int serve(const Options& options) {
   for (const std::string& source : options.sources) {
     configuration.setSource(source);
   }
+  configuration.numberedReadings = options.numberedReadings;
   zansim::Instrument instrument{zansim::Mainframe(configuration), {}, {}};
   for (const std::string& fault : options.faults) {
     instrument.faults.add(fault);
+  }
+  for (const std::string& latency : options.latencies) {
+    instrument.faults.addLatency(latency);
   }
   zansim::Memory& memory = instrument.mainframe.memory();
   if (!options.state.empty()) {

@@ -145,6 +145,11 @@ io::ViStatus BuiltinVisa::viWrite(io::ViSession instrument, std::string_view dat
   return session == nullptr ? io::VI_ERROR_INV_OBJECT : session->write(data, count);
 }
 
+std::string BuiltinVisa::discardUnread(io::ViSession instrument) {
+  auto* session = sessionOf(instrument);
+  return session == nullptr ? std::string() : session->discardUnread();
+}
+
 }  // namespace lumodevice::posix
 
 namespace lumodevice::platform {

@@ -42,6 +42,7 @@ class BuiltinVisa : public io::Visa {
                       std::uint32_t& count) override;
   io::ViStatus viWrite(io::ViSession instrument, std::string_view data,
                        std::uint32_t& count) override;
+  std::string discardUnread(io::ViSession instrument) override;
 
  private:
   /// A resource manager has neither an owner nor content of its own.

@@ -28,6 +28,9 @@ class InstrumentSession {
   [[nodiscard]] virtual io::ViStatus read(std::span<char> buffer, std::uint32_t& count) = 0;
   [[nodiscard]] virtual io::ViStatus write(std::string_view data, std::uint32_t& count) = 0;
 
+  /// Drops what has arrived and nobody has read, without waiting for more, and tells what it was.
+  virtual std::string discardUnread() = 0;
+
  protected:
   struct Settings {
     std::uint32_t timeout = 2000;  ///< milliseconds, or VI_TMO_INFINITE

@@ -220,18 +220,25 @@ io::ViStatus SocketSession::receive(std::span<char> straight, std::size_t& size,
   }
 }
 
-void SocketSession::discardUnread() {
+std::string SocketSession::discardUnread() {
+  skipLineFeed();
+  std::string unread(received_.data() + begin_, end_ - begin_);
   message_.restart();
-  lineFeedMayFollow_ = false;
   begin_ = end_ = 0;
   for (int discarded = 0; discarded < kMostDiscards; ++discarded) {
-    if (::recv(socket_.get(), received_.data(), received_.size(), MSG_DONTWAIT) <= 0) return;
+    const ssize_t size = ::recv(socket_.get(), received_.data(), received_.size(), MSG_DONTWAIT);
+    if (size <= 0) break;
+    end_ = static_cast<std::size_t>(size);
+    skipLineFeed();
+    unread.append(received_.data() + begin_, end_ - begin_);
+    begin_ = end_ = 0;
   }
+  return unread;
 }
 
 io::ViStatus SocketSession::write(std::string_view data, std::uint32_t& count) {
   count = 0;
-  if (message_.insideMessage() || begin_ < end_ || answerMayBeLate_) discardUnread();
+  if (message_.insideMessage() || begin_ < end_ || answerMayBeLate_) (void)discardUnread();
   const Deadline deadline(settings().timeout);
   while (count < data.size()) {
     const ssize_t size = ::send(socket_.get(), data.data() + count, data.size() - count,

@@ -35,6 +35,8 @@ class SocketSession : public InstrumentSession {
   /// it must not be taken for the answer to what is written now.
   [[nodiscard]] io::ViStatus write(std::string_view data, std::uint32_t& count) override;
 
+  std::string discardUnread() override;
+
  private:
   class Wait;
 
@@ -44,7 +46,6 @@ class SocketSession : public InstrumentSession {
   [[nodiscard]] bool goesStraightInto(std::span<char> rest) const;
   [[nodiscard]] io::ViStatus receive(std::span<char> straight, std::size_t& size, Wait& wait);
   void skipLineFeed();
-  void discardUnread();
 
   FileDescriptor socket_;
   MessageEnd message_;

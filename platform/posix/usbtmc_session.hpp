@@ -30,6 +30,11 @@ class UsbtmcSession : public InstrumentSession {
   [[nodiscard]] io::ViStatus read(std::span<char> buffer, std::uint32_t& count) override;
   [[nodiscard]] io::ViStatus write(std::string_view data, std::uint32_t& count) override;
 
+  /// Nothing: the driver keeps no bytes between reads. What was not read is still in the
+  /// instrument, which drops it itself when the next message comes, and only asking would get it
+  /// out.
+  std::string discardUnread() override { return {}; }
+
  protected:
   io::ViStatus applySettings() override;
 

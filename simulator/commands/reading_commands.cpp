@@ -9,29 +9,43 @@ constexpr int kDecimals = 4;
 /// What SCPI answers where the range holds no reading.
 constexpr std::string_view kOverRange = "9.9E37";
 
-void reply(Call& call, double (*value)(const Terminals&)) {
-  if (const Channel* const channel = call.channel()) {
-    call.replyFixed(value(channel->terminals()), kDecimals);
-  }
+/// What tells one quantity from another in numbered readings.
+enum class Numbered : std::uint8_t { Volts = 10, Amps = 20, Watts = 30 };
+
+struct Quantity {
+  double (*of)(const Terminals&);
+  Numbered numbered;
+  bool limitedByRange;
+};
+
+double numberedReading(Mainframe& mainframe, Numbered quantity) {
+  constexpr std::uint32_t kNumbers = 100'000;
+  constexpr double kStep = 1e-4;
+  return static_cast<double>(quantity) + kStep * (mainframe.takeReadingNumber() % kNumbers);
 }
 
-void replyInRange(Call& call, double (*value)(const Terminals&)) {
+void read(Call& call, const Quantity& quantity) {
   const Channel* const channel = call.channel();
-  if (channel != nullptr && channel->isOverRange()) {
+  if (channel == nullptr) {
+    return;
+  }
+  if (call.mainframe.configuration().numberedReadings) {
+    call.replyFixed(numberedReading(call.mainframe, quantity.numbered), kDecimals);
+  } else if (quantity.limitedByRange && channel->isOverRange()) {
     call.reply(kOverRange);
   } else {
-    reply(call, value);
+    call.replyFixed(quantity.of(channel->terminals()), kDecimals);
   }
 }
 
 void readVolts(Call& call) {
-  replyInRange(call, [](const Terminals& terminals) { return terminals.volts; });
+  read(call, {[](const Terminals& terminals) { return terminals.volts; }, Numbered::Volts, true});
 }
 void readAmps(Call& call) {
-  reply(call, [](const Terminals& terminals) { return terminals.amps; });
+  read(call, {[](const Terminals& terminals) { return terminals.amps; }, Numbered::Amps, false});
 }
 void readWatts(Call& call) {
-  replyInRange(call, [](const Terminals& terminals) { return terminals.watts(); });
+  read(call, {[](const Terminals& terminals) { return terminals.watts(); }, Numbered::Watts, true});
 }
 
 void judge(Call& call) {

@@ -53,7 +53,7 @@ void Connection::carryOut(Duration now) {
   }
   if (!answer.empty()) {
     const std::string identity = instrument_.mainframe.configuration().identity();
-    send(instrument_.faults.deliver(std::move(answer), identity), now);
+    send(instrument_.faults.deliver(std::move(answer), identity, framer_.message()), now);
   }
 }
 
@@ -67,6 +67,12 @@ void Connection::send(const Delivery& delivery, Duration now) {
     piece.end = delivery.end && at + size >= bytes.size();
     lineFree_ = piece.start + byteTime_ * static_cast<Duration::rep>(piece.bytes.size());
     start += delivery.gap;
+    pieces_.push_back(std::move(piece));
+  }
+  if (!delivery.behind.empty()) {
+    Piece piece{std::max(start + delivery.behindGap, lineFree_), delivery.behind};
+    piece.end = true;
+    lineFree_ = piece.start + byteTime_ * static_cast<Duration::rep>(piece.bytes.size());
     pieces_.push_back(std::move(piece));
   }
 }
@@ -90,6 +96,19 @@ Connection::Taken Connection::take(std::span<char> buffer, Duration now, std::op
     }
   }
   return taken;
+}
+
+std::string Connection::takeAll(Duration now) {
+  constexpr std::size_t kRoom = 512;
+  std::string all;
+  std::size_t before = 0;
+  do {
+    before = all.size();
+    all.resize(before + kRoom);
+    const std::span<char> room(all.data() + before, kRoom);
+    all.resize(before + take(room, now).count);
+  } while (all.size() > before);
+  return all;
 }
 
 std::optional<Duration> Connection::nextDue() const {

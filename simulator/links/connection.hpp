@@ -48,6 +48,9 @@ class Connection {
   /// Answer bytes that are due, at most up to an answer's end or the stop character.
   Taken take(std::span<char> buffer, Duration now, std::optional<char> stop = std::nullopt);
 
+  /// All answer bytes that are due, whatever they belong to.
+  [[nodiscard]] std::string takeAll(Duration now);
+
   /// When the next byte is due (perhaps in the past); nothing when none is on its way.
   [[nodiscard]] std::optional<Duration> nextDue() const;
 

@@ -31,7 +31,7 @@ Duration timeOut(std::uint32_t milliseconds) {
 
 SimulatedVisa::~SimulatedVisa() {
   for (const auto& [handle, object] : objects_) {
-    release(object);
+    release(handle, object);
   }
 }
 
@@ -45,14 +45,11 @@ ViObject SimulatedVisa::keep(Object object) {
   return lastHandle_;
 }
 
-void SimulatedVisa::release(const Object& object) {
-  if (object.locks && --object.resource->locks_ == 0) {
-    object.resource->lockedBy_ = nullptr;
+void SimulatedVisa::release(ViObject handle, const Object& object) const {
+  if (object.resource != nullptr &&
+      object.resource->lockedBy_ == VisaResource::Holder{this, handle}) {
+    object.resource->lockedBy_.reset();
   }
-}
-
-bool SimulatedVisa::isLockedOut(const VisaResource& resource) const {
-  return resource.lockedBy_ != nullptr && resource.lockedBy_ != this;
 }
 
 ViStatus SimulatedVisa::viOpenDefaultRM(ViSession& resourceManager) {
@@ -113,18 +110,16 @@ ViStatus SimulatedVisa::viOpen(ViSession resourceManager, const std::string& des
     return known ? VI_ERROR_RSRC_NFOUND : VI_ERROR_INV_RSRC_NAME;
   }
   const bool locks = (accessMode & VI_EXCLUSIVE_LOCK) != 0;
-  if (locks && isLockedOut(*resource)) {
+  if (locks && resource->lockedBy_) {
     bench_.clock().wait(timeOut(openTimeout));
-    if (isLockedOut(*resource)) {
+    if (resource->lockedBy_) {
       return VI_ERROR_RSRC_LOCKED;
     }
   }
+  instrument = keep({.kind = Kind::Session, .parent = resourceManager, .resource = resource});
   if (locks) {
-    resource->lockedBy_ = this;
-    ++resource->locks_;
+    resource->lockedBy_ = {this, instrument};
   }
-  instrument = keep(
-      {.kind = Kind::Session, .parent = resourceManager, .resource = resource, .locks = locks});
   return VI_SUCCESS;
 }
 
@@ -136,12 +131,12 @@ ViStatus SimulatedVisa::viClose(ViObject handle) {
   if (found == objects_.end()) {
     return VI_ERROR_INV_OBJECT;
   }
-  release(found->second);
+  release(handle, found->second);
   objects_.erase(found);
   std::erase_if(objects_, [&](const auto& entry) {
     const bool child = entry.second.parent == handle;
     if (child) {
-      release(entry.second);
+      release(entry.first, entry.second);
     }
     return child;
   });
@@ -210,11 +205,13 @@ std::uint32_t SimulatedVisa::attribute(const Object& session, ViAttr attribute) 
   return row == nullptr ? 0 : row->initial;
 }
 
-ViStatus SimulatedVisa::refusal(const Object* session) const {
+ViStatus SimulatedVisa::refusal(ViSession handle) const {
+  const Object* const session = object(handle, Kind::Session);
   if (session == nullptr) {
     return VI_ERROR_INV_OBJECT;
   }
-  if (isLockedOut(*session->resource)) {
+  const std::optional<VisaResource::Holder>& holder = session->resource->lockedBy_;
+  if (holder && holder != VisaResource::Holder{this, handle}) {
     return VI_ERROR_RSRC_LOCKED;
   }
   return session->resource->isPresent() ? VI_SUCCESS : VI_ERROR_CONN_LOST;
@@ -233,7 +230,7 @@ std::optional<char> SimulatedVisa::stopCharacter(const Object& session) {
 ViStatus SimulatedVisa::viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) {
   count = 0;
   const Object* const session = object(instrument, Kind::Session);
-  const ViStatus refused = refusal(session);
+  const ViStatus refused = refusal(instrument);
   if (refused != VI_SUCCESS || buffer.empty()) {
     return refused;
   }
@@ -286,7 +283,7 @@ ViStatus SimulatedVisa::readUntil(Connection& connection, const Object& session,
 ViStatus SimulatedVisa::viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) {
   count = 0;
   const Object* const session = object(instrument, Kind::Session);
-  const ViStatus refused = refusal(session);
+  const ViStatus refused = refusal(instrument);
   if (refused != VI_SUCCESS) {
     return refused;
   }
@@ -306,6 +303,13 @@ ViStatus SimulatedVisa::viWrite(ViSession instrument, std::string_view data, std
   }
   count = static_cast<std::uint32_t>(data.size());
   return VI_SUCCESS;
+}
+
+std::string SimulatedVisa::discardUnread(ViSession instrument) {
+  const Object* const session = object(instrument, Kind::Session);
+  Connection* const connection =
+      refusal(instrument) == VI_SUCCESS ? session->resource->connection() : nullptr;
+  return connection == nullptr ? std::string() : connection->takeAll(bench_.clock().now());
 }
 
 }  // namespace zansim

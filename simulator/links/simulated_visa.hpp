@@ -11,9 +11,9 @@
 
 namespace zansim {
 
-/// A VISA library over a bench of simulated resources, as one program holds it. Exclusive locks
-/// keep the other programs (other objects of this class) out; a program never locks itself out. A
-/// session whose resource another program locked may be open, but its I/O is refused.
+/// A VISA library over a bench of simulated resources, as one program holds it. An exclusive lock
+/// belongs to the session that was opened with it and keeps all others out, those of the same
+/// program too: they may be open, but their I/O is refused.
 class SimulatedVisa : public lumodevice::io::Visa {
  public:
   using ViStatus = lumodevice::io::ViStatus;
@@ -40,6 +40,8 @@ class SimulatedVisa : public lumodevice::io::Visa {
   ViStatus viSetAttribute(ViObject handle, ViAttr attribute, std::uint32_t value) override;
   ViStatus viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) override;
   ViStatus viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) override;
+  /// What has arrived and was not read, message or not. The session that may not read has nothing.
+  std::string discardUnread(ViSession instrument) override;
 
   /// A numeric attribute and its width in bytes (1, 2 or 4).
   ViStatus numericAttribute(ViObject handle, ViAttr attribute, std::uint32_t& value,
@@ -55,15 +57,13 @@ class SimulatedVisa : public lumodevice::io::Visa {
     ViObject parent = 0;
     std::vector<std::string> found{};  ///< by a find list, the last first
     VisaResource* resource = nullptr;
-    bool locks = false;
     std::map<ViAttr, std::uint32_t> attributes{};  ///< those that were set
   };
 
   [[nodiscard]] const Object* object(ViObject handle, Kind kind) const;
   ViObject keep(Object object);
-  void release(const Object& object);
-  [[nodiscard]] bool isLockedOut(const VisaResource& resource) const;
-  [[nodiscard]] ViStatus refusal(const Object* session) const;
+  void release(ViObject handle, const Object& object) const;
+  [[nodiscard]] ViStatus refusal(ViSession handle) const;
   [[nodiscard]] static std::uint32_t attribute(const Object& session, ViAttr attribute);
   [[nodiscard]] static std::optional<char> stopCharacter(const Object& session);
   ViStatus readUntil(Connection& connection, const Object& session, std::span<char> buffer,

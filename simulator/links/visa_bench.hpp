@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,9 +39,15 @@ class VisaResource {
 
  private:
   friend class SimulatedVisa;
+  /// A session of one of the programs.
+  struct Holder {
+    const SimulatedVisa* program;
+    lumodevice::io::ViSession session;
+    friend bool operator==(const Holder&, const Holder&) = default;
+  };
+
   std::optional<Connection> connection_;
-  const SimulatedVisa* lockedBy_ = nullptr;
-  int locks_ = 0;
+  std::optional<Holder> lockedBy_;
 };
 
 /// The resources of one machine, which all of its programs see, in the order in which they are

@@ -1,5 +1,6 @@
 #include "platform/posix/builtin_visa.hpp"
 
+#include <array>
 #include <gtest/gtest.h>
 
 #include "tests/platform/fake_usbtmc.hpp"
@@ -96,6 +97,22 @@ TEST_F(BuiltinVisaTest, whatCannotBeOpenedIsAStatusAndNoSession) {
   EXPECT_EQ(open("nonsense"), io::VI_ERROR_INV_RSRC_NAME);
   EXPECT_EQ(open(kFirst, 2), io::VI_ERROR_INV_ACC_MODE);
   EXPECT_EQ(visa.viOpen(manager + 50, kFirst, 0, 0, session), io::VI_ERROR_INV_OBJECT);
+}
+
+TEST_F(BuiltinVisaTest, dropsWhatASocketHoldsAndNothingOfAUsbInstrument) {
+  ScriptedPeer peer([](PeerConnection& connection) {
+    connection.send("late\nlater\n");
+    connection.awaitClose();
+  });
+  ASSERT_EQ(open(peer.resource()), io::VI_SUCCESS);
+  std::array<char, 1> byte{};
+  EXPECT_EQ(visa.viRead(session, byte, count), io::VI_SUCCESS_MAX_CNT);
+  EXPECT_EQ(visa.discardUnread(session), "ate\nlater\n");
+  EXPECT_EQ(visa.viClose(session), io::VI_SUCCESS);
+  EXPECT_EQ(visa.discardUnread(session), "");
+  ASSERT_EQ(open(kFirst), io::VI_SUCCESS);
+  instrument.send("still in the instrument\n");
+  EXPECT_EQ(visa.discardUnread(session), "");
 }
 
 TEST_F(BuiltinVisaTest, handlesThatAreNotOpenAreRefused) {

@@ -285,6 +285,26 @@ TEST(SocketSession, answersThatHaveFallenOneBehindAreCaughtUpWith) {
   EXPECT_EQ(link.read(80, VI_SUCCESS), "third\n");
 }
 
+TEST(SocketSession, whatWasNotReadIsDroppedOnRequestAndTold) {
+  Exchange link([](PeerConnection& peer) {
+    peer.send("one\ntwo\nthr");
+    (void)peer.line();
+    peer.send("new\n");
+    peer.awaitClose();
+  });
+  EXPECT_EQ(link.read(2, VI_SUCCESS_MAX_CNT), "on");
+  EXPECT_EQ(link.session().discardUnread(), "e\ntwo\nthr");
+  link.write("?\n");
+  EXPECT_EQ(link.read(80, VI_SUCCESS), "new\n");
+}
+
+TEST(SocketSession, whereNothingArrivedNothingIsDroppedWithoutAWait) {
+  Exchange link([](PeerConnection& peer) { peer.awaitClose(); }, 3000);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(link.session().discardUnread(), "");
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000));
+}
+
 TEST(SocketSession, hugeAnswersComeWhole) {
   const std::string data(3 << 20, '\n');
   const std::string answer = "#7" + std::to_string(data.size()) + data + "\n";

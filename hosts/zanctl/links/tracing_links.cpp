@@ -47,6 +47,14 @@ TracingVisa::ViStatus TracingVisa::viWrite(ViSession instrument, std::string_vie
   return target().viWrite(instrument, data, count);
 }
 
+std::string TracingVisa::discardUnread(ViSession instrument) {
+  std::string unread = target().discardUnread(instrument);
+  if (!unread.empty()) {
+    trace_.dropped(unread);
+  }
+  return unread;
+}
+
 namespace {
 
 class TracingSerialLine : public SerialLine {

@@ -23,6 +23,8 @@ class TracingVisa : public lumodevice::io::ForwardingVisa {
   ViStatus viClose(ViObject object) override;
   ViStatus viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) override;
   ViStatus viWrite(ViSession instrument, std::string_view data, std::uint32_t& count) override;
+  /// An event where there was something to drop.
+  std::string discardUnread(ViSession instrument) override;
 
  protected:
   [[nodiscard]] Visa& target() override { return visa_; }
@@ -39,7 +41,7 @@ class TracingVisa : public lumodevice::io::ForwardingVisa {
 };
 
 /// Serial devices whose opening, closing, writes and reads are written to a trace. A poll that
-/// brought nothing is no event.
+/// brought nothing is no event. What is dropped has been read like anything else.
 class TracingSerialDevices : public lumodevice::io::SerialDevices {
  public:
   /// Both must outlive this object and the lines opened through it.

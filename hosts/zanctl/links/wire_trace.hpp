@@ -22,6 +22,7 @@ class WireTrace {
 
   void sent(std::string_view bytes) { event("send ", quotedBytes(bytes)); }
   void received(std::string_view bytes) { event("recv ", quotedBytes(bytes)); }
+  void dropped(std::string_view bytes) { event("drop ", quotedBytes(bytes)); }
   void slept(std::int32_t milliseconds) { event("sleep ", std::to_string(milliseconds)); }
   void opened(std::string_view name);
   void closed(std::string_view name);

@@ -1,5 +1,6 @@
 #include "simulator/links/connection.hpp"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <stdexcept>
 #include <string>
@@ -177,6 +178,21 @@ TEST(Faults, longAndUnterminatedAnswers) {
   EXPECT_EQ(answerUnder("unterminated"), "2021L,2021R,0,2040,2040,2041,2050,2030");
 }
 
+TEST(Faults, anAnswerIsCutComesTwiceOrHasSomethingBehindIt) {
+  EXPECT_EQ(answerUnder("cut=7"), "2021L,2");
+  EXPECT_EQ(answerUnder("cut=0"), "");
+  Instrument instrument;
+  instrument.faults.add("double on=:CHAN?");
+  instrument.faults.add("extra=9.9 gap=20 on=*OPC?");
+  Connection connection(instrument, Connection::Kind::Stream);
+  connection.feed(":CHAN?\n*OPC?\n", false, 0s);
+  EXPECT_EQ(take(connection, 0s), "1\n");
+  EXPECT_EQ(take(connection, 0s), "1\n");
+  EXPECT_EQ(take(connection, 19ms), "1\n");
+  EXPECT_EQ(take(connection, 19ms), "");
+  EXPECT_EQ(take(connection, 20ms), "9.9\n");
+}
+
 TEST(Faults, anotherIdentityMayHoldCommasAndBlanks) {
   Instrument instrument;
   instrument.faults.add("identity=Somebody, Else,X 1,0 every=1");
@@ -196,6 +212,53 @@ TEST(Faults, everyAndAfterChooseTheAnswers) {
     pattern += take(connection, 0s).empty() ? '-' : 'x';
   }
   EXPECT_EQ(pattern, "xxxx-xx-x");
+}
+
+TEST(Faults, aHeaderChoosesTheQueryAndGoesBeforeAFaultOfAllAnswers) {
+  Instrument instrument;
+  instrument.faults.add("late=100");
+  instrument.faults.add("late=300 on=:chan?");
+  instrument.faults.add("silent on=*IDN?");
+  Connection connection(instrument, Connection::Kind::Stream);
+  connection.feed("*IDN?\n", false, 0s);
+  EXPECT_EQ(connection.nextDue(), std::nullopt);
+  connection.feed(":CHAN? MAX\n", false, 0s);
+  EXPECT_EQ(connection.nextDue(), Duration(300ms));
+  EXPECT_EQ(take(connection, 300ms), "7\n");
+  connection.feed("*OPC?\n", false, 1s);
+  EXPECT_EQ(connection.nextDue(), Duration(1100ms));
+}
+
+std::vector<Duration> dueTimes(std::string_view latency) {
+  Instrument instrument;
+  instrument.faults.addLatency(latency);
+  std::vector<Duration> times;
+  for (int i = 0; i < 50; ++i) {
+    Connection connection(instrument, Connection::Kind::Stream);
+    connection.feed(":CHAN?\n", false, 0s);
+    times.push_back(connection.nextDue().value_or(-1s));
+  }
+  return times;
+}
+
+TEST(Faults, aLatencyIsFixedOrRandomWithinItsBoundsAndFollowsFromItsSeed) {
+  EXPECT_EQ(dueTimes("300"), std::vector<Duration>(50, 300ms));
+  EXPECT_EQ(dueTimes(":CHAN?=300"), std::vector<Duration>(50, 300ms));
+  EXPECT_EQ(dueTimes(":CHAN=300"), std::vector<Duration>(50, 0ms));
+  const std::vector<Duration> random = dueTimes("60-600");
+  EXPECT_EQ(random, dueTimes("60-600,seed=1"));
+  EXPECT_EQ(random, dueTimes(":CHAN?=60-600"));
+  EXPECT_NE(random, dueTimes("60-600,seed=7"));
+  EXPECT_GE(*std::ranges::min_element(random), 60ms);
+  EXPECT_LE(*std::ranges::max_element(random), 600ms);
+  EXPECT_GT(*std::ranges::max_element(random) - *std::ranges::min_element(random), 300ms);
+}
+
+TEST(Faults, aLatencyThatIsNoneIsExplained) {
+  for (const char* text : {"", "x", "1-", "-1", "9-1", "1-2,seed=", "1,2", ":CHAN?", ":CHAN?=x"}) {
+    Faults faults;
+    EXPECT_THROW(faults.addLatency(text), std::invalid_argument) << text;
+  }
 }
 
 TEST(Faults, theLinkVanishesOnceItsLastAnswerWasTaken) {

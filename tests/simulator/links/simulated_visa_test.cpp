@@ -299,7 +299,6 @@ TEST_F(SimulatedVisaTest, deadHandlesAreRefusedAndHandlesAreNotUsedTwice) {
 
 TEST_F(SimulatedVisaTest, anExclusiveLockKeepsOtherProgramsOut) {
   const ViSession locked = open(kUsb, VI_EXCLUSIVE_LOCK);
-  const ViSession second = open(kUsb, VI_EXCLUSIVE_LOCK);
   SimulatedVisa other(bench_);
   ViSession manager = 0;
   ViSession session = 0;
@@ -310,11 +309,39 @@ TEST_F(SimulatedVisaTest, anExclusiveLockKeepsOtherProgramsOut) {
   std::uint32_t count = 0;
   EXPECT_EQ(other.viWrite(session, "*IDN?", count), VI_ERROR_RSRC_LOCKED);
   visa_.viClose(locked);
-  EXPECT_EQ(other.viWrite(session, "*IDN?", count), VI_ERROR_RSRC_LOCKED);
-  visa_.viClose(second);
   EXPECT_EQ(other.viWrite(session, "*CLS", count), VI_SUCCESS);
   EXPECT_EQ(other.viOpen(manager, kUsb, VI_EXCLUSIVE_LOCK, 1, session), VI_SUCCESS);
   EXPECT_EQ(write(open(kUsb), "*IDN?"), VI_ERROR_RSRC_LOCKED);
+}
+
+TEST_F(SimulatedVisaTest, anExclusiveLockKeepsFurtherSessionsOfTheSameProgramOut) {
+  const ViSession locked = open(kUsb, VI_EXCLUSIVE_LOCK);
+  const ViSession plain = open(kUsb);
+  ViSession second = 0;
+  EXPECT_EQ(visa_.viOpen(manager_, kUsb, VI_EXCLUSIVE_LOCK, 30, second), VI_ERROR_RSRC_LOCKED);
+  EXPECT_EQ(write(plain, "*IDN?"), VI_ERROR_RSRC_LOCKED);
+  EXPECT_EQ(write(locked, "*IDN?"), VI_SUCCESS);
+  expectRead(plain, VI_ERROR_RSRC_LOCKED, "");
+  EXPECT_EQ(visa_.discardUnread(plain), "");
+  expectRead(locked, VI_SUCCESS, kIdentity);
+  visa_.viClose(plain);
+  EXPECT_EQ(visa_.viOpen(manager_, kUsb, VI_EXCLUSIVE_LOCK, 1, second), VI_ERROR_RSRC_LOCKED);
+  visa_.viClose(locked);
+  EXPECT_EQ(visa_.viOpen(manager_, kUsb, VI_EXCLUSIVE_LOCK, 1, second), VI_SUCCESS);
+}
+
+TEST_F(SimulatedVisaTest, whatHasArrivedCanBeDroppedAndIsNotMissedByTheInstrument) {
+  instrument_.faults.add("late=50 every=2");
+  const ViSession session = open(kUsb);
+  EXPECT_EQ(visa_.discardUnread(session), "");
+  write(session, "*IDN?");
+  EXPECT_EQ(visa_.discardUnread(session), kIdentity);
+  write(session, ":CHAN?");
+  EXPECT_EQ(visa_.discardUnread(session), "") << "it is still on its way";
+  clock_.wait(50ms);
+  EXPECT_EQ(visa_.discardUnread(session), "1\n");
+  write(session, ":SYST:ERR?");
+  expectRead(session, VI_SUCCESS, "0,\"No error\"\n");
 }
 
 TEST_F(SimulatedVisaTest, aProgramThatEndsGivesItsLocksBack) {

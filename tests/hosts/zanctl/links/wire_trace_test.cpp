@@ -3,6 +3,7 @@
 #include <deque>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "hosts/zanctl/links/tracing_links.hpp"
 #include "tests/hosts/zanctl/output/text_output.hpp"
@@ -71,6 +72,7 @@ class ListedVisa : public Visa {
   std::deque<std::string> answers;
   std::string calls;
   ViStatus status = VI_SUCCESS;
+  std::string unread;
 
   ViStatus viOpenDefaultRM(ViSession& resourceManager) override {
     resourceManager = 1;
@@ -109,6 +111,7 @@ class ListedVisa : public Visa {
     count = static_cast<std::uint32_t>(data.size());
     return note("write");
   }
+  std::string discardUnread(ViSession) override { return std::exchange(unread, ""); }
 
  private:
   ViStatus note(const std::string& call) {
@@ -173,6 +176,13 @@ TEST_F(TracedVisa, whatFailedToOpenOrCloseIsNoEvent) {
   EXPECT_EQ(visa.viOpen(1, "B", 0, 0, session), VI_ERROR_RSRC_BUSY);
   EXPECT_EQ(visa.viClose(session), VI_ERROR_RSRC_BUSY);
   EXPECT_EQ(output.text(), "0.000 open A\n");
+}
+
+TEST_F(TracedVisa, whatIsDroppedIsALineAndNothingDroppedIsNone) {
+  inner.unread = "late\n";
+  EXPECT_EQ(visa.discardUnread(3), "late\n");
+  EXPECT_EQ(visa.discardUnread(3), "");
+  EXPECT_EQ(output.text(), "0.000 drop \"late\\n\"\n");
 }
 
 class ListedSerialDevices : public SerialDevices {
