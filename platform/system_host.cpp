@@ -46,6 +46,7 @@ Host systemHost(const SystemOptions& options) {
           .informationBox =
               options.informationBox ? options.informationBox : platform::printInformation,
           .log = options.log,
+          .exchanges = options.exchanges,
           .owned = system};
 }
 

@@ -21,6 +21,7 @@ zansim::Configuration configurationOf(const SimulatedOptions& options) {
   for (const std::string& source : options.sources) {
     configuration.setSource(source);
   }
+  configuration.numberedReadings = options.numberedReadings;
   return configuration;
 }
 
@@ -41,7 +42,11 @@ struct Simulation {
       : own(ownLoop(options)),
         loop(own ? *own : *options.loop),
         bench(clock, configurationOf(options)),
-        drive(platform::driveIn(options.driveC)) {}
+        drive(platform::driveIn(options.driveC)) {
+    for (const std::string& latency : options.latencies) {
+      bench.instrument.faults.addLatency(latency);
+    }
+  }
 
   std::unique_ptr<toolkit::EventLoop> own;
   toolkit::EventLoop& loop;
@@ -65,6 +70,7 @@ Host simulatedHost(const SimulatedOptions& options) {
           .informationBox =
               options.informationBox ? options.informationBox : platform::printInformation,
           .log = options.log,
+          .exchanges = options.exchanges,
           .owned = simulation};
 }
 

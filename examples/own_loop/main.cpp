@@ -85,12 +85,10 @@ bool run(PollLoop& loop, const Host& host) {
   });
   load.AutoQuery(true);
   for (std::string line; loop.nextLine(line);) {
-    load.AutoQuery(false);  // its queries would otherwise overtake the command
     load.SendCmd(line);
     std::cout << line;
     if (line.find('?') != std::string::npos) std::cout << " -> " << load.ResultStr();
     std::cout << std::endl;
-    load.AutoQuery(true);
   }
   return true;
 }

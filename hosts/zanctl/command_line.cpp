@@ -131,6 +131,9 @@ class Parser {
         ->type_name("LINK");
     app_.add_flag("--virtual-time", line_.options.virtualTime,
                   "Let waits and timers run on a clock that jumps instead of sleeping");
+    app_.add_flag("--interleaved", interleaved_,
+                  "Let ticks and clicks fall into the waits of an exchange; else one comes after "
+                  "the other");
     app_.add_option("--trace", line_.options.trace,
                     "Write the wire trace to FILE (- is standard error)")
         ->type_name("FILE");
@@ -160,6 +163,9 @@ class Parser {
     StationOptions& options = line_.options;
     options.ports = parsePorts(ports_);
     options.link = link();
+    if (interleaved_) {
+      options.exchanges = lumodevice::Exchanges::Interleaved;
+    }
     options.simulate = options.simulate || line_.command->alwaysSimulated;
     return std::move(line_);
   }
@@ -195,6 +201,7 @@ class Parser {
   CommandLine line_;
   std::vector<std::string> ports_;
   std::string link_;
+  bool interleaved_ = false;
 };
 
 }  // namespace

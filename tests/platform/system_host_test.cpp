@@ -40,6 +40,11 @@ TEST(SystemHost, runsInRealTime) {
   EXPECT_NE(dynamic_cast<toolkit::RealTimeLoop*>(&host.loop), nullptr);
 }
 
+TEST(SystemHost, runsExchangesInTurnUnlessToldOtherwise) {
+  EXPECT_EQ(systemHost().exchanges, Exchanges::InTurn);
+  EXPECT_EQ(systemHost({.exchanges = Exchanges::Interleaved}).exchanges, Exchanges::Interleaved);
+}
+
 TEST(SystemHost, runsOnTheLoopThatItIsGiven) {
   toolkit::VirtualLoop loop;
   EXPECT_EQ(&systemHost({.loop = &loop}).loop, &loop);

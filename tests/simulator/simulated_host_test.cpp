@@ -54,6 +54,24 @@ TEST(SimulatedHost, hasTheInstrumentOnCom3At9600) {
   EXPECT_EQ(load.surface().get<toolkit::ComboBox>("Combo2").text(), "9600");
 }
 
+TEST(SimulatedHost, runsExchangesInTurnUnlessToldOtherwise) {
+  EXPECT_EQ(simulatedHost().exchanges, Exchanges::InTurn);
+  EXPECT_EQ(simulatedHost({.exchanges = Exchanges::Interleaved}).exchanges, Exchanges::Interleaved);
+}
+
+TEST(SimulatedHost, answersLateAndTellsWhatWasAsked) {
+  const Host host = simulatedHost(
+      {.virtualTime = true, .latencies = {":FETC:VOLT?=120"}, .numberedReadings = true});
+  ZANCtrl load(host);
+  ASSERT_TRUE(load.AutoConnect());
+  EXPECT_EQ(ask(load, ":FETC:POW?"), "30.0004");
+  const auto start = host.loop.now();
+  EXPECT_EQ(ask(load, ":FETC:VOLT?"), "10.0005");
+  EXPECT_GE(host.loop.now() - start, std::chrono::milliseconds(120));
+  EXPECT_EQ(ask(load, ":FETC:CURR?"), "20.0006");
+  EXPECT_THROW((void)simulatedHost({.latencies = {"soon"}}), std::invalid_argument);
+}
+
 TEST(SimulatedHost, isRealTimeUnlessToldOtherwise) {
   const Host host = simulatedHost();
   EXPECT_NE(dynamic_cast<toolkit::RealTimeLoop*>(&host.loop), nullptr);

@@ -35,7 +35,8 @@ Station::Station(const StationOptions& options, const Streams& streams)
   passes_ = loop_->observePasses([this] { progress_.show(loop_->now()); });
   sleeps_ = loop_->observeSleeps([this](std::int32_t milliseconds) {
     progress_.show(loop_->now());
-    if (trace_) {
+    // In turn a wait is many short looks whether the answer is there.
+    if (trace_ && options_.exchanges == lumodevice::Exchanges::Interleaved) {
       trace_->slept(milliseconds);
     }
   });
@@ -54,7 +55,8 @@ Station::Station(const StationOptions& options, const Streams& streams)
                        .serialDevices = serialDevices,
                        .drive = drive_,
                        .wallClock = *wallClock_,
-                       .informationBox = [this](std::string_view text) { showBox(text); }});
+                       .informationBox = [this](std::string_view text) { showBox(text); },
+                       .exchanges = options.exchanges});
   choose(options.link);
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "hosts/zanctl/links/link_options.hpp"
+#include "lumodevice/host.hpp"
 
 namespace zanctl {
 
@@ -15,6 +16,7 @@ struct StationOptions : LinkOptions {
   bool ownDrive = false;
   /// The terminal shows 24-bit colours.
   bool trueColour = false;
+  lumodevice::Exchanges exchanges = lumodevice::Exchanges::InTurn;
   /// The link whose options are clicked before the command runs.
   Link link = Link::Visa;
   /// A file, or "-" for standard error.

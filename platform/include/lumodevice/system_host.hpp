@@ -34,6 +34,8 @@ struct LUMODEVICE_API SystemOptions {
   InformationBox informationBox = nullptr;
   /// See Host.
   std::ostream* log = nullptr;
+  /// See Host. A host that was written for interleaved exchanges chooses them.
+  Exchanges exchanges = Exchanges::InTurn;
 };
 
 /// The machine that the program runs on: real time, its VISA library with VISA COM over it, its

@@ -34,15 +34,23 @@ struct LUMODEVICE_API SimulatedOptions {
   /// The others have a usual source.
   std::vector<std::string> sources = {};
   std::string serialNumber = "SIM00001";
+  /// How late answers come, each "MS", at random "A-B" or "A-B,seed=N" (milliseconds), or that of
+  /// one query behind its header: ":FETC:VOLT?=300".
+  std::vector<std::string> latencies = {};
+  /// Readings tell what was asked: voltages 10.0001 and on, currents 20.0002 and on, powers 30.0003
+  /// and on, each with a number of its own.
+  bool numberedReadings = false;
   /// Null: each box is a line on standard error.
   InformationBox informationBox = nullptr;
   /// See Host.
   std::ostream* log = nullptr;
+  /// See Host. A host that was written for interleaved exchanges chooses them.
+  Exchanges exchanges = Exchanges::InTurn;
 };
 
 /// A bench with one simulated instrument, on USB behind VISA and VISA COM and on COM3 at 9600
-/// baud. Nothing real is touched but drive C:. Throws std::invalid_argument for slots or sources
-/// that cannot be.
+/// baud. Nothing real is touched but drive C:. Throws std::invalid_argument for slots, sources
+/// or latencies that cannot be.
 [[nodiscard]] LUMODEVICE_API Host simulatedHost(const SimulatedOptions& options = {});
 
 }  // namespace lumodevice

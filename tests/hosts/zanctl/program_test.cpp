@@ -160,7 +160,8 @@ TEST_F(Program, theTraceGoesToAFileOrToStandardError) {
 }
 
 TEST_F(Program, theTraceOfASerialSearchIsThatOfItsWaits) {
-  const Ended ended = simulate({"run", "--link", "serial", "--trace", "-"}, "click cmdAuto\n");
+  const Ended ended =
+      simulate({"run", "--interleaved", "--link", "serial", "--trace", "-"}, "click cmdAuto\n");
   EXPECT_EQ(ended.status, kDone);
   EXPECT_THAT(ended.errors, HasSubstr("0.000 open COM3\n"
                                       "0.000 send \"*IDN?\\r\"\n"
@@ -174,6 +175,18 @@ TEST_F(Program, theTraceOfASerialSearchIsThatOfItsWaits) {
   EXPECT_THAT(ended.errors, EndsWith("close COM3\n"));
 }
 
+TEST_F(Program, inTurnTheTraceHasNoWaitsAndAnAnswerEndsItsExchange) {
+  const Ended ended =
+      simulate({"run", "--trace", "-"}, "click cmdAutoConnVISA\ncall SendCmd *OPC?\n");
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_THAT(ended.errors, Not(HasSubstr("sleep")));
+  const std::size_t query = ended.errors.find(" send \"*OPC?\\n\"\n");
+  ASSERT_NE(query, std::string::npos);
+  const std::string stamp = ended.errors.substr(ended.errors.rfind('\n', query) + 1,
+                                                query - ended.errors.rfind('\n', query) - 1);
+  EXPECT_THAT(ended.errors.substr(query), HasSubstr("\n" + stamp + " recv \"1\\n\"\n"));
+}
+
 TEST_F(Program, aSerialSearchTellsATerminalEachAttempt) {
   errorsGoToATerminal = true;
   const Ended found = simulate({"connect", "--link", "serial", "--trace", file("wire.trace")});
@@ -182,8 +195,8 @@ TEST_F(Program, aSerialSearchTellsATerminalEachAttempt) {
   EXPECT_THAT(found.errors, HasSubstr("\x1B[Ktrying COM3 at 19200 baud ... 3 s\r\x1B[K"));
   EXPECT_THAT(found.errors, HasSubstr("trying COM3 at 9600 baud ... "));
   EXPECT_THAT(found.errors, EndsWith(" s\r\x1B[K"));
-  EXPECT_THAT(content("wire.trace"), HasSubstr("0.000 sleep 1500\n"));
-  EXPECT_THAT(simulate({"connect"}).errors, StartsWith("searching ... 1 s\r\x1B[K"));
+  EXPECT_THAT(simulate({"connect", "--interleaved"}).errors,
+              StartsWith("searching ... 1 s\r\x1B[K"));
 }
 
 TEST_F(Program, aSerialSearchIsSilentWhereNobodyReadsAlong) {
