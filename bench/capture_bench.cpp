@@ -213,6 +213,7 @@ class ForgetfulDrive : public io::Drive {
   [[nodiscard]] bool folderExists(std::string_view) const override { return true; }
   void createFolder(std::string_view) override {}
   void remove(std::string_view) override {}
+  void rename(std::string_view, std::string_view) override {}
   [[nodiscard]] std::unique_ptr<io::BinaryFile> open(std::string_view) override {
     struct File : io::BinaryFile {
       std::size_t get(std::span<std::uint8_t>) override { return 0; }

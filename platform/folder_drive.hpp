@@ -22,6 +22,7 @@ class FolderDrive : public io::Drive {
   [[nodiscard]] bool folderExists(std::string_view path) const override;
   void createFolder(std::string_view path) override;
   void remove(std::string_view path) override;
+  void rename(std::string_view from, std::string_view to) override;
   [[nodiscard]] std::unique_ptr<io::BinaryFile> open(std::string_view path) override;
 
   /// Where a path leads in the machine's own terms: the entry that exists, or the name to create in

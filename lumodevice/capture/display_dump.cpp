@@ -79,6 +79,16 @@ static_assert(kScreenHeight % 4 == 0 && kScreenWidth % 2 == 0);
 
 }  // namespace
 
+std::optional<DisplayDump> dumpIn(std::span<const std::uint8_t> file) {
+  const bool headed = file.size() >= kDumpHeader.size() &&
+                      std::memcmp(file.data(), kDumpHeader.data(), kDumpHeader.size()) == 0;
+  const auto dump = file.subspan(headed ? kDumpHeader.size() : 0);
+  if (dump.size() < DisplayDump::kSize) {
+    return std::nullopt;
+  }
+  return DisplayDump(dump.first<DisplayDump::kSize>());
+}
+
 void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::Picture& picture) {
   const Points points = pointsOf(palette);
   const auto base = dump.base();

@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string_view>
 
 #include "lumodevice/capture/screen_palette.hpp"
 #include "lumodevice/toolkit/picture.hpp"
@@ -35,6 +37,12 @@ class DisplayDump {
  private:
   std::span<const std::uint8_t, kSize> bytes_;
 };
+
+/// What stands in front of a dump that was saved as it came over the serial port.
+inline constexpr std::string_view kDumpHeader = "#6122880";
+
+/// The dump in a file, whether a header stands in front of it or not; none when it is cut short.
+[[nodiscard]] std::optional<DisplayDump> dumpIn(std::span<const std::uint8_t> file);
 
 /// Palette indexes of the 2-bit values of overlay 1 and 2; 0 is transparent.
 inline constexpr std::uint8_t kOverlayIndexes[2][4] = {{0, 15, 11, 19}, {0, 8, 7, 6}};

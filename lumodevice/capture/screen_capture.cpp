@@ -199,7 +199,7 @@ void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
   if (!data) {
     throw transfer::BlockFault("no complete bitmap arrived");
   }
-  replace(sFile, transfer::asBytes(*data));
+  files_.replace(sFile, transfer::asBytes(*data));
   port_.setInputMode(InputModes::Text);
 }
 
@@ -224,7 +224,7 @@ bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
     return false;
   }
   if (!raw) {
-    replace(sFile, data);
+    files_.replace(sFile, data);
     session.restore();
     return true;
   }
@@ -241,21 +241,23 @@ bool ScreenCapture::ConvertDumpToBitmap(std::string_view sFile) {
 
 void ScreenCapture::convertDump(std::string_view sFile) {
   FillScreenPalette(palette_);
-  transfer::Bytes dump(DisplayDump::kSize);
+  transfer::Bytes saved(kDumpHeader.size() + DisplayDump::kSize);
   {
     const auto file = openExisting(host_.drive, kDump);
     form_.Picture1.setPicture(nullptr);
-    if (file->get(dump) < dump.size()) {
-      throw transfer::BlockFault("the dump is shorter than its planes");
-    }
+    saved.resize(file->get(saved));
+  }
+  const auto dump = dumpIn(saved);
+  if (!dump) {
+    throw transfer::BlockFault("the dump is shorter than its planes");
   }
   auto picture = std::make_shared<toolkit::Picture>(kScreenWidth, kScreenHeight);
-  paintDump(DisplayDump(std::span(dump).first<DisplayDump::kSize>()), palette_, *picture);
+  paintDump(*dump, palette_, *picture);
   form_.Picture1.setPicture(picture);
   form_.Picture1.setVisible(form_.cmdConnect.visible());
   form_.Picture1.bringToFront();
   form_.Image1.setPicture(picture);
-  replace(sFile, picture->bitmap());
+  files_.replace(sFile, picture->bitmap());
 }
 
 void ScreenCapture::showFile(std::string_view sFile) {
@@ -267,17 +269,6 @@ void ScreenCapture::showFile(std::string_view sFile) {
   form_.Image1.setStretch(true);
   form_.Picture1.bringToFront();
   form_.Image1.bringToFront();
-}
-
-/// A bitmap is there as a whole or not at all.
-void ScreenCapture::replace(std::string_view sFile, std::span<const std::uint8_t> data) {
-  files_.removeIfThere(sFile);
-  try {
-    files_.write(sFile, data);
-  } catch (const io::DriveFault&) {
-    attempt([&] { files_.removeIfThere(sFile); });
-    throw;
-  }
 }
 
 }  // namespace lumodevice::capture

@@ -55,7 +55,6 @@ class ScreenCapture {
   bool captureOverVisa(std::string_view sFile, int mode);
   void convertDump(std::string_view sFile);
   void showFile(std::string_view sFile);
-  void replace(std::string_view sFile, std::span<const std::uint8_t> data);
   [[nodiscard]] std::string timeStampedName() const;
   [[nodiscard]] bool serial() const { return form_.optConnRS232.value(); }
 

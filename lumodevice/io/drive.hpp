@@ -38,6 +38,9 @@ class LUMODEVICE_API Drive {
   virtual void createFolder(std::string_view path) = 0;
   /// Throws DriveFault(53) when there is no such file.
   virtual void remove(std::string_view path) = 0;
+  /// Gives a file another name in the same folder; a file that had it is gone then. It happens as a
+  /// whole or not at all. Throws DriveFault (53 when there is no file `from`).
+  virtual void rename(std::string_view from, std::string_view to) = 0;
   /// Creates a missing file; keeps the content of one that exists. Throws DriveFault.
   [[nodiscard]] virtual std::unique_ptr<BinaryFile> open(std::string_view path) = 0;
 };

@@ -72,6 +72,7 @@ Layout layoutOf(std::span<const std::uint8_t> file) {
   if (reader.number(0, 1) != 'B' || reader.number(1, 1) != 'M' || infoSize < kInfoHeaderSize) {
     refuse("not a Windows bitmap");
   }
+  (void)reader.bytes(kFileHeaderSize, infoSize);  // what lies beyond it is found by its size
   const auto height = static_cast<std::int32_t>(reader.number(22, 4));
   layout.width = sideOf(static_cast<std::int32_t>(reader.number(18, 4)));
   layout.height = sideOf(height < 0 ? -std::int64_t{height} : height);

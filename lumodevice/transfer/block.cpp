@@ -15,6 +15,15 @@ std::int16_t wholeNumber(std::string_view text) {
   return text::toWhole16(text::Val(text));
 }
 
+/// A block that is worth waiting for may begin with these bytes.
+bool mayBegin(std::string_view bytes) {
+  const BlockProgress block = blockProgress(bytes);
+  const bool sensible =
+      block.headerSize == 0 ||
+      (block.dataSize > 0 && block.dataSize <= BlockAssembler::kLargestData);
+  return block.state != BlockProgress::State::None && sensible;
+}
+
 bool isDigit(char character) {
   return character >= '0' && character <= '9';
 }
@@ -36,8 +45,9 @@ std::string_view blockData(std::string_view answer, const BlockHeader& header) {
     throw BlockFault("the header promises no data");
   }
   const std::int16_t first = text::add16(header.lengthDigits, kMarkAndCount);
-  const std::int16_t end = text::add16(first, header.dataLength);
-  if (static_cast<std::size_t>(end) > answer.size()) {
+  const std::int16_t last =
+      text::add16(first, static_cast<std::int16_t>(header.dataLength - 1));
+  if (static_cast<std::size_t>(last) >= answer.size()) {
     throw BlockFault("the answer is shorter than its header promises");
   }
   return answer.substr(static_cast<std::size_t>(first),
@@ -81,18 +91,16 @@ BlockAssembler::State BlockAssembler::add(std::string_view piece) {
 }
 
 BlockAssembler::State BlockAssembler::parse() {
-  const std::size_t preamble = std::min(bytes_.find(kMark), bytes_.size());
-  bytes_.erase(0, preamble);
-  dropped_ += preamble;
-  if (bytes_.empty()) {
-    return dropped_ > kLargestPreamble ? State::Broken : State::Incomplete;
+  std::size_t start = std::min(bytes_.find(kMark), bytes_.size());
+  while (start < bytes_.size() && !mayBegin(std::string_view(bytes_).substr(start))) {
+    start = std::min(bytes_.find(kMark, start + 1), bytes_.size());
   }
-  progress_ = blockProgress(bytes_);
-  const bool sensible =
-      progress_.headerSize == 0 || (progress_.dataSize > 0 && progress_.dataSize <= kLargestData);
-  if (progress_.state == BlockProgress::State::None || !sensible) {
+  bytes_.erase(0, start);
+  dropped_ += start;
+  if (dropped_ > kLargestPreamble) {
     return State::Broken;
   }
+  progress_ = blockProgress(bytes_);
   return progress_.state == BlockProgress::State::Complete ? State::Complete : State::Incomplete;
 }
 

@@ -45,17 +45,17 @@ struct BlockProgress {
 [[nodiscard]] BlockProgress blockProgress(std::string_view bytes);
 
 /// Puts a block together from the pieces in which a serial port delivers it, for lengths up to
-/// kLargestData. What stands in front of the first "#" (the late answer of another query) is
-/// dropped.
+/// kLargestData. What stands in front of it (the late answer of another query) is dropped, also a
+/// "#" there that begins no header, one without data or one for too many.
 class BlockAssembler {
  public:
   static constexpr std::size_t kLargestData = std::size_t{16} << 20;
-  /// Bytes in front of "#" after which it is waited for no longer.
+  /// Bytes in front of a block after which it is waited for no longer.
   static constexpr std::size_t kLargestPreamble = 4096;
 
   enum class State { Incomplete, Complete, Broken };
 
-  /// Takes the next piece. Broken is final: the header is none, or promises too much or nothing.
+  /// Takes the next piece. Broken is final: too much has come that was no block.
   State add(std::string_view piece);
 
   /// The data bytes of a complete block, else nothing. Bytes behind the block are left out.

@@ -1,5 +1,7 @@
 #include "lumodevice/transfer/working_files.hpp"
 
+#include <string>
+
 namespace lumodevice::transfer {
 
 namespace {
@@ -34,6 +36,18 @@ WorkingFiles::File WorkingFiles::open(std::string_view path) {
 
 void WorkingFiles::write(std::string_view path, std::span<const std::uint8_t> data) {
   open(path).put(data);
+}
+
+void WorkingFiles::replace(std::string_view path, std::span<const std::uint8_t> data) {
+  const std::string fresh = std::string(path) + ".new";
+  removeIfThere(fresh);
+  try {
+    write(fresh, data);
+    drive_.rename(fresh, path);
+  } catch (const io::DriveFault&) {
+    attempt([&] { removeIfThere(fresh); });
+    throw;
+  }
 }
 
 void WorkingFiles::read(std::string_view path, std::span<std::uint8_t> data) {

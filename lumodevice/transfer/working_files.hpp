@@ -57,6 +57,10 @@ class WorkingFiles {
   /// Writes `data` at the start of a file; what it held beyond that stays. Throws DriveFault.
   void write(std::string_view path, std::span<const std::uint8_t> data);
 
+  /// Puts a file with this content in the place of whatever was there: all of it, or the old file
+  /// stays as it was. Throws DriveFault.
+  void replace(std::string_view path, std::span<const std::uint8_t> data);
+
   /// The first bytes of a file, as many as there are in `data`; what the file has not is zero.
   /// Throws DriveFault.
   void read(std::string_view path, std::span<std::uint8_t> data);

@@ -165,6 +165,16 @@ void FolderDrive::remove(std::string_view path) {
   if (::unlink(place->c_str()) != 0) fail(*place, errno);
 }
 
+void FolderDrive::rename(std::string_view from, std::string_view to) {
+  if (!fileExists(from)) {
+    throw io::DriveFault(kFileNotFound, "file not found: " + std::string(from));
+  }
+  const auto old = locate(from);
+  const auto place = locate(to);
+  if (!place) throw io::DriveFault(kPathNotFound, "path not found: " + std::string(to));
+  if (::rename(old->c_str(), place->c_str()) != 0) fail(*place, errno);
+}
+
 /// A file that may only be read is opened for reading: what is meant for sending is often kept so.
 std::unique_ptr<io::BinaryFile> FolderDrive::open(std::string_view path) {
   createRoot();

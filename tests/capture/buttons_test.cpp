@@ -56,8 +56,10 @@ TEST_F(CaptureButtons, TheBitmapIsSavedUnderTheTimeAndShown) {
                                          "COM3 write :DISP:COL?\\n\n"
                                          "pass\n"
                                          "sleep 1500\n"
-                                         "open c:\\temp\\ZAN115955.bmp\n"
+                                         "open c:\\temp\\ZAN115955.bmp.new\n"
                                          "put 654 bytes\n"
+                                         "rename c:\\temp\\ZAN115955.bmp.new to "
+                                         "c:\\temp\\ZAN115955.bmp\n"
                                          "open c:\\temp\\ZAN115955.bmp\n") +
                                  kShown);
   EXPECT_EQ(parts.file("ZAN115955.bmp"), bitmapText(pattern(20, 10)));
@@ -171,8 +173,9 @@ TEST_F(CaptureButtons, TheDumpIsConvertedIntoItsFixedBitmap) {
             "Picture1 visible\n"
             "Picture1 in front\n"
             "Image1 shows 320 x 240\n"
-            "open c:\\temp\\ZAN200K.bmp\n"
-            "put 230454 bytes\n");
+            "open c:\\temp\\ZAN200K.bmp.new\n"
+            "put 230454 bytes\n"
+            "rename c:\\temp\\ZAN200K.bmp.new to c:\\temp\\ZAN200K.bmp\n");
   EXPECT_TRUE(*form.Picture1.picture() == painted(randomDump(8)));
   EXPECT_EQ(form.Image1.picture(), form.Picture1.picture());
   EXPECT_EQ(parts.file("ZAN200K.bmp"), bitmapText(painted(randomDump(8))));
@@ -201,12 +204,26 @@ TEST_F(CaptureButtons, AMissingDumpIsNotMade) {
   EXPECT_EQ(parts.file("ZAN200K.bmp"), "missing");
 }
 
-TEST_F(CaptureButtons, AFullDiskKeepsTheShownPictureAndNoBitmap) {
+TEST_F(CaptureButtons, ADumpWithItsHeaderIsConvertedLikeOneWithout) {
+  parts.putFile("DispOutD.dat", block(textOf(randomDump(8))));
+  click(form.cmdWork);
+  EXPECT_TRUE(*form.Picture1.picture() == painted(randomDump(8)));
+  EXPECT_EQ(parts.file("ZAN200K.bmp"), bitmapText(painted(randomDump(8))));
+}
+
+TEST_F(CaptureButtons, AHeaderCountsForNothingOfADumpThatIsTooShort) {
+  parts.putFile("DispOutD.dat", block(textOf(randomDump(8))).substr(0, 8 + 122879));
+  click(form.cmdWork);
+  EXPECT_EQ(parts.file("ZAN200K.bmp"), "missing");
+}
+
+TEST_F(CaptureButtons, AFullDiskKeepsTheShownPictureAndTheOldBitmap) {
   parts.putFile("DispOutD.dat", randomDump(8));
   parts.putFile("ZAN200K.bmp", "old");
   parts.bench.script.fail("put", 61);
   EXPECT_FALSE(parts.capture.ConvertDumpToBitmap("c:\\temp\\ZAN200K.bmp"));
-  EXPECT_EQ(parts.file("ZAN200K.bmp"), "missing");
+  EXPECT_EQ(parts.file("ZAN200K.bmp"), "old");
+  EXPECT_EQ(parts.file("ZAN200K.bmp.new"), "missing");
   EXPECT_TRUE(*form.Image1.picture() == painted(randomDump(8)));
 }
 

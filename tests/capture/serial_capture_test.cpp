@@ -108,7 +108,7 @@ TEST_F(SerialCapture, AColourBitmapIsTheDataOfItsBlock) {
   instrument.on(":DISP:COL?", block("BM#\n\r data"));
   EXPECT_TRUE(parts.capture.CaptureScreenSerial(kBitmap, ScreenCapture::kColourBitmap));
   EXPECT_EQ(parts.journal(), support::lines({"COM3 write :DISP:COL?\\n", "pass", "sleep 1500",
-                                             "open c:\\temp\\Screen.bmp", "put 10 bytes"}));
+                                             "open c:\\temp\\Screen.bmp.new", "put 10 bytes", "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp"}));
   EXPECT_EQ(parts.file("Screen.bmp"), "BM#\n\r data");
   EXPECT_FALSE(parts.binary());
 }
@@ -213,9 +213,10 @@ TEST_F(SerialCapture, EachFailingCallEndsABitmap) {
                          }});
   EXPECT_EQ(report,
             "COM3 write :DISP:COL?\\n [] old binary\n"
-            "remove c:\\temp\\Screen.bmp [] old binary\n"
-            "open c:\\temp\\Screen.bmp [] missing binary\n"
-            "put 10 bytes [remove c:\\temp\\Screen.bmp] missing binary\n");
+            "open c:\\temp\\Screen.bmp.new [] old binary\n"
+            "put 10 bytes [remove c:\\temp\\Screen.bmp.new] old binary\n"
+            "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp [remove "
+            "c:\\temp\\Screen.bmp.new] old binary\n");
 }
 
 TEST_F(SerialCapture, APortThatFailsWhileItIsReadEndsTheCapture) {

@@ -44,7 +44,7 @@ TEST_F(VisaCapture, AColourBitmapSwitchesTheSessionForItsTransfer) {
   EXPECT_EQ(parts.journal(),
             calls({"Timeout 1500", "WriteString :DISP:COL?\\n END",
                    "TerminationCharacterEnabled False", "EndIn 0", "ReadIEEEBlock flush",
-                   "open c:\\temp\\Screen.bmp", "put 10 bytes", "Timeout 321", "EndIn 2"}));
+                   "open c:\\temp\\Screen.bmp.new", "put 10 bytes", "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp", "Timeout 321", "EndIn 2"}));
   EXPECT_EQ(parts.file("Screen.bmp"), "the bitmap");
 }
 
@@ -66,7 +66,7 @@ TEST_F(VisaCapture, ARawDumpForABitmapIsConvertedAfterTheSessionIsRestored) {
              "EndIn 0", "ReadIEEEBlock flush", "open c:\\temp\\DispOutD.dat", "put 122880 bytes",
              "Timeout 321", "EndIn 2", "open c:\\temp\\DispOutD.dat", "Picture1 shows 320 x 240",
              "Picture1 visible", "Picture1 in front", "Image1 shows 320 x 240",
-             "open c:\\temp\\Screen.bmp", "put 230454 bytes"}));
+             "open c:\\temp\\Screen.bmp.new", "put 230454 bytes", "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp"}));
 }
 
 TEST_F(VisaCapture, ABitmapIsNamedInAnyCaseAndAnywhere) {
@@ -168,9 +168,10 @@ TEST_F(VisaCapture, EachFailingCallEndsABitmap) {
             "TerminationCharacterEnabled False [] old\n"
             "EndIn 0 [] old\n"
             "ReadIEEEBlock flush [] old\n"
-            "remove c:\\temp\\Screen.bmp [] old\n"
-            "open c:\\temp\\Screen.bmp [] missing\n"
-            "put 10 bytes [remove c:\\temp\\Screen.bmp] missing\n"
+            "open c:\\temp\\Screen.bmp.new [] old\n"
+            "put 10 bytes [remove c:\\temp\\Screen.bmp.new] old\n"
+            "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp [remove "
+            "c:\\temp\\Screen.bmp.new] old\n"
             "Timeout 321 [] the bitmap\n"
             "EndIn 2 [] the bitmap\n");
 }
@@ -210,15 +211,17 @@ TEST_F(VisaCapture, EachFailingCallEndsARawDumpOrItsConversion) {
             "put 122880 bytes [] 0 missing\n"
             "Timeout 321 [] 122880 missing\n"
             "EndIn 2 [] 122880 missing\n"
-            "open c:\\temp\\Screen.bmp [] 122880 missing\n"
-            "put 230454 bytes [remove c:\\temp\\Screen.bmp] 122880 missing\n");
+            "open c:\\temp\\Screen.bmp.new [] 122880 missing\n"
+            "put 230454 bytes [remove c:\\temp\\Screen.bmp.new] 122880 missing\n"
+            "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp [remove "
+            "c:\\temp\\Screen.bmp.new] 122880 missing\n");
 }
 
 TEST_F(GpibCapture, ASessionIsUsedAsItIsButForTheTimeout) {
   EXPECT_TRUE(get(kBitmap, ScreenCapture::kColourBitmap));
   EXPECT_EQ(parts.journal(),
             calls({"Timeout 1500", "WriteString :DISP:COL?\\n END", "ReadIEEEBlock flush",
-                   "open c:\\temp\\Screen.bmp", "put 10 bytes"}));
+                   "open c:\\temp\\Screen.bmp.new", "put 10 bytes", "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp"}));
   EXPECT_TRUE(get(kPlain, ScreenCapture::kRawDump));
   EXPECT_EQ(parts.journal(),
             calls({"Timeout 2000", "WriteString :DISP:OUTP?\\n END", "ReadIEEEBlock flush",

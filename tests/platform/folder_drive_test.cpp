@@ -53,6 +53,29 @@ TEST_F(FolderDriveTest, namesOfOtherCaseAreTheSameAndNewOnesAreKeptAsWritten) {
   EXPECT_FALSE(drive.fileExists("C:\\Temp\\Fresh.Dat"));
 }
 
+TEST_F(FolderDriveTest, aFileThatIsRenamedTakesThePlaceOfAnother) {
+  folder.write("drive_c/temp/ZAN.bmp", "a longer old one");
+  folder.write("drive_c/temp/ZAN.bmp.new", "new");
+  drive.rename("c:\\TEMP\\zan.bmp.NEW", "C:\\temp\\zan.bmp");
+  EXPECT_EQ(folder.read("drive_c/temp/ZAN.bmp"), "new");
+  EXPECT_FALSE(drive.fileExists("C:\\temp\\ZAN.bmp.new"));
+  drive.rename("C:\\temp\\ZAN.bmp", "C:\\temp\\other");
+  EXPECT_EQ(folder.read("drive_c/temp/other"), "new");
+}
+
+TEST_F(FolderDriveTest, whatCannotBeRenamedStays) {
+  folder.write("drive_c/temp/a", "a");
+  drive.createFolder("C:\\temp\\folder");
+  const auto rename = [&](const char* from, const char* to) {
+    return faultNumber<io::DriveFault>([&] { drive.rename(from, to); });
+  };
+  EXPECT_EQ(rename("C:\\temp\\missing", "C:\\temp\\a"), 53);
+  EXPECT_EQ(rename("C:\\temp\\folder", "C:\\temp\\b"), 53);
+  EXPECT_EQ(rename("C:\\temp\\a", "C:\\none\\a"), 76);
+  EXPECT_EQ(rename("C:\\temp\\a", "C:\\temp\\folder"), 75);
+  EXPECT_EQ(folder.read("drive_c/temp/a"), "a");
+}
+
 TEST_F(FolderDriveTest, theExactNameIsPreferredToOneOfOtherCase) {
   folder.write("drive_c/A", "upper");
   folder.write("drive_c/a", "lower");

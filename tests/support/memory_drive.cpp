@@ -79,6 +79,17 @@ void MemoryDrive::remove(std::string_view path) {
   }
 }
 
+void MemoryDrive::rename(std::string_view from, std::string_view to) {
+  call("rename " + std::string(from) + " to " + std::string(to));
+  auto file = files_.extract(lower(from));
+  if (file.empty()) {
+    throw io::DriveFault(kNotFound, std::string(from));
+  }
+  files_.erase(lower(to));
+  file.key() = lower(to);
+  files_.insert(std::move(file));
+}
+
 std::unique_ptr<io::BinaryFile> MemoryDrive::open(std::string_view path) {
   call("open " + std::string(path));
   if (!folders_.contains(parent(lower(path)))) {

@@ -13,7 +13,7 @@
 namespace lumodevice::support {
 
 /// Drive C: in memory. The journal shows what changes it ("createFolder C:\temp", "remove ...",
-/// "open ...", "put COUNT bytes"); a call that fails throws DriveFault with the code given to the
+/// "rename ... to ...", "open ...", "put COUNT bytes"); a call that fails throws DriveFault with the code given to the
 /// script. Must outlive its files.
 class MemoryDrive : public io::Drive {
  public:
@@ -25,6 +25,7 @@ class MemoryDrive : public io::Drive {
   [[nodiscard]] bool folderExists(std::string_view path) const override;
   void createFolder(std::string_view path) override;
   void remove(std::string_view path) override;
+  void rename(std::string_view from, std::string_view to) override;
   [[nodiscard]] std::unique_ptr<io::BinaryFile> open(std::string_view path) override;
 
   /// The content of a file, made when it is missing; whatever its folder.

@@ -228,6 +228,9 @@ TEST(PictureFromBitmap, OtherKindsAreRefused) {
   for (const std::uint32_t size : {0U, 12U, 39U, 0xFFFFFFFFU}) {
     EXPECT_NE(refusal({.bits = 1, .infoSize = size, .points = Bytes(64)}), 0) << size;
   }
+  for (const std::uint32_t size : {1001U, 0xFFFFFFF2U, 0xFFFFFFFFU}) {
+    EXPECT_NE(refusal({.infoSize = size, .points = {3, 2, 1, 0}}), 0) << size;
+  }
   Bytes file = BitmapFile{.points = Bytes(4)}.bytes();
   EXPECT_EQ(refusal(file), 0);
   file[0] = 'b';

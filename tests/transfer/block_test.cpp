@@ -63,7 +63,8 @@ TEST(BlockData, beginsWithTheMark) {
 }
 
 TEST(BlockData, thatEndsBeyond16BitsIsAnOverflow) {
-  EXPECT_EQ(blockData("#532760" + pattern(32760), {5, 32760}).size(), 32760U);
+  EXPECT_EQ(blockData("#532761" + pattern(32761), {5, 32761}), pattern(32761));
+  EXPECT_THROW((void)blockData("#532762" + pattern(32762), {5, 32762}), text::NumberFault);
   EXPECT_THROW((void)blockData("#532767" + pattern(32767), {5, 32767}), text::NumberFault);
 }
 
@@ -89,27 +90,37 @@ TEST(BlockAssembler, isIncompleteUntilTheLastByteOfData) {
   }
 }
 
-TEST(BlockAssembler, refusesWhatIsNoHeader) {
-  for (const char* answer : {"#0", "#A", "#3x12", "#10", "#9999999999"}) {
-    BlockAssembler block;
-    EXPECT_EQ(block.add(answer), Assembly::Broken) << answer;
+TEST(BlockAssembler, goesOnBehindAMarkThatBeginsNoBlock) {
+  for (const char* stale : {"#", "##", "#0", "#A", "#3x12", "#10", "#9999999999", "#816777217",
+                            "A#1,#B#2\n", "-113,\"#x\"\n#0\n"}) {
+    const std::string answer = stale + blockOf("hello #1 world");
+    for (std::size_t cut = 0; cut <= answer.size(); ++cut) {
+      BlockAssembler block;
+      block.add(std::string_view(answer).substr(0, cut));
+      EXPECT_EQ(block.add(std::string_view(answer).substr(cut)), Assembly::Complete) << answer;
+      EXPECT_EQ(block.data(), "hello #1 world") << answer << ' ' << cut;
+    }
   }
 }
 
-TEST(BlockAssembler, refusesMoreDataThanAPictureHas) {
+TEST(BlockAssembler, takesNoMoreDataThanAPictureHas) {
   BlockAssembler block;
-  EXPECT_EQ(block.add("#816777217"), Assembly::Broken);
-  EXPECT_EQ(block.add("more"), Assembly::Broken);
+  EXPECT_EQ(block.add("#816777217"), Assembly::Incomplete);
+  EXPECT_EQ(block.add("#15hello"), Assembly::Complete);
   BlockAssembler largest;
   EXPECT_EQ(largest.add("#816777216"), Assembly::Incomplete);
+  EXPECT_EQ(largest.add("#15hello"), Assembly::Incomplete);
 }
 
 TEST(BlockAssembler, givesUpOnWhatNeverBeginsABlock) {
-  BlockAssembler block;
-  for (int i = 0; i < 4; ++i) {
-    EXPECT_EQ(block.add(std::string(1024, 'x')), Assembly::Incomplete);
+  for (const char* filling : {"xxxx", "#0x#"}) {
+    BlockAssembler block;
+    for (int i = 0; i < 1024; ++i) {
+      ASSERT_EQ(block.add(filling), Assembly::Incomplete);
+    }
+    EXPECT_EQ(block.add("#0xx"), Assembly::Broken);
+    EXPECT_EQ(block.add("#15hello"), Assembly::Broken) << "for good";
   }
-  EXPECT_EQ(block.add("x"), Assembly::Broken);
 }
 
 TEST(BlockAssembler, agreesWithItselfOverRandomBlocksInRandomPieces) {

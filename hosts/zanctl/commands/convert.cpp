@@ -14,18 +14,16 @@ namespace zanctl {
 namespace {
 
 using lumodevice::capture::DisplayDump;
+using lumodevice::capture::kDumpHeader;
 using lumodevice::toolkit::Picture;
 using lumodevice::transfer::asBytes;
 using lumodevice::transfer::asText;
 
-/// What stands before a dump that was saved over the serial port.
-constexpr std::string_view kDumpHeader = "#6122880";
-
-Picture paint(std::string_view dump) {
+Picture paint(const DisplayDump& dump) {
   lumodevice::capture::ScreenPalette palette{};
   lumodevice::capture::FillScreenPalette(palette);
   Picture picture(lumodevice::capture::kScreenWidth, lumodevice::capture::kScreenHeight);
-  paintDump(DisplayDump(asBytes(dump).first<DisplayDump::kSize>()), palette, picture);
+  paintDump(dump, palette, picture);
   return picture;
 }
 
@@ -35,17 +33,15 @@ struct Files {
 };
 
 ExitStatus convert(Station& station, const Files& files) {
-  std::string bytes =
+  const std::string bytes =
       readBytes(files.dump, kDumpHeader.size() + DisplayDump::kSize, station.streams().input);
-  if (bytes.starts_with(kDumpHeader)) {
-    bytes.erase(0, kDumpHeader.size());
-  }
-  if (bytes.size() < DisplayDump::kSize) {
+  const auto dump = lumodevice::capture::dumpIn(asBytes(bytes));
+  if (!dump) {
     throw Unusable("cannot convert " + files.dump + ": it has " + std::to_string(bytes.size()) +
                    " bytes of display memory, not " + std::to_string(DisplayDump::kSize));
   }
   checkWritable(files.picture, station.output());
-  const Picture picture = paint(bytes);
+  const Picture picture = paint(*dump);
   savePicture(picture, asText(picture.bitmap()), files.picture, station.output());
   return kDone;
 }
