@@ -12,6 +12,7 @@
 #include "lumodevice/transfer/block.hpp"
 #include "lumodevice/transfer/block_session.hpp"
 #include "lumodevice/transfer/serial_answer.hpp"
+#include "lumodevice/transfer/serial_block.hpp"
 
 namespace lumodevice::capture {
 
@@ -76,12 +77,14 @@ transfer::Bytes wholeFile(io::Drive& drive, std::string_view path) {
 }  // namespace
 
 ScreenCapture::ScreenCapture(const Host& host, form::Controls& form, link::Waits& waits,
-                             link::Links& links, transfer::WorkingFiles& files)
+                             link::Links& links, link::Turns& turns, transfer::WorkingFiles& files)
     : host_(host),
       form_(form),
       waits_(waits),
+      serial_(links.serial),
       port_(links.serial.MSComm1),
       com_(links.visaCom),
+      turns_(turns),
       files_(files) {
   FillScreenPalette(palette_);
   toolkit::handle(form_.cmdGetBMPFile.click, [this] { GetBitmap(); });
@@ -142,11 +145,12 @@ std::string ScreenCapture::timeStampedName() const {
 // ---- serial port
 
 bool ScreenCapture::CaptureScreenSerial(std::string_view sFile, int mode) {
+  const bool raw = mode == kRawDump;
   return attempt([&] {
-    if (mode == kRawDump) {
-      captureDumpOverSerial(sFile);
+    if (turns_.inTurn()) {
+      raw ? captureDumpInTurn(sFile) : captureBitmapInTurn(sFile);
     } else {
-      captureBitmapOverSerial(sFile);
+      raw ? captureDumpOverSerial(sFile) : captureBitmapOverSerial(sFile);
     }
   });
 }
@@ -162,6 +166,7 @@ void ScreenCapture::captureDumpOverSerial(std::string_view sFile) {
   {
     auto file = files_.open(sFile);
     port_.setInputMode(InputModes::Binary);
+    const transfer::InterleavedReading ours(turns_, serial_);
     port_.Output(line(kDumpQuery));
     waits_.pause(kDumpWait);
     for (int pass = 0; pass < kDumpPasses; ++pass) {
@@ -173,20 +178,39 @@ void ScreenCapture::captureDumpOverSerial(std::string_view sFile) {
       file.put(transfer::asBytes(piece));
       waits_.pause(kPieceWait);
     }
-    seenValues_.clear();
-    if (received.size() < kShownPoints) {
-      throw transfer::BlockFault("the dump is shorter than a screen");
-    }
-    for (const std::uint8_t value : transfer::asBytes(received).first(kShownPoints)) {
-      seenValues_.offer(value);
-    }
+    offerSeenValues(received);
   }
   port_.setInputMode(InputModes::Text);
+}
+
+void ScreenCapture::offerSeenValues(std::string_view dump) {
+  seenValues_.clear();
+  if (dump.size() < kShownPoints) {
+    throw transfer::BlockFault("the dump is shorter than a screen");
+  }
+  for (const std::uint8_t value : transfer::asBytes(dump).first(kShownPoints)) {
+    seenValues_.offer(value);
+  }
+}
+
+/// The same file, of one complete block.
+void ScreenCapture::captureDumpInTurn(std::string_view sFile) {
+  const auto answer = transfer::askForBlock(turns_, serial_, kDumpQuery, kDumpWait);
+  const std::string_view dump = answer->block()->bytes;
+  files_.replace(sFile, transfer::asBytes(dump));
+  offerSeenValues(dump);
+}
+
+void ScreenCapture::captureBitmapInTurn(std::string_view sFile) {
+  const auto answer =
+      transfer::askForBlock(turns_, serial_, kBitmapQuery, kBitmapWait + transfer::kLongestSilence);
+  files_.replace(sFile, transfer::asBytes(answer->block()->data));
 }
 
 void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
   transfer::BlockAssembler block;
   port_.setInputMode(InputModes::Binary);
+  const transfer::InterleavedReading ours(turns_, serial_);
   port_.Output(line(kBitmapQuery));
   waits_.pause(kBitmapWait);
   const auto takes = [&](std::string_view piece) {
@@ -213,11 +237,12 @@ bool ScreenCapture::CaptureScreenVisa(std::string_view sFile, int mode) {
 
 bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
   const bool raw = mode == kRawDump;
+  transfer::claim(turns_, com_);
   com_.session()->setTimeout(raw ? kDumpTimeout : kBitmapTimeout);
   if (!form_.optVisa2.value()) {
     return false;
   }
-  transfer::BlockSession session(com_, form_.cmbVISARes.text(),
+  transfer::BlockSession session(com_, turns_, form_.cmbVISARes.text(),
                                  transfer::BlockSession::End::Reading);
   const io::Bytes data = session.read(raw ? kDumpQuery : kBitmapQuery);
   if (data.size() < transfer::kLeastBlock) {

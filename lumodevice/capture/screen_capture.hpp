@@ -6,6 +6,7 @@
 #include "lumodevice/capture/screen_palette.hpp"
 #include "lumodevice/capture/seen_values.hpp"
 #include "lumodevice/link/links.hpp"
+#include "lumodevice/link/turns.hpp"
 #include "lumodevice/link/waits.hpp"
 #include "lumodevice/transfer/working_files.hpp"
 
@@ -21,7 +22,7 @@ class ScreenCapture {
 
   /// Takes over cmdGetBMPFile, cmdGetCTRLScrn and cmdWork.
   ScreenCapture(const Host& host, form::Controls& form, link::Waits& waits, link::Links& links,
-                transfer::WorkingFiles& files);
+                link::Turns& turns, transfer::WorkingFiles& files);
 
   // The buttons.
   void GetBitmap();
@@ -34,7 +35,8 @@ class ScreenCapture {
 
   /// Over the serial port. A colour bitmap is waited for 1.5 s, then until it is complete or
   /// nothing has arrived for a second, for ten minutes at most; the file holds exactly the bitmap,
-  /// or is not touched. A raw dump is read for at most three seconds.
+  /// or is not touched. A raw dump is read for at most three seconds. In turn both are read as they
+  /// come, and a dump is saved whole or not at all.
   bool CaptureScreenSerial(std::string_view sFile, int mode);
 
   /// A raw dump over the serial port, or for any mode but kRawDump over VISA COM.
@@ -52,6 +54,9 @@ class ScreenCapture {
  private:
   void captureDumpOverSerial(std::string_view sFile);
   void captureBitmapOverSerial(std::string_view sFile);
+  void captureDumpInTurn(std::string_view sFile);
+  void captureBitmapInTurn(std::string_view sFile);
+  void offerSeenValues(std::string_view dump);
   bool captureOverVisa(std::string_view sFile, int mode);
   void convertDump(std::string_view sFile);
   void showFile(std::string_view sFile);
@@ -61,8 +66,10 @@ class ScreenCapture {
   const Host& host_;
   form::Controls& form_;
   link::Waits& waits_;
+  link::SerialLink& serial_;
   io::SerialPort& port_;
   link::VisaComLink& com_;
+  link::Turns& turns_;
   transfer::WorkingFiles& files_;
   ScreenPalette palette_{};
   SeenValues seenValues_;

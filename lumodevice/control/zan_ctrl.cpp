@@ -77,8 +77,8 @@ class ZANCtrl::Component {
         channelPanel(form, state, exchange, tagged, modes),
         switches(form, state, exchange, tagged),
         workingFiles(host.drive),
-        memoryFiles(form, waits, links, workingFiles),
-        capture(host, form, waits, links, workingFiles),
+        memoryFiles(form, waits, links, turns, workingFiles),
+        capture(host, form, waits, links, turns, workingFiles),
         groups(form, waits, state, exchange),
         frontPanelKeys(form, exchange) {
     channels.callbacks = {

@@ -5,6 +5,7 @@
 #include "lumodevice/toolkit/handling.hpp"
 #include "lumodevice/transfer/block.hpp"
 #include "lumodevice/transfer/serial_answer.hpp"
+#include "lumodevice/transfer/serial_block.hpp"
 
 namespace lumodevice::files {
 
@@ -22,9 +23,9 @@ constexpr std::string_view kPresetMarker = "c:\\temp\\test.dev";
 
 constexpr std::size_t kSystemSize = 5580;
 constexpr std::size_t kPresetSize = 892;
-constexpr std::size_t kPresetHeaderSize = 5;
+constexpr std::string_view kPresetHeader = "#3892";
 /// A preset that was saved over the serial port: header, data, line feed.
-constexpr std::size_t kRawPresetSize = kPresetHeaderSize + kPresetSize + 1;
+constexpr std::size_t kRawPresetSize = kPresetHeader.size() + kPresetSize + 1;
 /// Room for the system settings and their header in one write.
 constexpr std::int32_t kBufferSize = 6000;
 
@@ -36,11 +37,27 @@ std::string line(std::string_view command) {
   return std::string(command) + '\n';
 }
 
+/// A preset as it comes over the serial port; its line end may be missing.
+bool isRawPreset(std::string_view bytes) {
+  return bytes.starts_with(kPresetHeader) && bytes.size() >= kPresetHeader.size() + kPresetSize;
+}
+
+/// Sending anything else would wipe the instrument's preset.
+[[noreturn]] void refusePreset() {
+  throw transfer::BlockFault("that is no preset for this link");
+}
+
 }  // namespace
 
 MemoryFiles::MemoryFiles(form::Controls& form, link::Waits& waits, link::Links& links,
-                         transfer::WorkingFiles& files)
-    : form_(form), waits_(waits), port_(links.serial.MSComm1), com_(links.visaCom), files_(files) {
+                         link::Turns& turns, transfer::WorkingFiles& files)
+    : form_(form),
+      waits_(waits),
+      serial_(links.serial),
+      port_(links.serial.MSComm1),
+      com_(links.visaCom),
+      turns_(turns),
+      files_(files) {
   toolkit::handle(form_.cmdGetSeqFile.click, [this] { GetSequence(); });
   toolkit::handle(form_.cmdGetSystemFile.click, [this] { GetSystem(); });
   toolkit::handle(form_.cmdSendSystemFile.click, [this] { SendSystem(); });
@@ -61,15 +78,18 @@ void MemoryFiles::GetSystem() {
 void MemoryFiles::getFile(const Reading& reading) {
   files_.ensureFolder();
   files_.removeIfThere(reading.target);
-  if (serial()) {
-    getOverSerial(reading);
-  } else {
+  if (!serial()) {
     getOverVisa(reading.query, reading.target);
+  } else if (turns_.inTurn()) {
+    getInTurn(reading);
+  } else {
+    getOverSerial(reading);
   }
 }
 
 /// Asks twice: the first answer tells the length, the second is taken as bytes.
 void MemoryFiles::getOverSerial(const Reading& reading) {
+  const transfer::InterleavedReading ours(turns_, serial_);
   port_.Output(line(reading.query));
   const std::string first = transfer::answerAfter(waits_, port_, reading.firstWait);
   const transfer::BlockHeader header = transfer::parseBlockHeader(transfer::withoutLineEnds(first));
@@ -81,12 +101,32 @@ void MemoryFiles::getOverSerial(const Reading& reading) {
   port_.setInputMode(InputModes::Text);
 }
 
+void MemoryFiles::getInTurn(const Reading& reading) {
+  const auto answer =
+      transfer::askForBlock(turns_, serial_, reading.query, reading.firstWait + reading.secondWait);
+  const std::string_view block = answer->block()->bytes;
+  save(reading.target,
+       transfer::asBytes(transfer::blockData(block, transfer::parseBlockHeader(block))));
+}
+
 void MemoryFiles::getOverVisa(std::string_view query, std::string_view target) {
+  transfer::claim(turns_, com_);
   auto session = blockSession(transfer::BlockSession::End::Reading);
   const io::Bytes data = session.read(query);
+  if (query == kPresetQuery && turns_.inTurn() && data.size() != kPresetSize) {
+    refusePreset();
+  }
   if (data.size() >= transfer::kLeastBlock) {
-    files_.write(target, data);
+    save(target, data);
     session.restore();
+  }
+}
+
+void MemoryFiles::save(std::string_view target, std::span<const std::uint8_t> data) {
+  if (turns_.inTurn()) {
+    files_.replace(target, data);
+  } else {
+    files_.write(target, data);
   }
 }
 
@@ -96,10 +136,12 @@ void MemoryFiles::SendSystem() {
     if (!files_.exists(kSystemUpload)) {
       return;
     }
-    if (serial()) {
-      sendSystemOverSerial();
-    } else {
+    if (!serial()) {
       sendSystemOverVisa();
+    } else if (turns_.inTurn()) {
+      sendSystemInTurn();
+    } else {
+      sendSystemOverSerial();
     }
   });
 }
@@ -119,7 +161,18 @@ void MemoryFiles::sendSystemOverSerial() {
   waits_.pause(kSystemSendWait);
 }
 
+/// The file is read before anything is sent: a header alone would leave the instrument waiting.
+void MemoryFiles::sendSystemInTurn() {
+  const transfer::Bytes data = systemFile();
+  transfer::claim(turns_, serial_);
+  port_.Output(":SYST:SET #45580");
+  port_.Output(transfer::asText(data));
+  port_.Output("\n");
+  turns_.keepDistance(kSystemSendWait);
+}
+
 void MemoryFiles::sendSystemOverVisa() {
+  transfer::claim(turns_, com_);
   auto session = blockSession(transfer::BlockSession::End::Writing);
   const transfer::Bytes data = systemFile();
   session.begin();
@@ -130,7 +183,7 @@ void MemoryFiles::sendSystemOverVisa() {
 }
 
 transfer::BlockSession MemoryFiles::blockSession(transfer::BlockSession::End end) {
-  return {com_, form_.cmbVISARes.text(), end};
+  return {com_, turns_, form_.cmbVISARes.text(), end};
 }
 
 // ---- preset
@@ -155,30 +208,43 @@ void MemoryFiles::SetPreset() {
 
 bool MemoryFiles::ReadPresetFromDevice(std::string_view sFile) {
   return attempt([&] {
-    if (serial()) {
-      readPresetOverSerial(sFile);
-    } else {
+    if (!serial()) {
       getOverVisa(kPresetQuery, sFile);
+    } else if (turns_.inTurn()) {
+      readPresetInTurn(sFile);
+    } else {
+      readPresetOverSerial(sFile);
     }
   });
 }
 
-/// Keeps the answer as it came, header and terminator included. The first answer is not waited for:
+/// Keeps the block as it came, header and line end included. The first answer is not waited for:
 /// whatever has arrived of it counts as its header, and what arrives of it later is left out. An
 /// answer of no bytes is not written, for a preset file without a preset would wipe the
 /// instrument's when it is sent back.
 void MemoryFiles::readPresetOverSerial(std::string_view sFile) {
+  const transfer::InterleavedReading ours(turns_, serial_);
   port_.Output(line(kPresetQuery));
   const std::string early = port_.Input();
   (void)transfer::parseBlockHeader(transfer::withoutLineEnds(early));
   port_.setInputMode(InputModes::Binary);
   port_.Output(line(kPresetQuery));
-  const std::string received = transfer::answerAfter(waits_, port_, kPresetReadWait);
-  const std::string_view answer = transfer::secondAnswer(early, received);
-  if (!answer.empty()) {
-    files_.write(sFile, transfer::asBytes(answer));
+  const std::string answers = transfer::answerAfter(waits_, port_, kPresetReadWait, early, 2);
+  if (const auto block = transfer::blocksIn(answers).last) {
+    files_.write(sFile, transfer::asBytes(block->bytes));
+  } else if (!answers.empty()) {
+    refusePreset();
   }
   port_.setInputMode(InputModes::Text);
+}
+
+void MemoryFiles::readPresetInTurn(std::string_view sFile) {
+  const auto answer = transfer::askForBlock(turns_, serial_, kPresetQuery, kPresetReadWait);
+  const transfer::WholeBlock block = *answer->block();
+  if (!isRawPreset(block.bytes)) {
+    refusePreset();
+  }
+  save(sFile, transfer::asBytes(block.bytes));
 }
 
 bool MemoryFiles::SendPresetToDevice(std::string_view sFile) {
@@ -194,24 +260,36 @@ bool MemoryFiles::SendPresetToDevice(std::string_view sFile) {
   });
 }
 
-/// Takes a file that was saved over the serial port, sends no line feed and waits without
-/// processing events.
+/// Takes a file that was saved over the serial port, sends no line feed and, interleaved, waits
+/// without processing events.
 void MemoryFiles::sendPresetOverSerial(std::string_view sFile) {
   transfer::Bytes raw(kRawPresetSize);
-  files_.read(sFile, raw);
+  raw.resize(files_.read(sFile, raw));
+  if (!isRawPreset(transfer::asText(raw))) {
+    refusePreset();
+  }
+  transfer::claim(turns_, serial_);
   port_.Output(":MEM:FILE:PRES #3892");
-  port_.Output(transfer::asText(std::span(raw).subspan(kPresetHeaderSize, kPresetSize)));
-  waits_.sleep(kPresetSendWait);
+  port_.Output(transfer::asText(std::span(raw).subspan(kPresetHeader.size(), kPresetSize)));
+  if (turns_.inTurn()) {
+    turns_.keepDistance(kPresetSendWait);
+  } else {
+    waits_.sleep(kPresetSendWait);
+  }
 }
 
 /// Takes a file that was saved over VISA. It is the end mode for reading that is switched, and no
 /// blank stands between the command and the block.
 void MemoryFiles::sendPresetOverVisa(std::string_view sFile) {
-  transfer::Bytes data(kPresetSize);
-  files_.read(sFile, data);
+  transfer::Bytes raw(kRawPresetSize);
+  raw.resize(files_.read(sFile, raw));
+  if (raw.size() < kPresetSize || isRawPreset(transfer::asText(raw))) {
+    refusePreset();
+  }
+  transfer::claim(turns_, com_);
   auto session = blockSession(transfer::BlockSession::End::Reading);
   session.begin();
-  session.write(":MEM:FILE:PRES", data);
+  session.write(":MEM:FILE:PRES", std::span(raw).first(kPresetSize));
   session.restore();
 }
 

@@ -57,6 +57,10 @@ std::string SerialLink::dropUnread() {
 void SerialLink::receive() {
   if (answerPending_ && MSComm1.InBufferCount() != 0) {
     receiveBuffer_ += SerialReadInput();
+    if (passesOverLineEnds_) {
+      receiveBuffer_.erase(0, receiveBuffer_.find_first_not_of(kTerminators));
+      passesOverLineEnds_ = receiveBuffer_.empty();
+    }
     pollCount_ = text::add16(pollCount_, 1);
   }
 }

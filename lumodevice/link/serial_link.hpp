@@ -48,12 +48,15 @@ class SerialLink : public Transport {
   [[nodiscard]] const std::string& receiveBuffer() const { return receiveBuffer_; }
   /// The answer was taken, or is given up.
   void forgetAnswer();
+  /// The line end of a block may still come: it is not the next answer.
+  void passOverLineEnds() { passesOverLineEnds_ = true; }
 
  private:
   [[nodiscard]] std::string SerialReadInput() { return MSComm1.Input(); }
 
   toolkit::Timer& timer_;
   bool answerPending_ = false;
+  bool passesOverLineEnds_ = false;
   std::string receiveBuffer_;
   std::int16_t pollCount_ = 0;
 };

@@ -51,39 +51,77 @@ std::string_view lastLine(std::string_view received) {
   return before == std::string_view::npos ? lines : lines.substr(before + 1);
 }
 
+/// A line of text over any link.
+class TextAnswer : public Answer {
+ public:
+  explicit TextAnswer(Transport& transport) : transport_(transport) {}
+  [[nodiscard]] Reading readOn() override { return transport_.readOn(received_); }
+  [[nodiscard]] std::size_t size() const override { return received_.size(); }
+  [[nodiscard]] std::string text() const {
+    return std::string(transport_.manner().messagesHaveEnds ? withoutLineEnd(received_)
+                                                            : lastLine(received_));
+  }
+
+ private:
+  Transport& transport_;
+  std::string received_;
+};
+
 }  // namespace
 
 std::optional<std::string> Turns::run(Transport& transport, const std::string& line,
                                       double patience) {
-  // An exchange that falls into the claim may take the link down, or another instrument up.
-  const std::uint64_t changes = state_.changes();
-  claim(transport);
-  bool written = false;
-  attempt([&] { written = changes == state_.changes() && transport.write(line); });
-  if (!written || patience < 0) {
+  if (!write(transport, line) || patience < 0) {
     return std::nullopt;
   }
+  TextAnswer text(transport);
   Outstanding query{.transport = transport,
-                    .linkChanges = changes,
+                    .answer = text,
+                    .linkChanges = state_.changes(),
                     .sent = now(),
                     .deadline = now() + asDuration(Milliseconds(patience))};
   await(query);
-  if (!query.answered) {
-    return std::nullopt;
+  return query.answered ? std::optional(text.text()) : std::nullopt;
+}
+
+bool Turns::run(Transport& transport, const std::string& line,
+                const std::shared_ptr<Answer>& answer, const Patience& patience) {
+  if (!write(transport, line)) {
+    return false;
   }
-  return std::string(transport.manner().messagesHaveEnds ? withoutLineEnd(query.received)
-                                                         : lastLine(query.received));
+  Outstanding query{.transport = transport,
+                    .answer = *answer,
+                    .linkChanges = state_.changes(),
+                    .sent = now(),
+                    .deadline = now() + asDuration(Milliseconds(patience.firstByte)),
+                    .shared = answer,
+                    .silence = asDuration(Milliseconds(patience.silence)),
+                    .end = now() + asDuration(Milliseconds(patience.whole))};
+  await(query);
+  return query.answered;
+}
+
+bool Turns::write(Transport& transport, const std::string& line) {
+  bool written = false;
+  attempt([&] { written = claim(transport) && transport.write(line); });
+  return written;
 }
 
 void Turns::keepDistance(double milliseconds) {
   notBefore_ = now() + asDuration(Milliseconds(milliseconds));
 }
 
-void Turns::claim(Transport& transport) {
+bool Turns::claim(Transport& transport) {
+  const std::uint64_t changes = state_.changes();
   settle();
   waitOutDistance();
   comeIntoStep(transport);
   dropUnread(transport);
+  return changes == state_.changes();
+}
+
+void Turns::giveUp(const Transport& transport) {
+  outOfStep_ = OutOfStep{&transport, now() + kLongestLateness};
 }
 
 /// Waits for the answer with event passes, in which somebody else may read it to its end.
@@ -110,17 +148,23 @@ void Turns::await(Outstanding& query) {
 
 void Turns::poll(Outstanding& query) {
   Reading reading = Reading::Failed;
-  const std::size_t before = query.received.size();
+  const std::size_t before = query.answer.size();
   if (query.linkChanges == state_.changes()) {
-    attempt([&] { reading = query.transport.readOn(query.received); });
+    attempt([&] { reading = query.answer.readOn(); });
   }
-  if (query.received.size() > before) {
+  if (query.answer.size() > before) {
     lastByte_ = now();
+    if (query.shared) {
+      query.deadline = std::min(now() + query.silence, query.end);
+    }
   }
   query.answered = reading == Reading::Complete;
   query.done = reading != Reading::Waiting || now() >= query.deadline;
   if (query.done && reading == Reading::Waiting) {
-    outOfStep_ = {&query.transport, query.sent + kLongestLateness};
+    const bool begun = query.shared && query.answer.size() > 0;
+    const Duration until = (begun ? lastByte_ : query.sent) + kLongestLateness;
+    outOfStep_ = {&query.transport, until, query.shared,
+                  query.shared ? now() + (query.end - query.sent) : until};
   }
 }
 
@@ -147,11 +191,17 @@ void Turns::waitOutDistance() {
 }
 
 void Turns::comeIntoStep(Transport& transport) {
-  std::string late;
+  TextAnswer line(transport);
   while (outOfStep_ && outOfStep_->transport == &transport) {
+    OutOfStep& out = *outOfStep_;
+    Answer& late = out.rest ? *out.rest : line;
+    const std::size_t before = late.size();
     Reading reading = Reading::Failed;
-    attempt([&] { reading = transport.readOn(late); });
-    if (reading != Reading::Waiting || now() >= outOfStep_->until) {
+    attempt([&] { reading = late.readOn(); });
+    if (out.rest && late.size() > before) {
+      out.until = std::min(now() + kLongestLateness, out.end);
+    }
+    if (reading != Reading::Waiting || now() >= out.until) {
       outOfStep_.reset();
       lastByte_ = now();
       return;

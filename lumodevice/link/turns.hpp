@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "lumodevice/link/answer.hpp"
 #include "lumodevice/link/link_state.hpp"
 #include "lumodevice/link/transport.hpp"
 #include "lumodevice/link/waits.hpp"
@@ -18,8 +20,8 @@ namespace lumodevice::link {
 /// for it: it reads the other one's answer to its end (or gives it up) on its behalf, and then
 /// runs. The other one finds its answer when it goes on.
 ///
-/// A query that was given up leaves the line out of step: its answer may still come. Nothing is
-/// sent until it came, or so much time has passed that it never will.
+/// A query that was given up leaves the line out of step: its answer, or the rest of it, may still
+/// come. Nothing is sent until it came, or so much time has passed that it never will.
 class Turns {
  public:
   using Duration = toolkit::EventLoop::Duration;
@@ -35,6 +37,11 @@ class Turns {
   /// answer comes without its line end.
   std::optional<std::string> run(Transport& transport, const std::string& line, double patience);
 
+  /// The same for an answer that is no text: true when it came whole. One that was begun and given
+  /// up is read on for before anything else is sent, so it is shared.
+  bool run(Transport& transport, const std::string& line, const std::shared_ptr<Answer>& answer,
+           const Patience& patience);
+
   /// Nothing follows within the next milliseconds: the instrument is busy with what it was sent.
   void keepDistance(double milliseconds);
 
@@ -42,8 +49,12 @@ class Turns {
   void settle();
 
   /// Makes the line free for what drives it directly: whoever waits for an answer has it, late
-  /// answers have come, and nothing is left unread.
-  void claim(Transport& transport);
+  /// answers have come, and nothing is left unread. False when the link has become another one, or
+  /// none, meanwhile.
+  [[nodiscard]] bool claim(Transport& transport);
+
+  /// An answer to what was asked over the line directly has not come; it may be late.
+  void giveUp(const Transport& transport);
 
   /// An operation that talks to the instrument more than once; the auto query stands back for it.
   class Operation {
@@ -67,6 +78,10 @@ class Turns {
   struct OutOfStep {
     const Transport* transport;
     Duration until;
+    /// What had begun; null for a line of text.
+    std::shared_ptr<Answer> rest = nullptr;
+    /// Of waiting for a rest that goes on coming.
+    Duration end = until;
   };
   /// The line is in step whatever may still come, for one who can tell the answers apart; returns
   /// what was forgotten.
@@ -77,15 +92,20 @@ class Turns {
   /// A query whose answer has not been read to its end.
   struct Outstanding {
     Transport& transport;
+    Answer& answer;
     std::uint64_t linkChanges;
     Duration sent;
     Duration deadline;
-    std::string received = {};
+    /// For one that may take its time: each byte puts the deadline off, as far as the end.
+    std::shared_ptr<Answer> shared = nullptr;
+    Duration silence{0};
+    Duration end{0};
     bool done = false;
     bool answered = false;
   };
 
   [[nodiscard]] Duration now() const { return host_.loop.now(); }
+  [[nodiscard]] bool write(Transport& transport, const std::string& line);
   void poll(Outstanding& query);
   void await(Outstanding& query);
   void waitOutDistance();

@@ -15,15 +15,6 @@ std::int16_t wholeNumber(std::string_view text) {
   return text::toWhole16(text::Val(text));
 }
 
-/// A block that is worth waiting for may begin with these bytes.
-bool mayBegin(std::string_view bytes) {
-  const BlockProgress block = blockProgress(bytes);
-  const bool sensible =
-      block.headerSize == 0 ||
-      (block.dataSize > 0 && block.dataSize <= BlockAssembler::kLargestData);
-  return block.state != BlockProgress::State::None && sensible;
-}
-
 bool isDigit(char character) {
   return character >= '0' && character <= '9';
 }
@@ -45,8 +36,7 @@ std::string_view blockData(std::string_view answer, const BlockHeader& header) {
     throw BlockFault("the header promises no data");
   }
   const std::int16_t first = text::add16(header.lengthDigits, kMarkAndCount);
-  const std::int16_t last =
-      text::add16(first, static_cast<std::int16_t>(header.dataLength - 1));
+  const std::int16_t last = text::add16(first, static_cast<std::int16_t>(header.dataLength - 1));
   if (static_cast<std::size_t>(last) >= answer.size()) {
     throw BlockFault("the answer is shorter than its header promises");
   }
@@ -82,19 +72,70 @@ BlockProgress blockProgress(std::string_view bytes) {
           .dataSize = data};
 }
 
+namespace {
+
+/// A block that is worth waiting for may begin with these bytes.
+bool mayBegin(std::string_view bytes) {
+  const BlockProgress block = blockProgress(bytes);
+  const bool sensible = block.headerSize == 0 ||
+                        (block.dataSize > 0 && block.dataSize <= BlockAssembler::kLargestData);
+  return block.state != BlockProgress::State::None && sensible;
+}
+
+/// Where the first block begins, complete or not; the size of `bytes` when none does.
+std::size_t findBlock(std::string_view bytes) {
+  std::size_t start = std::min(bytes.find(kMark), bytes.size());
+  while (start < bytes.size() && !mayBegin(bytes.substr(start))) {
+    start = std::min(bytes.find(kMark, start + 1), bytes.size());
+  }
+  return start;
+}
+
+/// One line end at the start: CR LF is one.
+std::size_t lineEndSize(std::string_view bytes) {
+  if (bytes.starts_with("\r\n")) {
+    return 2;
+  }
+  return bytes.starts_with('\r') || bytes.starts_with('\n') ? 1 : 0;
+}
+
+std::optional<WholeBlock> wholeBlock(std::string_view bytes, const BlockProgress& block) {
+  if (block.state != BlockProgress::State::Complete) {
+    return std::nullopt;
+  }
+  const std::size_t end = block.headerSize + block.dataSize;
+  return WholeBlock{.bytes = bytes.substr(0, end + lineEndSize(bytes.substr(end))),
+                    .data = bytes.substr(block.headerSize, block.dataSize)};
+}
+
+}  // namespace
+
+Blocks blocksIn(std::string_view bytes) {
+  Blocks blocks;
+  bytes.remove_prefix(findBlock(bytes));
+  while (const auto block = wholeBlock(bytes, blockProgress(bytes))) {
+    ++blocks.complete;
+    blocks.last = block;
+    bytes.remove_prefix(block->bytes.size());
+    bytes.remove_prefix(findBlock(bytes));
+  }
+  blocks.unfinished = !bytes.empty();
+  return blocks;
+}
+
 BlockAssembler::State BlockAssembler::add(std::string_view piece) {
-  if (state_ == State::Incomplete) {
+  const auto whole = block();
+  if (state_ == State::Incomplete || (whole && whole->bytes.size() == bytes_.size())) {
     bytes_.append(piece);
+  }
+  if (state_ == State::Incomplete) {
     state_ = parse();
   }
   return state_;
 }
 
 BlockAssembler::State BlockAssembler::parse() {
-  std::size_t start = std::min(bytes_.find(kMark), bytes_.size());
-  while (start < bytes_.size() && !mayBegin(std::string_view(bytes_).substr(start))) {
-    start = std::min(bytes_.find(kMark, start + 1), bytes_.size());
-  }
+  const std::size_t start = findBlock(bytes_);
   bytes_.erase(0, start);
   dropped_ += start;
   if (dropped_ > kLargestPreamble) {
@@ -104,11 +145,13 @@ BlockAssembler::State BlockAssembler::parse() {
   return progress_.state == BlockProgress::State::Complete ? State::Complete : State::Incomplete;
 }
 
+std::optional<WholeBlock> BlockAssembler::block() const {
+  return state_ == State::Complete ? wholeBlock(bytes_, progress_) : std::nullopt;
+}
+
 std::optional<std::string_view> BlockAssembler::data() const {
-  if (state_ != State::Complete) {
-    return std::nullopt;
-  }
-  return std::string_view(bytes_).substr(progress_.headerSize, progress_.dataSize);
+  const auto whole = block();
+  return whole ? std::optional(whole->data) : std::nullopt;
 }
 
 }  // namespace lumodevice::transfer

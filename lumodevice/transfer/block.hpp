@@ -44,6 +44,23 @@ struct BlockProgress {
 };
 [[nodiscard]] BlockProgress blockProgress(std::string_view bytes);
 
+/// A complete block as it came: its header, its data, and the line end where one follows at once.
+struct WholeBlock {
+  std::string_view bytes;
+  std::string_view data;
+  [[nodiscard]] bool hasLineEnd() const {
+    return bytes.data() + bytes.size() != data.data() + data.size();
+  }
+};
+
+/// The blocks among bytes; what stands in front of them, between or behind them may be anything.
+struct Blocks {
+  int complete = 0;
+  std::optional<WholeBlock> last;  ///< of the complete ones
+  bool unfinished = false;         ///< one more has begun
+};
+[[nodiscard]] Blocks blocksIn(std::string_view bytes);
+
 /// Puts a block together from the pieces in which a serial port delivers it, for lengths up to
 /// kLargestData. What stands in front of it (the late answer of another query) is dropped, also a
 /// "#" there that begins no header, one without data or one for too many.
@@ -58,7 +75,9 @@ class BlockAssembler {
   /// Takes the next piece. Broken is final: too much has come that was no block.
   State add(std::string_view piece);
 
-  /// The data bytes of a complete block, else nothing. Bytes behind the block are left out.
+  /// A complete block, else nothing. Bytes behind it are left out, but for a line end.
+  [[nodiscard]] std::optional<WholeBlock> block() const;
+  /// The data bytes of a complete block, else nothing.
   [[nodiscard]] std::optional<std::string_view> data() const;
 
  private:

@@ -6,10 +6,17 @@
 
 namespace lumodevice::transfer {
 
-BlockSession::BlockSession(link::VisaComLink& link, std::string_view resource, End end)
-    : link_(link), end_(end) {
+BlockSession::BlockSession(link::VisaComLink& link, link::Turns& turns, std::string_view resource,
+                           End end)
+    : link_(link), turns_(turns), end_(end) {
   if (!text::contains(resource, "GPIB")) {
     session_ = link_.session();
+  }
+}
+
+BlockSession::~BlockSession() {
+  if (switched_ && turns_.inTurn()) {
+    attempt([this] { restore(); });
   }
 }
 
@@ -23,6 +30,7 @@ void BlockSession::setEndMode(int mode) {
 
 void BlockSession::begin() {
   if (session_) {
+    switched_ = true;
     session_->setTerminationCharacterEnabled(false);
     setEndMode(io::kSerialEndNone);
   }
@@ -31,7 +39,14 @@ void BlockSession::begin() {
 io::Bytes BlockSession::read(std::string_view query) {
   link_.device().WriteString(text::Trim(query) + '\n', true);
   begin();
-  return link_.device().ReadIEEEBlock(false, true);
+  try {
+    return link_.device().ReadIEEEBlock(false, true);
+  } catch (const io::VisaComFault&) {
+    if (turns_.inTurn()) {
+      turns_.giveUp(link_);
+    }
+    throw;
+  }
 }
 
 void BlockSession::write(std::string_view command, std::span<const std::uint8_t> data) {
@@ -40,6 +55,7 @@ void BlockSession::write(std::string_view command, std::span<const std::uint8_t>
 
 void BlockSession::restore() {
   if (session_) {
+    switched_ = false;
     session_->setTimeout(link_.chosenTimeout());
     setEndMode(io::kSerialEndTerminationCharacter);
   }

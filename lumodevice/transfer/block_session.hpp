@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "lumodevice/link/turns.hpp"
 #include "lumodevice/link/visa_com_link.hpp"
 #include "lumodevice/transfer/working_files.hpp"
 
@@ -14,6 +15,9 @@ namespace lumodevice::transfer {
 /// switched for the transfer, because a terminator inside the data would end it; they are switched
 /// back only where an operation says so. Every call throws io::VisaComFault, and text::NumberFault
 /// for a chosen time-out that does not fit.
+///
+/// In turn the session is as text needs it again whatever becomes of the transfer, and a block that
+/// did not come may be late.
 class BlockSession {
  public:
   /// Which of the end modes a transfer switches.
@@ -21,7 +25,10 @@ class BlockSession {
 
   /// Fetches the session of a resource that needs it.
   /// `resource` is the text of cmbVISARes.
-  BlockSession(link::VisaComLink& link, std::string_view resource, End end);
+  BlockSession(link::VisaComLink& link, link::Turns& turns, std::string_view resource, End end);
+  ~BlockSession();
+  BlockSession(const BlockSession&) = delete;
+  BlockSession& operator=(const BlockSession&) = delete;
 
   /// Switches the termination character and the serial end mode off.
   void begin();
@@ -39,7 +46,9 @@ class BlockSession {
   void setEndMode(int mode);
 
   link::VisaComLink& link_;
+  link::Turns& turns_;
   End end_;
+  bool switched_ = false;
   std::shared_ptr<io::MessageSession> session_;  ///< null for a GPIB resource
 };
 

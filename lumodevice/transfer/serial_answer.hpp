@@ -15,15 +15,16 @@ namespace lumodevice::transfer {
 void readOn(link::Waits& waits, io::SerialPort& port,
             const std::function<bool(std::string_view piece)>& takes);
 
-/// What has arrived after a wait. Where that is the beginning of a block, the rest is read on for:
-/// a slow line needs longer than the waits, which are made for a fast one.
-[[nodiscard]] std::string answerAfter(link::Waits& waits, io::SerialPort& port,
-                                      double milliseconds);
+/// A block that has begun to arrive is given up after so much silence, and all reading of it after
+/// so long: a whole screen takes eight minutes at 4800 baud. Milliseconds.
+inline constexpr int kLongestSilence = 1000;
+inline constexpr int kLongestReading = 10 * 60'000;
 
-/// The answer to the second of two queries that were sent in a row, without the answer to the first
-/// (of which `early` was read before) and without line ends in front; all of `received` where no
-/// block begins behind them.
-[[nodiscard]] std::string_view secondAnswer(std::string_view early, std::string_view received);
+/// `early` with what has arrived after a wait. Where that is the beginning of a block, the rest is
+/// read on for: a slow line needs longer than the waits, which are made for a fast one. So it does
+/// for the last of as many `blocks` as are due.
+[[nodiscard]] std::string answerAfter(link::Waits& waits, io::SerialPort& port, double milliseconds,
+                                      std::string early = {}, int blocks = 1);
 
 /// Without the line ends in front: what an answer before left behind.
 [[nodiscard]] std::string_view withoutLineEnds(std::string_view answer);

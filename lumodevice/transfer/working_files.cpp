@@ -50,8 +50,8 @@ void WorkingFiles::replace(std::string_view path, std::span<const std::uint8_t> 
   }
 }
 
-void WorkingFiles::read(std::string_view path, std::span<std::uint8_t> data) {
-  open(path).get(data);
+std::size_t WorkingFiles::read(std::string_view path, std::span<std::uint8_t> data) {
+  return open(path).get(data);
 }
 
 }  // namespace lumodevice::transfer

@@ -62,8 +62,8 @@ class WorkingFiles {
   void replace(std::string_view path, std::span<const std::uint8_t> data);
 
   /// The first bytes of a file, as many as there are in `data`; what the file has not is zero.
-  /// Throws DriveFault.
-  void read(std::string_view path, std::span<std::uint8_t> data);
+  /// Returns how many it had. Throws DriveFault.
+  std::size_t read(std::string_view path, std::span<std::uint8_t> data);
 
  private:
   io::Drive& drive_;

@@ -107,7 +107,7 @@ TEST_F(CaptureButtons, TheHourAndItsKinHaveTwoDigits) {
                   .wallClock = clock,
                   .informationBox = bench.informationBox};
   openVisaCom();
-  ScreenCapture capture(host, form, parts.waits, parts.links, parts.files);
+  ScreenCapture capture(host, form, parts.waits, parts.links, parts.turns, parts.files);
   capture.GetBitmap();
   EXPECT_TRUE(parts.bench.drive.fileExists("c:\\temp\\ZAN010203.bmp"));
 }

@@ -35,7 +35,7 @@ bool isCall(std::string_view line) {
 
 }  // namespace
 
-CaptureParts::CaptureParts() {
+CaptureParts::CaptureParts(Exchanges exchanges) : LinkParts(exchanges) {
   form.surface().attach(*this);
   bench.journal();
 }

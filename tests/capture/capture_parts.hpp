@@ -16,7 +16,7 @@ namespace lumodevice::capture {
 /// tells what becomes of Picture1 and Image1: "Image1 shows 320 x 240", "Picture1 visible",
 /// "Picture1 in front".
 struct CaptureParts : link::LinkParts, private toolkit::View {
-  CaptureParts();
+  explicit CaptureParts(Exchanges exchanges = Exchanges::Interleaved);
   ~CaptureParts() override;
   CaptureParts(const CaptureParts&) = delete;
   CaptureParts& operator=(const CaptureParts&) = delete;
@@ -30,8 +30,8 @@ struct CaptureParts : link::LinkParts, private toolkit::View {
   std::string journal();
 
   transfer::WorkingFiles files{bench.drive};
-  files::MemoryFiles memoryFiles{form, waits, links, files};
-  ScreenCapture capture{host, form, waits, links, files};
+  files::MemoryFiles memoryFiles{form, waits, links, turns, files};
+  ScreenCapture capture{host, form, waits, links, turns, files};
 
  private:
   void changed(const toolkit::Control& control, toolkit::Property property, int item) override;

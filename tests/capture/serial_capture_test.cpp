@@ -107,8 +107,10 @@ TEST_F(SerialCapture, AShorterDumpLeavesTheTailOfTheFile) {
 TEST_F(SerialCapture, AColourBitmapIsTheDataOfItsBlock) {
   instrument.on(":DISP:COL?", block("BM#\n\r data"));
   EXPECT_TRUE(parts.capture.CaptureScreenSerial(kBitmap, ScreenCapture::kColourBitmap));
-  EXPECT_EQ(parts.journal(), support::lines({"COM3 write :DISP:COL?\\n", "pass", "sleep 1500",
-                                             "open c:\\temp\\Screen.bmp.new", "put 10 bytes", "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp"}));
+  EXPECT_EQ(parts.journal(),
+            support::lines({"COM3 write :DISP:COL?\\n", "pass", "sleep 1500",
+                            "open c:\\temp\\Screen.bmp.new", "put 10 bytes",
+                            "rename c:\\temp\\Screen.bmp.new to c:\\temp\\Screen.bmp"}));
   EXPECT_EQ(parts.file("Screen.bmp"), "BM#\n\r data");
   EXPECT_FALSE(parts.binary());
 }

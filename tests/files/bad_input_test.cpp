@@ -37,12 +37,20 @@ TEST_P(BadSerialAnswer, asASecondAnswerMakesNoFile) {
   EXPECT_TRUE(binary());
 }
 
-/// The preset is kept as it came, whatever came.
-TEST_P(BadSerialAnswer, isKeptAsAPreset) {
-  useSerial();
-  bench.instrument.on(":MEM:FILE:PRES?", {support::silence(), support::answer(GetParam())});
-  EXPECT_TRUE(memory.GetPresetForHost());
-  EXPECT_EQ(exists(kPresetFile) ? content(kPresetFile) : "", GetParam());
+TEST_P(BadSerialAnswer, makesNoPresetUnlessABlockIsInIt) {
+  for (const Exchanges exchanges : {Exchanges::Interleaved, Exchanges::InTurn}) {
+    FileParts parts(exchanges);
+    const bool inTurn = exchanges == Exchanges::InTurn;
+    parts.useSerial();
+    parts.put(kPresetFile, "the old preset");
+    const std::string answer = GetParam();
+    parts.bench.instrument.on(":MEM:FILE:PRES?",
+                              {support::answer(inTurn ? answer : ""), support::answer(answer)});
+    const bool holdsOne = answer == "x#15hello\n";
+    EXPECT_EQ(parts.memory.GetPresetForHost(), !inTurn && (answer.empty() || holdsOne));
+    EXPECT_EQ(parts.content(kPresetFile),
+              holdsOne && !inTurn ? "#15hello\nreset" : "the old preset");
+  }
 }
 
 TEST(BadSerialAnswers, cutAtEveryByteMakeNoFile) {

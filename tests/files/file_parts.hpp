@@ -20,7 +20,7 @@ inline constexpr const char* kUsb = "USB0::0x5A41::0x0200::A1::INSTR";
 /// The memory files on a link of their own, with its input mode and its session at hand. The folder
 /// "C:\temp" is there.
 struct FileParts : link::LinkParts {
-  FileParts() {
+  explicit FileParts(Exchanges exchanges = Exchanges::Interleaved) : LinkParts(exchanges) {
     bench.drive.createFolder("C:\\temp");
     bench.journal();
   }
@@ -35,7 +35,7 @@ struct FileParts : link::LinkParts {
   }
 
   transfer::WorkingFiles workingFiles{bench.drive};
-  MemoryFiles memory{form, waits, links, workingFiles};
+  MemoryFiles memory{form, waits, links, turns, workingFiles};
 };
 
 inline constexpr const char* kSequenceFile = "c:\\temp\\ZANSeq.a";

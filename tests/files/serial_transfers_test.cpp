@@ -208,12 +208,34 @@ TEST_F(SerialTransfer, sendsAPresetWithoutItsHeaderAndWithoutAnEventPass) {
   EXPECT_FALSE(binary());
 }
 
-TEST_F(SerialTransfer, sendsAPresetThatWasSavedOverVisaShiftedAsTheFilesAreNotConverted) {
-  put(kPresetFile, pattern(892));
-  memory.SetPreset();
-  EXPECT_EQ(bench.journal({"COM3 write"}),
-            lines({"COM3 write :MEM:FILE:PRES #3892",
-                   "COM3 write " + escaped(pattern(892).substr(5) + std::string(5, '\0'))}));
+TEST_F(SerialTransfer, sendsNothingButAPresetOfItsOwnLayout) {
+  put(kMarkerFile, "");
+  const std::string raw = blockOf(pattern(892));
+  for (const std::string& file : {std::string(), std::string("preset"), pattern(892), pattern(898),
+                                  '5' + raw, raw.substr(0, 896), blockOf(pattern(891)),
+                                  std::string("#3892"), "\n" + raw, "5\n" + raw + raw}) {
+    put(kPresetFile, file);
+    EXPECT_FALSE(memory.SetPresetForHost()) << file.size();
+    memory.SetPreset();
+    EXPECT_EQ(bench.journal({"COM3", "box", "sleep"}), "") << file.size();
+  }
+  for (const std::string& file : {raw, raw.substr(0, 897), raw + "tail"}) {
+    put(kPresetFile, file);
+    EXPECT_TRUE(memory.SetPresetForHost());
+    EXPECT_EQ(bench.journal({"COM3 write"}),
+              lines({"COM3 write :MEM:FILE:PRES #3892", "COM3 write " + escaped(pattern(892))}));
+  }
+}
+
+TEST_F(SerialTransfer, ofThePresetKeepsNothingButOneBlock) {
+  const std::string raw = blockOf(pattern(892));
+  bench.instrument.on(":MEM:FILE:PRES?", {answer("1.2345\n" + raw, milliseconds(200)),
+                                          answer(raw, milliseconds(400))});
+  EXPECT_TRUE(memory.GetPresetForHost());
+  EXPECT_EQ(content(kPresetFile), raw);
+  bench.instrument.on(":MEM:FILE:PRES?", {silence(), answer("1.2345\n" + raw + "0.5\n")});
+  EXPECT_TRUE(memory.GetPresetForHost());
+  EXPECT_EQ(content(kPresetFile), raw);
 }
 
 TEST_F(SerialTransfer, leavesTheInputModeOfTheUploadAlone) {
@@ -251,7 +273,7 @@ TEST_P(SerialOperation, endsSilentlyAtTheFirstStepThatFails) {
     parts.bench.instrument.on(":SYST:SET?", "#15hello\n");
     parts.bench.instrument.on(":MEM:FILE:PRES?", "#15hello\n");
     parts.put(kUploadFile, "upload");
-    parts.put(kPresetFile, "preset");
+    parts.put(kPresetFile, blockOf(pattern(892)));
     parts.bench.journal();
   };
   prepare(*this);

@@ -136,12 +136,20 @@ TEST_P(VisaTransfer, sendsThePresetWithTheEndsOfReadingSwitched) {
                       {"EndIn 2", true}}));
 }
 
-TEST_P(VisaTransfer, sendsAPresetThatWasSavedOverSerialWithItsHeaderAsTheFilesAreNotConverted) {
+TEST_P(VisaTransfer, sendsNothingButAPresetOfItsOwnLayout) {
+  put(kMarkerFile, "");
   const std::string raw = blockOf(pattern(892));
-  put(kPresetFile, raw);
-  memory.SetPreset();
+  for (const std::string& file :
+       {std::string(), std::string("preset"), pattern(891), raw, raw.substr(0, 897)}) {
+    put(kPresetFile, file);
+    EXPECT_FALSE(memory.SetPresetForHost()) << file.size();
+    memory.SetPreset();
+    EXPECT_EQ(bench.journal({"Write", "EndIn", "box"}), "") << file.size();
+  }
+  put(kPresetFile, pattern(892) + "tail of a longer one");
+  EXPECT_TRUE(memory.SetPresetForHost());
   EXPECT_EQ(bench.journal({"WriteIEEEBlock"}),
-            lines({"WriteIEEEBlock :MEM:FILE:PRES [" + escaped(raw.substr(0, 892)) + "] END"}));
+            lines({"WriteIEEEBlock :MEM:FILE:PRES [" + escaped(pattern(892)) + "] END"}));
 }
 
 TEST_P(VisaTransfer, withoutTheMarkerSendsNoPresetForTheHost) {
@@ -174,7 +182,7 @@ TEST_P(VisaTransfer, endsSilentlyAtTheCallThatFails) {
     parts.bench.instrument.on(":MEM:FILE:PRES?", "hello");
     parts.put(kSequenceFile, "old sequence");
     parts.put(kUploadFile, "upload");
-    parts.put(kPresetFile, "old preset");
+    parts.put(kPresetFile, pattern(892));
     parts.put(kMarkerFile, "");
     parts.bench.journal();
   };

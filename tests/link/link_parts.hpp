@@ -16,7 +16,8 @@ namespace lumodevice::link {
 /// The link's own operations on a form of their own, for what cannot be seen on a whole component:
 /// nothing reads the panel back, and all members are at hand.
 struct LinkParts {
-  LinkParts() {
+  explicit LinkParts(Exchanges exchanges = Exchanges::Interleaved)
+      : bench(support::Bench::Setup{.exchanges = exchanges}) {
     bench.stopReceivePoll();
     form.Timer2.setEnabled(false);
   }

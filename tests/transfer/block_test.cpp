@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <string>
+#include <utility>
 
 #include "lumodevice/text/text.hpp"
 #include "tests/transfer/blocks.hpp"
@@ -120,6 +122,47 @@ TEST(BlockAssembler, givesUpOnWhatNeverBeginsABlock) {
     }
     EXPECT_EQ(block.add("#0xx"), Assembly::Broken);
     EXPECT_EQ(block.add("#15hello"), Assembly::Broken) << "for good";
+  }
+}
+
+TEST(BlockAssembler, keepsTheLineEndThatFollowsAndNothingElse) {
+  for (const auto& [behind, end] :
+       {std::pair("\n", "\n"), std::pair("\r\n", "\r\n"), std::pair("\r", "\r"),
+        std::pair("\n\n", "\n"), std::pair("x\n", ""), std::pair("", "")}) {
+    BlockAssembler together;
+    together.add(std::string("#15hello") + behind);
+    ASSERT_TRUE(together.block());
+    EXPECT_EQ(together.block()->bytes, std::string("#15hello") + end);
+    EXPECT_EQ(together.block()->data, "hello");
+    BlockAssembler apart;
+    EXPECT_EQ(apart.add("#15hello"), Assembly::Complete);
+    EXPECT_FALSE(apart.block()->hasLineEnd());
+    apart.add(behind);
+    EXPECT_EQ(apart.block()->bytes, together.block()->bytes);
+  }
+}
+
+TEST(BlocksIn, findsTheLastCompleteOneWhateverStandsAroundIt) {
+  for (const auto& [bytes, last] :
+       {std::pair("", ""), std::pair("1.5\n", ""), std::pair("#15hell", ""), std::pair("#10\n", ""),
+        std::pair("#15hello", "#15hello"), std::pair("1.5\n#15hello\n", "#15hello\n"),
+        std::pair("#15hello\n#15world\n", "#15world\n"),
+        std::pair("#15hello\n\n#15world", "#15world"),
+        std::pair("#15hello#0,2\n#15worl", "#15hello"),
+        std::pair("1.5\n#15hello\n2.5\n", "#15hello\n")}) {
+    const auto block = blocksIn(bytes).last;
+    EXPECT_EQ(block ? block->bytes : "", last) << bytes;
+  }
+}
+
+TEST(BlocksIn, countsTheCompleteOnesAndSeesOneThatHasBegun) {
+  EXPECT_EQ(blocksIn("1.5\n#15hello\n#15world").complete, 2);
+  EXPECT_FALSE(blocksIn("1.5\n#15hello\n#15world").unfinished);
+  for (const char* begun : {"#", "#1", "#15hell", "1.5\n#3", "#15hello\n#", "#15hello\n#15"}) {
+    EXPECT_TRUE(blocksIn(begun).unfinished) << begun;
+  }
+  for (const char* none : {"", "\r\n", "1.5\n", "#0", "#10", "#x#15hello\n"}) {
+    EXPECT_FALSE(blocksIn(none).unfinished) << none;
   }
 }
 

@@ -114,11 +114,14 @@ TEST_F(Transfers, aFileOfTheWrongSizeIsSentOnlyWhenForced) {
             "zanctl: cannot send " + file("raw") +
                 ": 898 bytes are no preset, which has 892 over VISA COM (a file saved over another "
                 "kind of link has 898); --force sends it all the same\n");
-  EXPECT_EQ(simulate({"files", "send", "preset", file("raw"), "--force"}).status, kDone);
+  put(file("long"), std::string(900, 'x'));
+  EXPECT_EQ(simulate({"files", "send", "preset", file("long"), "--force"}).status, kDone);
   EXPECT_EQ(
-      simulate({"files", "--force", "send", "--link", "visacom", "preset", file("raw")}).status,
+      simulate({"files", "--force", "send", "--link", "visacom", "preset", file("long")}).status,
       kDone)
       << "options may stand between the words";
+  EXPECT_EQ(simulate({"files", "send", "preset", file("raw"), "--force"}).status, kFailed)
+      << "the instrument would take the header for data";
   put(file("short"), "x");
   EXPECT_EQ(simulate({"files", "send", "system", file("short")}).errors,
             "zanctl: cannot send " + file("short") +
