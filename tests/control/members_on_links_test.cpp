@@ -164,7 +164,9 @@ TEST_P(MembersOnEveryLink, GetPresetFileKeepsItsFixedName) {
 }
 
 TEST_P(MembersOnEveryLink, SetPresetFileNeedsTheMarkerAndSendsThePreset) {
-  bench.drive.content(kPreset) = MemoryDrive::Bytes(898, 7);
+  const bool serial = bench.zan().ConnStyle() == LinkKind::Serial;
+  const std::string preset = (serial ? "#3892" : "") + std::string(892, 'p') + (serial ? "\n" : "");
+  bench.drive.content(kPreset).assign(preset.begin(), preset.end());
   EXPECT_FALSE(bench.zan().SetPresetFile());
   EXPECT_TRUE(bench.drive.folderExists("C:\\temp"));
   bench.drive.content(kMarker).clear();
