@@ -224,6 +224,9 @@ void Exchange::commandChanged() {
   const std::string command = form_.TXT.text();
   form_.Text2.setText(command);
   if (!state_.connected() || command.empty()) {
+    if (turns_.inTurn()) {
+      form_.txtReturn.setText("");  // the answer of an earlier query is none to this one
+    }
     return;
   }
   bool answered = false;

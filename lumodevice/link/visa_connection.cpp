@@ -182,17 +182,18 @@ std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string
   if (descriptor == library_.descriptor()) {
     library_.set(kProbeAttributes);
     std::string identity = library_.ask(kIdentityQuery, kIdentitySize);
-    library_.set(kLinkAttributes);
-    library_.set(kSendEnd);
-    return identity;
+    if (library_.status() >= 0 || library_.status() == io::VI_ERROR_TMO) {
+      library_.set(kLinkAttributes);
+      library_.set(kSendEnd);
+      return identity;
+    }
+    leaveLostLink();
   }
   if (descriptor == com_.descriptor()) {
-    std::string identity;
-    attempt([&] {
-      com_.device().WriteString(kIdentityQuery, true);
-      identity = com_.device().ReadString();
-    });
-    return identity;
+    if (auto identity = identityOverCom()) {
+      return *identity;
+    }
+    leaveLostLink();
   }
   if (!found.open(descriptor)) {
     return {};
@@ -204,6 +205,24 @@ std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string
   }
   found.closeSession();
   return identity;
+}
+
+/// "" when the instrument did not answer in time; nothing when the session is lost.
+std::optional<std::string> VisaConnection::identityOverCom() {
+  try {
+    com_.device().WriteString(kIdentityQuery, true);
+    return com_.device().ReadString();
+  } catch (const io::VisaComFault& fault) {
+    return fault.number() == static_cast<int>(io::E_VISA_TMO) ? std::optional<std::string>("")
+                                                              : std::nullopt;
+  }
+}
+
+/// A session that does not live any more would stand in the way of the one that takes its place.
+void VisaConnection::leaveLostLink() {
+  library_.closeWhatIsOpen();
+  com_.close();
+  state_.down();
 }
 
 /// The tag is padded to its buffer's size; a descriptor ends where its text does.

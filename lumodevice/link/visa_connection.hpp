@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,8 @@ class VisaConnection {
   void probeCandidate(VisaLibraryLink& found, const std::string& descriptor,
                       std::size_t descriptorSize);
   [[nodiscard]] std::string identityOf(VisaLibraryLink& found, const std::string& descriptor);
+  [[nodiscard]] std::optional<std::string> identityOverCom();
+  void leaveLostLink();
   [[nodiscard]] bool open(const Search& search);
   [[nodiscard]] std::string foundDescriptor() const;
   void openThroughLibrary(VisaLibraryLink& found);

@@ -94,6 +94,12 @@ TEST_P(InTurn, aCommandInsideAnotherOnesWaitIsSentToo) {
   EXPECT_EQ(bench.sent(), ":A?\n:C 1\n");
 }
 
+TEST_P(InTurn, withoutALinkThereIsNoAnswer) {
+  EXPECT_EQ(bench.ask(":A?"), "one");
+  bench.click(GetParam() == Over::Serial ? "optVISA" : "optConnRS232");
+  EXPECT_EQ(bench.ask(":B?"), "");
+}
+
 TEST_P(InTurn, aCommandIsNotOvertakenByOneThatIsBegunWhileItWaits) {
   bench.ask(":C 0");
   int passes = 0;

@@ -117,6 +117,15 @@ TEST_F(VisaOpen, aSecondConnectAsksItsOwnInstrumentOverTheOpenSessionAndClosesTh
   EXPECT_EQ(bench.journal({"viWrite"}), lines({"viWrite 7 :CHAN 1\\n"}));
 }
 
+TEST_F(VisaOpen, aSessionThatIsLostDoesNotStandInTheWayOfANewOne) {
+  bench.click("cmdAutoConnVISA");
+  bench.script.fail("viWrite 4", io::VI_ERROR_CONN_LOST);
+  bench.script.fail("viRead 4", io::VI_ERROR_CONN_LOST);
+  EXPECT_TRUE(bench.zan().AutoConnect());
+  EXPECT_TRUE(bench.zan().isConnected());
+  EXPECT_EQ(bench.visa.openHandles().find(" 4 "), std::string::npos);
+}
+
 TEST_F(VisaOpen, aSearchThatFindsNothingLeavesTheWorkingLink) {
   bench.click("cmdAutoConnVISA");
   bench.journal();
