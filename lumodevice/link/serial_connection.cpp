@@ -1,5 +1,8 @@
 #include "lumodevice/link/serial_connection.hpp"
 
+#include <string>
+#include <utility>
+
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 
@@ -156,17 +159,26 @@ std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex, std::ui
 /// answer to the first one may then still be on its way.
 std::string SerialConnection::identityInTurn(std::uint64_t connect) {
   const auto ask = [this] { return turns_.run(serial_, "*IDN?\r", kIdentityWait); };
-  turns_.forgetLateAnswer();
+  noteLine();
   std::optional<std::string> identity = ask();
   if (!identity && state_.isLatest(connect)) {
-    const auto late = turns_.forgetLateAnswer();
+    const bool firstIsDue = turns_.forgetLateAnswer().has_value();
     waits_.sleep(kRepeatWait);
     identity = ask();
-    if (identity) {
-      turns_.expectLateAnswer(late);
+    if (identity && firstIsDue) {
+      turns_.giveUp(serial_);  // one of the two answers is still to come
     }
   }
   return identity ? *identity + '\n' : std::string();
+}
+
+/// What was asked on another port, or at another baud rate, is not answered here.
+void SerialConnection::noteLine() {
+  std::string line = std::to_string(serial_.MSComm1.CommPort()) + ' ' + serial_.MSComm1.Settings();
+  if (line != line_) {
+    turns_.forgetLateAnswer();
+    line_ = std::move(line);
+  }
 }
 
 std::string SerialConnection::SerialQueryIdentity() {
@@ -215,6 +227,7 @@ void SerialConnection::openChosenPort() {
 
 void SerialConnection::askIdentity() {
   if (turns_.inTurn()) {
+    noteLine();
     form_.txtReturn.setText(turns_.run(serial_, "*IDN?\n", kIdentityWait).value_or(""));
     return;
   }

@@ -42,6 +42,7 @@ class SerialConnection {
   void ScanSerialPorts(std::uint64_t connect);
   void FindSerialInstrument(std::uint64_t connect);
   [[nodiscard]] std::string tryPort(std::int16_t entry, int baudIndex, std::uint64_t connect);
+  void noteLine();
   [[nodiscard]] std::string identityInTurn(std::uint64_t connect);
   [[nodiscard]] std::string SerialQueryIdentity();
   /// The port before a manual connect.
@@ -67,6 +68,8 @@ class SerialConnection {
   std::array<std::int16_t, kPorts + 1> ports_{};
   std::int16_t portCount_ = 0;
   bool found_ = false;
+  /// Port and settings that were asked last, in turn.
+  std::string line_;
   /// Outcome of the last connect; a manual one that gets no answer leaves it as it was.
   bool connected_ = false;
 };

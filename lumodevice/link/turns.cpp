@@ -160,6 +160,11 @@ void Turns::poll(Outstanding& query) {
   }
   query.answered = reading == Reading::Complete;
   query.done = reading != Reading::Waiting || now() >= query.deadline;
+  const bool lineStays = !query.transport.manner().messagesHaveEnds;
+  if (query.linkChanges != state_.changes() && lineStays) {
+    // Whoever opens the line again would get this answer.
+    outOfStep_ = {&query.transport, query.sent + kLongestLateness};
+  }
   if (query.done && reading == Reading::Waiting) {
     const bool begun = query.shared && query.answer.size() > 0;
     const Duration until = (begun ? lastByte_ : query.sent) + kLongestLateness;

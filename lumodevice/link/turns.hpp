@@ -86,7 +86,6 @@ class Turns {
   /// The line is in step whatever may still come, for one who can tell the answers apart; returns
   /// what was forgotten.
   std::optional<OutOfStep> forgetLateAnswer() { return std::exchange(outOfStep_, std::nullopt); }
-  void expectLateAnswer(const std::optional<OutOfStep>& late) { outOfStep_ = late; }
 
  private:
   /// A query whose answer has not been read to its end.
