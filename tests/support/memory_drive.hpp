@@ -13,8 +13,8 @@
 namespace lumodevice::support {
 
 /// Drive C: in memory. The journal shows what changes it ("createFolder C:\temp", "remove ...",
-/// "rename ... to ...", "open ...", "put COUNT bytes"); a call that fails throws DriveFault with the code given to the
-/// script. Must outlive its files.
+/// "rename ... to ...", "open ...", "put COUNT bytes"); a call that fails throws DriveFault with
+/// the code given to the script. Must outlive its files.
 class MemoryDrive : public io::Drive {
  public:
   using Bytes = std::vector<std::uint8_t>;
