@@ -13,6 +13,8 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr Milliseconds kShortestSlice{1};
 constexpr Milliseconds kLongestSlice{10};
+/// What a read counts whose wait the loop's clock does not show.
+constexpr Milliseconds kUnseenWait{100};
 /// Of a line that never falls silent.
 constexpr Milliseconds kLongestDropping{1000};
 
@@ -149,9 +151,11 @@ void Turns::await(Outstanding& query) {
 void Turns::poll(Outstanding& query) {
   Reading reading = Reading::Failed;
   const std::size_t before = query.answer.size();
+  const Duration start = now();
   if (query.linkChanges == state_.changes()) {
     attempt([&] { reading = query.answer.readOn(); });
   }
+  query.deadline -= unseenWait(query.transport, start);
   if (query.answer.size() > before) {
     lastByte_ = now();
     if (query.shared) {
@@ -171,6 +175,13 @@ void Turns::poll(Outstanding& query) {
     outOfStep_ = {&query.transport, until, query.shared,
                   query.shared ? now() + (query.end - query.sent) : until};
   }
+}
+
+/// A read that waits in a time of its own, while the loop's clock stands (a VISA library beside a
+/// clock that jumps), counts all the same, or it would be repeated for minutes.
+Turns::Duration Turns::unseenWait(const Transport& transport, Duration begun) const {
+  const bool unseen = transport.manner().reads > 0 && now() == begun;
+  return unseen ? asDuration(kUnseenWait) : Duration(0);
 }
 
 /// Reads the answer that another exchange waits for to its end, on its behalf.
@@ -202,7 +213,9 @@ void Turns::comeIntoStep(Transport& transport) {
     Answer& late = out.rest ? *out.rest : line;
     const std::size_t before = late.size();
     Reading reading = Reading::Failed;
+    const Duration begun = now();
     attempt([&] { reading = late.readOn(); });
+    out.until -= unseenWait(transport, begun);
     if (out.rest && late.size() > before) {
       out.until = std::min(now() + kLongestLateness, out.end);
     }

@@ -105,6 +105,7 @@ class Turns {
 
   [[nodiscard]] Duration now() const { return host_.loop.now(); }
   [[nodiscard]] bool write(Transport& transport, const std::string& line);
+  [[nodiscard]] Duration unseenWait(const Transport& transport, Duration begun) const;
   void poll(Outstanding& query);
   void await(Outstanding& query);
   void waitOutDistance();

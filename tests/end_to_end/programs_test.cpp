@@ -104,9 +104,9 @@ constexpr const char* kSerialScript =
 
 TEST_F(Programs, aSerialSearchWithItsTrace) {
   const Simulator simulator({"--pty", path("zan")});
-  const Outcome ran =
-      zanctl({"--link", "serial", "--port", "COM3=" + path("zan"), "--trace", path("trace"), "run"},
-             kSerialScript);
+  const Outcome ran = zanctl({"--interleaved", "--link", "serial", "--port", "COM3=" + path("zan"),
+                              "--trace", path("trace"), "run"},
+                             kSerialScript);
   EXPECT_EQ(ran.status, 0);
   EXPECT_EQ(ran.errors, "");
   EXPECT_EQ(ran.output, "True\n38400\nCH1-2021L\n1\n");
