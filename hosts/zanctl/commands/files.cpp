@@ -14,7 +14,6 @@
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/output/table.hpp"
-#include "hosts/zanctl/station/interruption.hpp"
 #include "hosts/zanctl/station/station.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/text/text.hpp"
@@ -161,7 +160,6 @@ ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  const Interruption interruption;
   PutAside before(place);
   {
     const Activity activity(station.progress(), "reading the " + std::string(kind.title));
@@ -276,7 +274,6 @@ ExitStatus send(Station& station, const Options& options, const Kind& kind) {
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  const Interruption interruption;
   std::optional<PutAside> before;
   if (options.file) {
     before.emplace(place);

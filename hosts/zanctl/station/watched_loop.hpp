@@ -5,12 +5,11 @@
 #include <functional>
 #include <utility>
 
-#include "hosts/zanctl/station/interruption.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
 
 namespace zanctl {
 
-/// Real time, in which somebody may look on while a wait passes, or interrupt it.
+/// Real time, in which somebody may look on while a wait passes.
 class WatchedLoop : public lumodevice::toolkit::RealTimeLoop {
  public:
   explicit WatchedLoop(std::function<void()> onStep) : onStep_(std::move(onStep)) {}
@@ -21,7 +20,6 @@ class WatchedLoop : public lumodevice::toolkit::RealTimeLoop {
     const Duration end = now() + span;
     for (Duration left = span; left > Duration(0); left = end - now()) {
       RealTimeLoop::wait(std::min<Duration>(left, kStep));
-      Interruption::check();
       onStep_();
     }
   }
