@@ -28,6 +28,16 @@ std::vector<std::string> numberedEntries(const std::filesystem::path& folder,
   return names;
 }
 
+std::string cleanedText(std::string text, std::string_view forbidden) {
+  // A VISA descriptor made of such texts must stay well below VI_FIND_BUFLEN.
+  constexpr std::size_t kLongestText = 100;
+  text.resize(std::min(text.size(), kLongestText));
+  for (char& c : text) {
+    if (c < ' ' || c > '~' || forbidden.find(c) != std::string_view::npos) c = '_';
+  }
+  return text;
+}
+
 std::string firstLine(const std::filesystem::path& file) {
   std::ifstream stream(file);
   std::string line;

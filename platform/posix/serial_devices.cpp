@@ -3,14 +3,13 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <grp.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <system_error>
 #include <termios.h>
 
+#include "platform/device_list.hpp"
 #include "platform/posix/deadline.hpp"
 #include "platform/posix/file_descriptor.hpp"
 #include "platform/posix/serial_settings.hpp"
@@ -85,21 +84,12 @@ class TermiosLine : public io::SerialLine {
   std::uint32_t writeTimeout_;
 };
 
-/// Names the group that owns the device, because joining it is what usually helps.
-std::string permissionAdvice(const std::string& path) {
-  struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) return {};
-  const ::group* owner = ::getgrgid(info.st_gid);
-  if (owner == nullptr || info.st_gid == 0) return {};
-  return "; add yourself to the " + std::string(owner->gr_name) + " group";
-}
-
 [[noreturn]] void failOpen(const std::string& path, int error) {
   if (error == EBUSY) {
     throw io::SerialFault(io::kSerialAlreadyOpen, path + " is in use by another program");
   }
   std::string what = "cannot open " + path + ": " + std::generic_category().message(error);
-  if (error == EACCES) what += permissionAdvice(path);
+  if (error == EACCES) what += "; " + platform::permissionAdvice(path);
   throw io::SerialFault(io::kSerialUnavailable, what);
 }
 

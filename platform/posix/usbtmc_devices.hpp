@@ -12,6 +12,7 @@ struct UsbtmcDevice {
   std::filesystem::path path;
   std::string descriptor;     ///< "USB0::0xVVVV::0xPPPP::SERIAL::INSTR"
   std::string interfaceName;  ///< "USB0 (PRODUCT)"
+  std::string product = {};   ///< what it calls itself; may be ""
 };
 
 /// The devices present now, in the order of their numbers. Nothing is opened: what is needed stands

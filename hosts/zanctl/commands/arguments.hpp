@@ -23,4 +23,7 @@ void addArgument(CLI::App& parser, const std::string& name, std::string& word,
 void addArgument(CLI::App& parser, const std::string& name, std::vector<std::string>& words,
                  const std::string& help);
 
+/// Adds `--json` to a command that prints one object a line then. The flag must live as long.
+void addJson(CLI::App& parser, bool& json);
+
 }  // namespace zanctl

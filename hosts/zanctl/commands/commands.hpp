@@ -7,6 +7,7 @@
 // One row a command, in the order of the help. Each stands in the file of its name.
 #define ZANCTL_COMMANDS(ROW) \
   ROW(kRun)                  \
+  ROW(kList)                 \
   ROW(kConnect)              \
   ROW(kSend)                 \
   ROW(kReadings)             \

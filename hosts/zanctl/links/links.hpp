@@ -8,6 +8,7 @@
 #include "lumodevice/io/clock.hpp"
 #include "lumodevice/io/serial_port.hpp"
 #include "lumodevice/io/visa.hpp"
+#include "platform/device_list.hpp"
 
 namespace zanctl {
 
@@ -28,6 +29,9 @@ class Links {
 
   /// One line on why a search over that link may have found nothing, and what to try.
   [[nodiscard]] virtual std::string advice(Link link) const = 0;
+
+  /// The serial ports and the USB instruments that there are. None is opened.
+  [[nodiscard]] virtual lumodevice::platform::DeviceList devices() = 0;
 
   /// False when a script asked for something that the links cannot do; it was reported then.
   [[nodiscard]] virtual bool usedRightly() const { return true; }

@@ -33,6 +33,10 @@ class RealLinks : public Links {
     return link == Link::Serial ? witnessed_.advice() : visa_.advice();
   }
 
+  [[nodiscard]] lumodevice::platform::DeviceList devices() override {
+    return lumodevice::platform::listDevices(*devices_);
+  }
+
   [[nodiscard]] bool usedRightly() const override { return !refusing_.asked(); }
 
  private:

@@ -17,6 +17,17 @@ class SimulatedLinks : public Links {
   [[nodiscard]] std::string advice(Link) const override {
     return "the simulated instrument does not answer";
   }
+  [[nodiscard]] lumodevice::platform::DeviceList devices() override {
+    using Bench = zansim::SimulatedBench;
+    lumodevice::platform::DeviceList list;
+    list.serial.push_back({.port = Bench::kPort,
+                           .path = "simulated",
+                           .byId = "",
+                           .product = "answers at " + std::to_string(Bench::kBaud) + " baud",
+                           .resource = "",
+                           .access = {{.owner = "", .group = "", .mode = 0, .allowed = true}}});
+    return list;
+  }
 
  private:
   zansim::SimulatedBench bench_;

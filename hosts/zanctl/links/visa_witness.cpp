@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdio>
 
+#include "platform/device_list.hpp"
+
 namespace zanctl {
 
 namespace {
@@ -10,10 +12,15 @@ namespace {
 namespace platform = lumodevice::platform;
 using namespace lumodevice::io;
 
-std::string statusText(ViStatus status) {
+std::string permissionText(const std::string& resource) {
+  const std::string advice = platform::permissionAdviceForResource(resource);
+  return "no permission; " + (advice.empty() ? "a udev rule or a group has to give it" : advice);
+}
+
+std::string statusText(const std::string& resource, ViStatus status) {
   switch (status) {
     case VI_ERROR_NPERMISSION:
-      return "no permission; a udev rule or a group has to give it";
+      return permissionText(resource);
     case VI_ERROR_RSRC_LOCKED:
     case VI_ERROR_RSRC_BUSY:
       return "in use by another program";
@@ -76,7 +83,7 @@ WitnessedVisa::ViStatus WitnessedVisa::viOpen(ViSession resourceManager,
 std::string WitnessedVisa::advice() const {
   std::string text;
   for (const auto& [descriptor, status] : refused_) {
-    text += descriptor + " cannot be opened (" + statusText(status) + "); ";
+    text += descriptor + " cannot be opened (" + statusText(descriptor, status) + "); ";
   }
   const std::string other = refused_.empty() ? "" : "other ";
   if (failures().empty()) {

@@ -1,0 +1,158 @@
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "hosts/zanctl/commands/arguments.hpp"
+#include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/links/visa_resources.hpp"
+#include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/output/json_line.hpp"
+#include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/station/station.hpp"
+
+namespace zanctl {
+
+namespace {
+
+using lumodevice::platform::DeviceAccess;
+using lumodevice::platform::DeviceList;
+using lumodevice::platform::ListedDevice;
+
+/// All that there is to connect to.
+struct Listing {
+  DeviceList devices;
+  std::string visaLibrary;
+  std::vector<std::string> resources;
+};
+
+std::string portName(const ListedDevice& device) {
+  return device.port == 0 ? "" : "COM" + std::to_string(device.port);
+}
+
+std::string modeText(const DeviceAccess& access) {
+  std::array<char, 16> text{};
+  (void)std::snprintf(text.data(), text.size(), "%04o", access.mode);
+  return text.data();
+}
+
+// ---- as a table
+
+std::string accessText(const ListedDevice& device) {
+  if (!device.access) {
+    return "not there";
+  }
+  const DeviceAccess& access = *device.access;
+  return access.allowed ? "yes"
+                        : "no: " + access.owner + ":" + access.group + " " + modeText(access);
+}
+
+/// The first of them, for a line has its end.
+std::string usersText(const ListedDevice& device) {
+  constexpr std::size_t kMost = 3;
+  std::string text;
+  for (std::size_t i = 0; i < device.users.size() && i < kMost; ++i) {
+    const auto& user = device.users[i];
+    text += (text.empty() ? "" : ", ") + user.program + " (" + std::to_string(user.process) + ")";
+  }
+  const std::size_t more = device.users.size() - std::min(device.users.size(), kMost);
+  return more == 0 ? text : text + " and " + std::to_string(more) + " more";
+}
+
+void printDevices(Output& output, std::string_view title, const std::vector<ListedDevice>& devices,
+                  std::string_view firstHeading, std::string (*first)(const ListedDevice&)) {
+  output.line(std::string(title) + (devices.empty() ? ": none" : ":"));
+  std::vector<Row> rows = {
+      {std::string(firstHeading), "Device", "Usable", "In use by", "Product", "Lasting name"}};
+  for (const ListedDevice& device : devices) {
+    rows.push_back({first(device), escaped(device.path), accessText(device),
+                    escaped(usersText(device)), escaped(device.product), escaped(device.byId)});
+  }
+  if (!devices.empty()) {
+    output.write(alignedTable(rows, "  "));
+  }
+}
+
+void printTables(Output& output, const Listing& listing) {
+  printDevices(output, "Serial ports", listing.devices.serial, "Port", portName);
+  printDevices(output, "USB instruments (USBTMC)", listing.devices.usbtmc, "Resource",
+               [](const ListedDevice& device) { return escaped(device.resource); });
+  output.line("Resources of VISA (" + escaped(listing.visaLibrary) + ")" +
+              (listing.resources.empty() ? ": none" : ":"));
+  for (const std::string& resource : listing.resources) {
+    output.line("  " + escaped(resource));
+  }
+  if (!listing.devices.allUsersSeen) {
+    output.line("What programs of other users have open is seen by root alone.");
+  }
+}
+
+// ---- as lines of JSON
+
+Json deviceObject(std::string_view kind, const ListedDevice& device, bool allUsersSeen) {
+  const auto orNull = [](const std::string& text) { return text.empty() ? Json() : Json(text); };
+  Json object = {{"kind", kind},
+                 {"port", orNull(portName(device))},
+                 {"resource", orNull(device.resource)},
+                 {"device", device.path},
+                 {"by_id", orNull(device.byId)},
+                 {"product", orNull(device.product)},
+                 {"owner", nullptr},
+                 {"group", nullptr},
+                 {"mode", nullptr},
+                 {"usable", device.access && device.access->allowed}};
+  if (device.access && !device.access->owner.empty()) {
+    object["owner"] = device.access->owner;
+    object["group"] = device.access->group;
+    object["mode"] = modeText(*device.access);
+  }
+  object["users"] = Json::array();
+  for (const auto& user : device.users) {
+    object["users"].push_back({{"process", user.process}, {"program", user.program}});
+  }
+  object["all_users_seen"] = allUsersSeen;
+  return object;
+}
+
+void printObjects(Output& output, const Listing& listing) {
+  const bool allSeen = listing.devices.allUsersSeen;
+  for (const ListedDevice& device : listing.devices.serial) {
+    output.line(jsonLine(deviceObject("serial", device, allSeen)));
+  }
+  for (const ListedDevice& device : listing.devices.usbtmc) {
+    output.line(jsonLine(deviceObject("usbtmc", device, allSeen)));
+  }
+  for (const std::string& resource : listing.resources) {
+    output.line(jsonLine(
+        {{"kind", "visa"}, {"library", listing.visaLibrary}, {"resource", wireText(resource)}}));
+  }
+}
+
+ExitStatus list(Station& station, bool json) {
+  Listing listing{.devices = station.links().devices(),
+                  .visaLibrary = "",
+                  .resources = visaResources(station.links().visa())};
+  // Known now that the library was used.
+  listing.visaLibrary = station.links().origin(Link::Visa, 0);
+  (json ? printObjects : printTables)(station.output(), listing);
+  return station.output().closed() ? kOutputClosed : kDone;
+}
+
+Run prepare(CLI::App& parser) {
+  const auto json = std::make_shared<bool>(false);
+  addJson(parser, *json);
+  return [json](Station& station) { return list(station, *json); };
+}
+
+}  // namespace
+
+const Command kList = {
+    .name = "list",
+    .summary = "List serial ports, USB instruments and what VISA finds",
+    .usage = "[--json]",
+    .prepare = prepare,
+};
+
+}  // namespace zanctl
