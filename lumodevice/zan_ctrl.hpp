@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -10,12 +11,20 @@
 #include "lumodevice/host.hpp"
 #include "lumodevice/io/visa_com.hpp"
 #include "lumodevice/records.hpp"
+#include "lumodevice/toolkit/observers.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice {
 
 /// Kind of the open link.
 enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
+
+/// An answer that the auto query got, as it came but for its line end.
+struct Reading {
+  /// ":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?", ":LOAD?" or ":SYST:ERR?".
+  std::string_view query;
+  std::string_view answer;
+};
 
 /// The instrument control: operates one DC electronic load of the ZAN family over a VISA library,
 /// the VISA COM objects or a serial port. Members never throw for anything that the instrument, the
@@ -134,6 +143,12 @@ class LUMODEVICE_API ZANCtrl {
   /// does; any other one, a position outside every area and a press without a link send nothing.
   /// `button` (of the mouse) and `shift` (keys held) make no difference.
   void PressKeyAt(std::int16_t button, std::int16_t shift, float x, float y);
+
+  /// Tells of each answer of the auto query, also of one that changes no read-out: the same value
+  /// again, a load state of one character, an entry of the error queue. It is the answer to its
+  /// query and belongs to the channel that is selected; what came while anything else talked to the
+  /// instrument is left out. Told where exchanges run in turn.
+  [[nodiscard]] toolkit::Subscription observeReadings(std::function<void(const Reading&)> observer);
 
   /// All controls of the panel, for views, hands and tests. What brings the panel into view raises
   /// the `show` event of its form (toolkit::Form, named "ZANCtrl").

@@ -339,6 +339,13 @@ void ZANCtrl::PressKeyAt(std::int16_t button, std::int16_t shift, float x, float
   run([&](Component& component) { component.frontPanelKeys.PressKeyAt(button, shift, x, y); });
 }
 
+toolkit::Subscription ZANCtrl::observeReadings(std::function<void(const Reading&)> observer) {
+  return component_->autoQuery.readings.observe(
+      [told = std::move(observer)](const monitor::RotationEntry& entry, const std::string& answer) {
+        told({.query = entry.query, .answer = answer});
+      });
+}
+
 toolkit::Surface& ZANCtrl::surface() {
   return component_->form.surface();
 }

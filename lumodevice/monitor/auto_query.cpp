@@ -42,7 +42,14 @@ void AutoQuery::tick() {
     return;  // the rotation goes on when the line is free
   } else if (const auto answer = exchange_.takeReading(entry.query)) {
     attempt([&] { showReading(form_, entry, *answer); });
+    goOn();
+    readings.tell(entry, *answer);
+    return;
   }
+  goOn();
+}
+
+void AutoQuery::goOn() {
   rotation_ = static_cast<std::int16_t>((rotation_ + 1) % kRotationLimit);
 }
 

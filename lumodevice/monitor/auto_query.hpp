@@ -1,9 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link_state.hpp"
+#include "lumodevice/monitor/rotation.hpp"
+#include "lumodevice/toolkit/observers.hpp"
 
 namespace lumodevice::monitor {
 
@@ -14,9 +17,13 @@ class AutoQuery {
   /// Takes over chkAutoQuery and Timer1.
   AutoQuery(form::Controls& form, link::LinkState& state, link::Exchange& exchange);
 
+  /// Told in turn of each answer, after the read-out shows it.
+  toolkit::Observers<const RotationEntry&, const std::string&> readings;
+
  private:
   void switched();
   void tick();
+  void goOn();
 
   form::Controls& form_;
   link::LinkState& state_;

@@ -1,7 +1,9 @@
 #include <chrono>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "lumodevice/toolkit/timer.hpp"
 #include "tests/support/panel_bench.hpp"
@@ -338,6 +340,59 @@ TEST_F(AutoQuery, takesTheConsoleFromAnExchangeThatItsTickFallsInto) {
   bench.loop.idle(kPeriod);
   bench.set(0, "1.5");
   EXPECT_EQ(bench.sent(), ":FETC:VOLT?\n:FETC:VOLT?\n");
+}
+
+/// A host that wants every answer, in turn.
+class Readings : public testing::Test {
+ protected:
+  void start(Over link) {
+    bench.emplace(PanelBench::Setup{.exchanges = Exchanges::InTurn});
+    bench->instrument.on(":FETC:VOLT?", "12.345\n");
+    bench->instrument.on(":LOAD?", "1\n");
+    bench->instrument.on(":SYST:ERR?", "-113,\"Undefined header\"\n");
+    told.clear();
+    watching = bench->zan().observeReadings([this](const Reading& reading) {
+      told += std::string(reading.query).append(" ").append(reading.answer).append("\n");
+    });
+    bench->connect(link);
+    bench->click("chkAutoQuery");
+  }
+
+  std::optional<PanelBench> bench;
+  std::string told;
+  toolkit::Subscription watching;
+};
+
+TEST_F(Readings, areToldOfEachAnswerAlsoOfOneThatChangesNothing) {
+  for (const Over link : kLinks) {
+    start(link);
+    bench->run(2000ms);
+    const std::string rotation =
+        ":FETC:VOLT? 12.345\n:FETC:CURR? 0.5\n:FETC:POW? 0.5\n:LOAD? 1\n"
+        ":SYST:ERR? -113,\"Undefined header\"\n";
+    EXPECT_EQ(told, rotation + rotation) << linkName(link);
+  }
+}
+
+TEST_F(Readings, areNotToldOfWhatAnotherChannelWasChosenUnder) {
+  start(Over::Serial);
+  bench->instrument.on(":FETC:VOLT?", support::answer("12.345\n", 50ms));
+  const auto amidst = bench->loop.now() + kPeriod + 20ms;
+  const auto passes = bench->loop.observePasses([this, amidst, done = false]() mutable {
+    if (bench->loop.now() >= amidst && !std::exchange(done, true)) {
+      bench->select("cmbChannel", 0);
+    }
+  });
+  bench->run(210ms);
+  EXPECT_EQ(bench->text("cmbChannel"), "CH1-ZAN2040");
+  EXPECT_EQ(told, "");
+}
+
+TEST_F(Readings, endWithTheirSubscription) {
+  start(Over::VisaLibrary);
+  watching.end();
+  bench->run(1000ms);
+  EXPECT_EQ(told, "");
 }
 
 }  // namespace
