@@ -129,13 +129,19 @@ bool VisaConnection::open(const Search& search) {
   library_.closeWhatIsOpen();
   // An answer left over from earlier must not pass for the one that this connect waits for.
   form_.txtReturn.setText("");
-  if (form_.optVisa2.value()) {
+  const bool overCom = form_.optVisa2.value();
+  if (overCom) {
     attempt([&] { openThroughVisaCom(found); });
   } else {
     openThroughLibrary(found);
   }
-  if (turns_.inTurn() && form_.txtReturn.text().empty()) {
+  const bool silent = form_.txtReturn.text().empty();
+  if (turns_.inTurn() && silent) {
     library_.closeWhatIsOpen();
+    com_.close();
+  }
+  // Interleaved, a session whose instrument is silent stays, and so does the link.
+  if (silent && (overCom ? com_.descriptor() : library_.descriptor()).empty()) {
     state_.down();
   }
   state_.setDevAvaliable(text::contains(form_.txtReturn.text(), kProduct));

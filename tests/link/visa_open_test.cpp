@@ -49,6 +49,20 @@ TEST_F(VisaOpen, withoutAnIdentityTheConnectedStateStays) {
   EXPECT_EQ(bench.read("fraOverChk", "Enabled"), "False");
 }
 
+TEST_F(VisaOpen, withoutASessionTheConnectedStateEnds) {
+  for (const char* variant : {"optVisa1", "optVisa2"}) {
+    bench.click(variant);
+    bench.click("cmdAutoConnVISA");
+    ASSERT_TRUE(bench.zan().isConnected());
+    bench.script.fail("viOpen ", io::VI_ERROR_RSRC_LOCKED);
+    bench.script.fail("Open ", static_cast<int>(io::E_VISA_SYSTEM_ERROR));
+    bench.click("cmdAutoConnVISA");
+    EXPECT_FALSE(bench.zan().isConnected()) << variant;
+    bench.script.heal("viOpen ");
+    bench.script.heal("Open ");
+  }
+}
+
 TEST_F(VisaOpen, anAnswerFromEarlierDoesNotPassForTheIdentity) {
   bench.type("txtReturn", kIdentity);
   identifyAs(silence());

@@ -30,6 +30,9 @@ class BusyOperator {
     EXPECT_GT(readOuts_.all, 200);
     EXPECT_GT(queries_, 50);
     EXPECT_GT(interruptions_, 20);
+    // The last connect may have found nobody: an identity is not waited for as long as some take.
+    bench_.faults().clear();
+    bench_.connect();
     EXPECT_TRUE(bench_.zan().isConnected());
   }
 

@@ -84,6 +84,7 @@ constexpr Operation kOperations[] = {
     {"get the preset", [](SlowBench& bench) { (void)bench.zan().GetPresetFile(""); }},
     {"send the preset", [](SlowBench& bench) { (void)bench.zan().SetPresetFile(); }},
     {"capture the screen", [](SlowBench& bench) { (void)bench.zan().GetBMPFile(); }},
+    {"capture and show the screen", [](SlowBench& bench) { bench.press("cmdGetBMPFile"); }},
     {"capture a dump", [](SlowBench& bench) { bench.press("cmdGetCTRLScrn"); }},
     {"convert the dump", [](SlowBench& bench) { bench.press("cmdWork"); }},
     {"send a group", sendAGroup},

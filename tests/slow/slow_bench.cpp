@@ -4,15 +4,13 @@
 #include <utility>
 
 #include "lumodevice/toolkit/hand.hpp"
+#include "simulator/commands/command.hpp"
 
 namespace lumodevice::slow {
 
 namespace {
 
 using support::Over;
-
-constexpr int kPort = 3;
-constexpr const char* kUsb = "USB0::0x5A41::0x0200::SIM00001::INSTR";
 
 zansim::Configuration numberedReadings() {
   zansim::Configuration configuration;
@@ -29,6 +27,7 @@ std::vector<FormerFile> formerFiles(Over link) {
           {"c:\\temp\\zanprog.b", "former settings"},
           {"c:\\temp\\zanbank.dev", link == Over::Serial ? "#3892" + preset + "\n" : preset},
           {"c:\\temp\\zan.bmp", "former picture"},
+          {"c:\\temp\\zan200k.bmp", "former conversion"},
           {"c:\\temp\\dispoutd.dat", std::string(122880, '\0')},
           {"c:\\temp\\zanprogupload.b", std::string(5580, 'u')},
           {"c:\\temp\\test.dev", ""}};
@@ -58,7 +57,7 @@ SlowBench::SlowBench(Over link, Exchanges exchanges)
   chooseLink();
   connect();
   if (!zan().isConnected()) {
-    throw std::logic_error("the matrix did not connect");
+    throw std::logic_error("the bench did not connect");
   }
 }
 
@@ -82,6 +81,12 @@ void SlowBench::connect() {
     control<toolkit::ComboBox>("cmbVISARes").setText("?*INSTR");
     press("cmdConnVISA");
   }
+}
+
+std::string SlowBench::atLoad(std::string_view message) {
+  std::string answer;
+  zansim::execute(instrument_.mainframe, message, loop.now(), answer);
+  return answer;
 }
 
 bool SlowBench::getsItsOwnAnswer(std::string_view query) {

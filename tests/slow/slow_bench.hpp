@@ -19,9 +19,15 @@ namespace lumodevice::slow {
 /// of the links. "C:\temp" holds a former version of every file.
 class SlowBench : public support::PanelHand {
  public:
+  /// The port, and the resource, that the load is on.
+  static constexpr int kPort = 3;
+  static constexpr const char* kUsb = "USB0::0x5A41::0x0200::SIM00001::INSTR";
+
   SlowBench(support::Over link, Exchanges exchanges);
 
   [[nodiscard]] ZANCtrl& zan() override { return *component_; }
+  /// Ends the component's life.
+  void destroy() { component_.reset(); }
 
   // What an operator does, from code where the control is disabled for hands.
   void press(std::string_view button);
@@ -37,8 +43,14 @@ class SlowBench : public support::PanelHand {
   /// Answers that the instrument gave.
   [[nodiscard]] int answers() const { return answers_; }
 
+  /// At the load's own front panel.
+  [[nodiscard]] std::string atLoad(std::string_view message);
+
   [[nodiscard]] zansim::Faults& faults() { return instrument_.faults; }
   [[nodiscard]] bool serialLink() const { return link_ == support::Over::Serial; }
+  [[nodiscard]] zansim::VisaBench& resources() { return resources_; }
+  [[nodiscard]] std::size_t openVisaObjects() const { return visa_.openObjects(); }
+  [[nodiscard]] zansim::SimulatedSerialDevices& serialDevices() { return serial_; }
 
   toolkit::VirtualLoop loop;
   support::Script script;

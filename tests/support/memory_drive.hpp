@@ -30,6 +30,8 @@ class MemoryDrive : public io::Drive {
 
   /// The content of a file, made when it is missing; whatever its folder.
   [[nodiscard]] Bytes& content(std::string_view path);
+  /// All files by their paths in small letters.
+  [[nodiscard]] const std::map<std::string, Bytes, std::less<>>& files() const { return files_; }
 
  private:
   class File;

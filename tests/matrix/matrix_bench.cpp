@@ -1,0 +1,121 @@
+#include "tests/matrix/matrix_bench.hpp"
+
+#include <string_view>
+#include <utility>
+
+namespace lumodevice::matrix {
+
+namespace {
+
+constexpr std::chrono::seconds kAWhile{2};
+
+struct Shown {
+  const char* control;
+  const char* property;
+  const char* query;
+};
+constexpr Shown kShown[] = {
+    {"chkLoad", "Value", ":LOAD?"},
+    {"chkVON", "Value", ":CONF:VOLT:LAT?"},
+    {"txtInput(10)", "Text", ":CONF:VOLT:ON?"},
+    {"txtInput(24)", "Text", ":CONF:PROT:CURR:LEV?"},
+    {"txtInput(25)", "Text", ":CONF:PROT:VOLT:LEV?"},
+};
+
+/// The modes that operations choose, by the indexes of their options.
+constexpr std::string_view kModes[] = {"CCH", "CCL", "CV"};
+
+}  // namespace
+
+void MatrixBench::vanishForAWhile() {
+  faults().clear();
+  faults().add("vanish=1");
+  returns_ = true;
+}
+
+void MatrixBench::lockElsewhere() {
+  serialDevices().port(kPort).state = zansim::SerialSocket::State::InUse;
+  otherProgram_.emplace(resources());
+  takeLock();
+}
+
+void MatrixBench::heal() {
+  faults().clear();
+  returns_ = false;
+  goneSince_.reset();
+  serialDevices().port(kPort).state = zansim::SerialSocket::State::Free;
+  otherProgram_.reset();
+  otherHasIt_ = false;
+}
+
+bool MatrixBench::linkIsOpen() {
+  if (zan().ConnStyle() == LinkKind::Visa) {
+    return openVisaObjects() > 0;
+  }
+  const auto state =
+      std::exchange(serialDevices().port(kPort).state, zansim::SerialSocket::State::Free);
+  bool open = false;
+  try {
+    (void)serialDevices().open(kPort, {});
+  } catch (const io::SerialFault& fault) {
+    open = fault.number() == io::kSerialAlreadyOpen;
+  }
+  serialDevices().port(kPort).state = state;
+  return open;
+}
+
+std::string MatrixBench::untruths() {
+  // Of groups only the first channels are offered. Where that leaves no entry for the channel that
+  // the load is at, none is chosen, and nothing is shown as its state.
+  const std::string truth = atLoad(":CHAN?");
+  const auto& channels = control<toolkit::ComboBox>("cmbChannel");
+  if (channels.text().empty() && channels.listCount() < std::stoi(truth)) {
+    return {};
+  }
+  std::string all;
+  const auto expect = [&](std::string_view name, const std::string& shown,
+                          const std::string& seen) {
+    if (shown != seen) {
+      all += std::string(name) + " \"" + shown + "\" for \"" + seen + "\" ";
+    }
+  };
+  for (const auto& [control, property, query] : kShown) {
+    expect(control, read(control, property), atLoad(query));
+  }
+  const std::string mode = atLoad(":MODE?");
+  for (std::size_t i = 0; i < std::size(kModes); ++i) {
+    const std::string option = "optMode(" + std::to_string(i) + ")";
+    expect(option, read(option, "Value"), mode == kModes[i] ? "True" : "False");
+  }
+  const std::string channel(channels.text());
+  expect("cmbChannel", channel.substr(0, channel.find('-')), "CH" + truth);
+  return all;
+}
+
+void MatrixBench::everyPass() {
+  takeLock();
+  if (!returns_ || !faults().linksGone()) {
+    return;
+  }
+  if (!goneSince_) {
+    goneSince_ = loop.now();
+  } else if (loop.now() - *goneSince_ >= kAWhile) {
+    heal();
+  }
+}
+
+void MatrixBench::takeLock() {
+  if (!otherProgram_ || otherHasIt_) {
+    return;
+  }
+  io::ViSession manager = 0;
+  io::ViSession session = 0;
+  otherProgram_->viOpenDefaultRM(manager);
+  otherHasIt_ =
+      otherProgram_->viOpen(manager, kUsb, io::VI_EXCLUSIVE_LOCK, 0, session) == io::VI_SUCCESS;
+  if (!otherHasIt_) {
+    otherProgram_->viClose(manager);
+  }
+}
+
+}  // namespace lumodevice::matrix
