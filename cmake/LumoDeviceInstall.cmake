@@ -11,12 +11,21 @@ target_link_libraries(lumodevice_all_static INTERFACE lumodevice lumodevice_syst
 set_target_properties(lumodevice_all_static PROPERTIES EXPORT_NAME static)
 
 set(delivered lumodevice lumodevice_shared lumodevice_system lumodevice_system_shared zansim_core zansim_core_shared)
+set(delivered_qt)
+if(LUMODEVICE_WITH_QT)
+  set(delivered_qt lumodevice_qt lumodevice_qt_shared)
+endif()
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   # The shared libraries find each other wherever they lie.
-  set_target_properties(${delivered} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  set_target_properties(${delivered} ${delivered_qt} PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 install(TARGETS ${delivered} lumodevice_all lumodevice_all_static EXPORT LumoDeviceTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# In an export of its own, which is looked at only by those who ask for Qt.
+if(LUMODEVICE_WITH_QT)
+  install(TARGETS ${delivered_qt} EXPORT LumoDeviceQtTargets
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
 install(TARGETS zansim_visa LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zanctl zansim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
@@ -31,6 +40,9 @@ foreach(header IN LISTS toplevel_headers toolkit_headers io_headers
   get_filename_component(folder ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
+if(LUMODEVICE_WITH_QT)
+  install(DIRECTORY views/qt/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
 install(DIRECTORY platform/include/ simulator/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # For find_package.
@@ -41,6 +53,9 @@ write_basic_package_version_file(LumoDeviceConfigVersion.cmake COMPATIBILITY Sam
 install(FILES ${PROJECT_BINARY_DIR}/LumoDeviceConfig.cmake ${PROJECT_BINARY_DIR}/LumoDeviceConfigVersion.cmake
   DESTINATION ${package_folder})
 install(EXPORT LumoDeviceTargets NAMESPACE LumoDevice:: DESTINATION ${package_folder})
+if(LUMODEVICE_WITH_QT)
+  install(EXPORT LumoDeviceQtTargets NAMESPACE LumoDevice:: DESTINATION ${package_folder})
+endif()
 
 # For pkg-config, which tells where its file lies.
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
@@ -54,7 +69,11 @@ install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN man EXC
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN examples/CMakeLists.txt EXCLUDE)
 
 # The examples of this tree find the targets of this tree.
-foreach(target lumodevice:core_static lumodevice_shared:core lumodevice_system:system_static
+set(delivered_aliases)
+if(LUMODEVICE_WITH_QT)
+  set(delivered_aliases lumodevice_qt:qt_static lumodevice_qt_shared:qt)
+endif()
+foreach(target ${delivered_aliases} lumodevice:core_static lumodevice_shared:core lumodevice_system:system_static
         lumodevice_system_shared:system zansim_core:simulator_static zansim_core_shared:simulator
         lumodevice_all:LumoDevice lumodevice_all_static:static)
   string(REPLACE ":" ";" pair ${target})

@@ -15,8 +15,8 @@ namespace {
 zansim::Configuration configurationOf(const SimulatedOptions& options) {
   zansim::Configuration configuration;
   configuration.serial = options.serialNumber;
-  if (!options.slots.empty()) {
-    configuration.setSlots(options.slots);
+  if (!options.modules.empty()) {
+    configuration.setSlots(options.modules);
   }
   for (const std::string& source : options.sources) {
     configuration.setSource(source);

@@ -74,7 +74,7 @@ Host hostFor(const std::string& name, const std::string& link, toolkit::EventLoo
   const auto box = [name](std::string_view text) { std::cerr << name << ": " << text << '\n'; };
   if (link.empty()) {
     return simulatedHost({.loop = &loop,
-                          .slots = "2040,2040",
+                          .modules = "2040,2040",
                           .sources = {name == "left" ? "1=12.6,0.05,5" : "1=24,0.1,5"},
                           .serialNumber = name,
                           .informationBox = box});

@@ -57,9 +57,10 @@ def main():
     flags = sources.flags()
     common = []
     for mine in flags.values():
-        for word in mine:
-            if word.startswith(("-I", "-std")) and word not in common:
-                common.append(word)
+        for i, word in enumerate(mine):
+            taken = mine[i:i + 2] if word == "-isystem" else [word] if word.startswith(("-I", "-std")) else []
+            if taken and taken[-1] not in common:
+                common += taken
     names = sources.tracked("*.hpp")
     for name in names:
         if "#pragma once" not in (sources.TOP / name).read_text():

@@ -13,7 +13,7 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 DATABASE = TOP / "build/sanitize/compile_commands.json"
 # Where an included name is looked up. Behind the first: headers that stand elsewhere once installed.
-ROOTS = ("", "platform/include/", "simulator/include/")
+ROOTS = ("", "platform/include/", "simulator/include/", "views/qt/include/")
 INCLUDE = re.compile(r'^\s*#include\s+"([^"]+)"', re.MULTILINE)
 
 

@@ -92,7 +92,7 @@ TEST(SimulatedHost, livesInTheTimeOfTheLoopThatItIsGiven) {
 
 TEST(SimulatedHost, hasTheModulesAndSourcesThatAreAskedFor) {
   ZANCtrl load(simulatedHost({.virtualTime = true,
-                              .slots = "2040,2050",
+                              .modules = "2040,2050",
                               .sources = {"1=5,0", "2=24,0"},
                               .serialNumber = "BENCH2"}));
   ASSERT_TRUE(load.AutoConnect());
@@ -103,7 +103,7 @@ TEST(SimulatedHost, hasTheModulesAndSourcesThatAreAskedFor) {
 }
 
 TEST(SimulatedHost, refusesSlotsAndSourcesThatCannotBe) {
-  EXPECT_THROW((void)simulatedHost({.slots = "2021R"}), std::invalid_argument);
+  EXPECT_THROW((void)simulatedHost({.modules = "2021R"}), std::invalid_argument);
   EXPECT_THROW((void)simulatedHost({.sources = {"one"}}), std::invalid_argument);
 }
 

@@ -29,7 +29,7 @@ struct LUMODEVICE_API SimulatedOptions {
   /// LUMODEVICE_DRIVE_C, else "lumodevice/drive_c" where data of the user's programs lies.
   std::string driveC = {};
   /// The modules in the slots, as in "2021L,2021R,0,2040". Empty: the usual ones.
-  std::string slots = {};
+  std::string modules = {};
   /// What hangs on a channel: "CHANNEL=VOLTS,OHMS" or, a battery, "CHANNEL=VOLTS,OHMS,AMPEREHOURS".
   /// The others have a usual source.
   std::vector<std::string> sources = {};

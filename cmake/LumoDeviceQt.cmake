@@ -1,0 +1,12 @@
+# Whether the windows are built: views/qt and what stands on it. Everything else does without Qt.
+set(LUMODEVICE_QT AUTO CACHE STRING "Build the Qt view and its programs: ON, OFF, or AUTO for where Qt 6 is found")
+set_property(CACHE LUMODEVICE_QT PROPERTY STRINGS AUTO ON OFF)
+set(LUMODEVICE_WITH_QT OFF)
+if(NOT LUMODEVICE_QT STREQUAL OFF)
+  if(LUMODEVICE_QT STREQUAL AUTO)
+    find_package(Qt6 6.2 QUIET COMPONENTS Widgets)
+  else()
+    find_package(Qt6 6.2 REQUIRED COMPONENTS Widgets)
+  endif()
+  set(LUMODEVICE_WITH_QT ${Qt6_FOUND})
+endif()

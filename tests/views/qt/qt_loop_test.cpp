@@ -1,0 +1,203 @@
+#include "lumodevice/qt/qt_loop.hpp"
+
+#include <QtCore/QAbstractEventDispatcher>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QMessageBox>
+#include <QtWidgets/QWidget>
+#include <algorithm>
+#include <chrono>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <qpa/qwindowsysteminterface.h>
+#include <stdexcept>
+#include <string>
+
+#include "lumodevice/qt/information_box.hpp"
+#include "lumodevice/toolkit/handling.hpp"
+#include "lumodevice/toolkit/surface.hpp"
+#include "lumodevice/toolkit/timer.hpp"
+
+namespace lumodevice::qt {
+namespace {
+
+using namespace std::chrono_literals;
+
+class OnQtLoop : public testing::Test {
+ protected:
+  OnQtLoop() {
+    timer.joinLoop(loop);
+    toolkit::handle(timer.tick, [this] {
+      ++ticks;
+      if (onTick) {
+        onTick();
+      }
+    });
+  }
+  ~OnQtLoop() override { timer.leaveLoop(); }
+
+  static void runQtFor(std::chrono::milliseconds span) {
+    QEventLoop events;
+    QTimer::singleShot(span, Qt::PreciseTimer, &events, &QEventLoop::quit);
+    events.exec();
+  }
+
+  std::string failures;
+  QtLoop loop{[this](const std::exception_ptr& failure) {
+    try {
+      std::rethrow_exception(failure);
+    } catch (const std::exception& exception) {
+      failures += exception.what();
+    }
+  }};
+  toolkit::Surface surface;
+  toolkit::Timer& timer = surface.add<toolkit::Timer>("timer");
+  int ticks = 0;
+  std::function<void()> onTick;
+};
+
+TEST_F(OnQtLoop, timersTickInQtsOwnLoop) {
+  timer.setInterval(20);
+  runQtFor(150ms);
+  EXPECT_GE(ticks, 3);
+  EXPECT_LE(ticks, 7);
+  timer.setEnabled(false);
+  const int before = ticks;
+  runQtFor(60ms);
+  EXPECT_EQ(ticks, before);
+}
+
+TEST_F(OnQtLoop, timersTickWhileAnInformationBoxStands) {
+  timer.setInterval(20);
+  QString text;
+  QTimer::singleShot(120, [&text] {
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    text = box->text();
+    box->accept();
+  });
+  InformationBoxes()("Pleace Connect to Deivce first! <b>");
+  EXPECT_EQ(text, QStringLiteral("Pleace Connect to Deivce first! <b>"));
+  EXPECT_GE(ticks, 2);
+}
+
+TEST_F(OnQtLoop, anotherTimerTicksInALoopWithinATick) {
+  auto& slow = surface.add<toolkit::Timer>("slow");
+  slow.joinLoop(loop);
+  int within = 0;
+  toolkit::handle(slow.tick, [&] {
+    const int before = ticks;
+    runQtFor(100ms);
+    within = ticks - before;
+    slow.setEnabled(false);
+  });
+  timer.setInterval(20);
+  slow.setInterval(30);
+  runQtFor(50ms);
+  EXPECT_GE(within, 2);
+  slow.leaveLoop();
+}
+
+TEST_F(OnQtLoop, nothingWakesUpBetweenTwoTicks) {
+  timer.setInterval(200);
+  int wakes = 0;
+  QObject watcher;
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &watcher,
+                   [&wakes] { ++wakes; });
+  runQtFor(650ms);
+  EXPECT_EQ(ticks, 3);
+  EXPECT_LE(wakes, 16) << "a few for each tick and for the end";
+}
+
+TEST_F(OnQtLoop, nothingWakesUpWhileNoTimerRuns) {
+  int wakes = 0;
+  QObject watcher;
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &watcher,
+                   [&wakes] { ++wakes; });
+  runQtFor(300ms);
+  EXPECT_LE(wakes, 6);
+}
+
+TEST_F(OnQtLoop, aWaitLastsItsTimeAndTicksNothing) {
+  timer.setInterval(10);
+  const auto begin = loop.now();
+  loop.sleep(120);
+  EXPECT_GE(loop.now() - begin, 120ms);
+  EXPECT_EQ(ticks, 0);
+  loop.processEvents();
+  EXPECT_EQ(ticks, 1) << "what was missed merges into one";
+}
+
+TEST_F(OnQtLoop, aWaitTicksNothingEvenWhereTheProgramPassesEventsInIt) {
+  timer.setInterval(10);
+  QTimer::singleShot(30, [this] { loop.processEvents(); });
+  loop.sleep(80);
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST_F(OnQtLoop, whatATickThrowsIsHandedOverAndTheNextOneComes) {
+  onTick = [] { throw std::runtime_error("of the host's own "); };
+  timer.setInterval(30);
+  runQtFor(110ms);
+  EXPECT_GE(ticks, 2);
+  EXPECT_EQ(failures.substr(0, 36), "of the host's own of the host's own ");
+}
+
+TEST_F(OnQtLoop, whatATickThrowsInAPassOfTheComponentEndsThatPass) {
+  onTick = [] { throw std::runtime_error("of the host's own"); };
+  timer.setInterval(1);
+  loop.idle(5ms);
+  EXPECT_THROW(loop.processEvents(), std::runtime_error);
+  EXPECT_EQ(failures, "");
+}
+
+/// Wants to be painted anew all the time, and knows how long it had to wait at most.
+class RestlessWidget : public QWidget {
+ public:
+  RestlessWidget() {
+    beat_.setInterval(5);
+    beat_.callOnTimeout([this] { update(); });
+    beat_.start();
+  }
+  int paints = 0;
+  int clicks = 0;
+  qint64 longestGap = 0;
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    if (paints++ > 0) {
+      longestGap = std::max(longestGap, since_.elapsed());
+    }
+    since_.start();
+  }
+  void mousePressEvent(QMouseEvent* /*event*/) override { ++clicks; }
+
+ private:
+  QTimer beat_;
+  QElapsedTimer since_;
+};
+
+TEST_F(OnQtLoop, aWindowIsRepaintedDuringAWait) {
+  RestlessWidget widget;
+  widget.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+  widget.paints = 0;
+  widget.longestGap = 0;
+  loop.sleep(400);
+  EXPECT_GE(widget.paints, 8);
+  EXPECT_LT(widget.longestGap, 50);
+}
+
+TEST_F(OnQtLoop, aWaitEndsInTimeAlsoWhenTheProgramIsToldToQuit) {
+  QTimer::singleShot(10, [] { QApplication::quit(); });
+  const auto begin = loop.now();
+  loop.sleep(60);
+  EXPECT_GE(loop.now() - begin, 60ms);
+  EXPECT_LT(loop.now() - begin, 1s);
+}
+
+}  // namespace
+}  // namespace lumodevice::qt
