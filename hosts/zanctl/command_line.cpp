@@ -7,8 +7,11 @@
 #include <vector>
 
 #include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/completion/completion.hpp"
+#include "hosts/zanctl/help_page.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
-#include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/output/nearest.hpp"
+#include "hosts/zanctl/output/wrap.hpp"
 #include "hosts/zanctl/script/numbers.hpp"
 
 namespace zanctl {
@@ -63,7 +66,9 @@ void fillFromEnvironment(CommandLine& line, const Environment& environment) {
     options.visaLibrary = lumodevice::platform::chosenVisaLibrary(environment);
   }
   const auto colours = environment("COLORTERM");
-  options.trueColour = colours == "truecolor" || colours == "24bit";
+  options.dumbTerminal = environment("TERM") == "dumb";
+  options.trueColour = (colours == "truecolor" || colours == "24bit") && !environment("NO_COLOR") &&
+                       !options.dumbTerminal;
   options.ownDrive = line.command->temporaryDrive && !options.driveC;
   if (!options.driveC) {
     options.driveC = lumodevice::platform::usualDriveC(environment);
@@ -85,37 +90,50 @@ void check(const StationOptions& options) {
 /// The variables that stand in for options, and how the program ends.
 std::string environmentHelp() {
   return "Environment:\n" +
-         alignedTable({{"LUMODEVICE_VISA_LIBRARY", "stands in for --visa-library"},
-                       {"LUMODEVICE_DRIVE_C", "stands in for --drive-c"},
-                       {"XDG_DATA_HOME",
-                        "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"}},
-                      "  ") +
-         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed, 2 wrong "
-         "command\n"
-         "line.";
+         helpTable({{"LUMODEVICE_VISA_LIBRARY", "stands in for --visa-library"},
+                    {"LUMODEVICE_DRIVE_C", "stands in for --drive-c"},
+                    {"XDG_DATA_HOME",
+                     "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"},
+                    {"NO_COLOR", "when set, nothing is drawn in colours"},
+                    {"TERM", "\"dumb\": no line of progress, no colours, no editing of lines"}},
+                   "  ") +
+         "\nOptions come before or behind the command. Exit status: 0 done, 1 failed,\n"
+         "2 wrong command line.";
 }
 
-/// The help of a command with the usage that the command's row tells.
-class UsageOfRow : public CLI::Formatter {
- public:
-  explicit UsageOfRow(const Command& command) : command_(command) {}
-
-  std::string make_usage(const CLI::App*, std::string) const override {
-    return std::string("Usage: zanctl [OPTIONS] ")
-        .append(command_.name)
-        .append(command_.usage.empty() ? "" : " ")
-        .append(command_.usage)
-        .append("\n");
+/// "; did you mean --simulate?" for the first of the words that nobody expected.
+std::string meant(const CLI::App& parser) {
+  const std::vector<std::string> unexpected = parser.remaining(true);
+  if (unexpected.empty()) {
+    return "";
   }
-
- private:
-  const Command& command_;
-};
+  const Syntax syntax = syntaxOf(parser);
+  std::vector<std::string> names;
+  const auto addNames = [&](const std::vector<OptionSyntax>& options) {
+    for (const OptionSyntax& option : options) {
+      names.insert(names.end(), option.names.begin(), option.names.end());
+    }
+  };
+  const auto chosen = parser.get_subcommands();
+  const bool isOption = unexpected[0].starts_with('-');
+  if (isOption) {
+    addNames(syntax.options);
+  }
+  for (const CommandSyntax& command : syntax.commands) {
+    if (isOption && !chosen.empty() && command.name == chosen[0]->get_name()) {
+      addNames(command.options);
+    } else if (!isOption && chosen.empty()) {
+      names.push_back(command.name);
+    }
+  }
+  return didYouMean(unexpected[0].substr(0, unexpected[0].find('=')), names);
+}
 
 /// The command line as the parser library sees it.
 class Parser {
  public:
   Parser() {
+    app_.formatter(std::make_shared<HelpPage>());
     app_.set_version_flag("--version", "zanctl " ZANCTL_VERSION, "Print the version and exit");
     app_.add_flag("--simulate", line_.options.simulate,
                   "Use the built-in simulated instrument; nothing real is touched");
@@ -126,9 +144,8 @@ class Parser {
         ->allow_extra_args(false);
     app_.add_option("--drive-c", line_.options.driveC, "Folder that stands for drive C:")
         ->type_name("DIR");
-    app_.add_option("--link", link_,
-                    "Link to choose before the command runs: visa, visacom, serial")
-        ->type_name("LINK");
+    app_.add_option("--link", link_, "Link to choose before the command runs")
+        ->type_name("visa|visacom|serial");
     app_.add_flag("--virtual-time", line_.options.virtualTime,
                   "Let waits and timers run on a clock that jumps instead of sleeping");
     app_.add_flag("--interleaved", interleaved_,
@@ -137,6 +154,8 @@ class Parser {
     app_.add_option("--trace", line_.options.trace,
                     "Write the wire trace to FILE (- is standard error)")
         ->type_name("FILE");
+    app_.add_option("--completion", completion_, "Print a script that completes command lines")
+        ->type_name("bash|zsh|fish");
     app_.footer(environmentHelp);
     app_.require_subcommand(0, 1);
     for (const Command* const command : commands()) {
@@ -155,7 +174,11 @@ class Parser {
       output.write(text.str());
       return std::nullopt;
     } catch (const CLI::ParseError& wrong) {
-      throw WrongCommandLine(wrong.what());
+      throw WrongCommandLine(wrong.what() + meant(app_));
+    }
+    if (!completion_.empty()) {
+      output.write(completionScript());
+      return std::nullopt;
     }
     if (line_.command == nullptr) {
       throw WrongCommandLine("a command is missing");
@@ -186,11 +209,19 @@ class Parser {
     return named;
   }
 
+  [[nodiscard]] std::string completionScript() const {
+    const auto* const shell = std::ranges::find(kShells, completion_, &Shell::name);
+    if (shell == kShells.end()) {
+      throw WrongCommandLine("--completion takes bash, zsh or fish, not " + completion_);
+    }
+    return shell->script(syntaxOf(app_));
+  }
+
   void addCommand(const Command& command) {
     CLI::App* const sub =
         app_.add_subcommand(std::string(command.name), std::string(command.summary));
     sub->fallthrough();
-    sub->formatter(std::make_shared<UsageOfRow>(command));
+    sub->formatter(std::make_shared<CommandHelpPage>(command));
     sub->callback([this, &command, run = command.prepare(*sub)] {
       line_.command = &command;
       line_.run = run;
@@ -201,6 +232,7 @@ class Parser {
   CommandLine line_;
   std::vector<std::string> ports_;
   std::string link_;
+  std::string completion_;
   bool interleaved_ = false;
 };
 

@@ -9,19 +9,23 @@ namespace {
 /// The help names the word alone, not its type.
 constexpr const char* kNoType = " ";
 
+std::string typeName(const std::string& choices) {
+  return choices.empty() ? kNoType : choices;
+}
+
 }  // namespace
 
 void addArgument(CLI::App& parser, const std::string& name, std::optional<std::string>& word,
-                 const std::string& help) {
+                 const std::string& help, const std::string& choices) {
   parser
       .add_option_function<std::string>(
           name, [&word](const std::string& given) { word = given; }, help)
-      ->type_name(kNoType);
+      ->type_name(typeName(choices));
 }
 
 void addArgument(CLI::App& parser, const std::string& name, std::string& word,
-                 const std::string& help) {
-  parser.add_option(name, word, help)->type_name(kNoType)->required();
+                 const std::string& help, const std::string& choices) {
+  parser.add_option(name, word, help)->type_name(typeName(choices))->required();
 }
 
 void addArgument(CLI::App& parser, const std::string& name, std::vector<std::string>& words,

@@ -40,7 +40,8 @@ ExitStatus printControls(Station& station, const std::optional<std::string>& nam
 
 Run prepare(CLI::App& parser) {
   const auto name = std::make_shared<std::optional<std::string>>();
-  addArgument(parser, "NAME", *name, "A control, an element of a control array, or a whole array");
+  addArgument(parser, "CONTROL", *name,
+              "A control, an element of a control array, or a whole array");
   return [name](Station& station) { return printControls(station, *name); };
 }
 
@@ -49,7 +50,7 @@ Run prepare(CLI::App& parser) {
 const Command kControls = {
     .name = "controls",
     .summary = "Print a table of every control of the panel, or of one",
-    .usage = "[NAME]",
+    .usage = "[CONTROL]",
     .prepare = prepare,
 };
 

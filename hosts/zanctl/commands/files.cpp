@@ -324,8 +324,10 @@ ExitStatus runFiles(Station& station, const Options& options) {
 Run prepare(CLI::App& parser) {
   const auto options = std::make_shared<Options>();
   addArgument(parser, "ACTION", options->action,
-              "get saves a memory file, send restores it, list shows what lies on drive C:");
-  addArgument(parser, "KIND", options->kind, "sequence (only to get), system or preset");
+              "get saves a memory file, send restores it, list shows what lies on drive C:",
+              "list|get|send");
+  addArgument(parser, "KIND", options->kind, "A sequence can only be saved",
+              "sequence|system|preset");
   addArgument(parser, "FILE", options->file,
               "Where to or where from; - is a standard stream; on drive C: when it is absent");
   parser.add_flag("--force", options->force, "Send a file of the wrong size, too");

@@ -219,7 +219,7 @@ Run prepare(CLI::App& parser) {
 
 const Command kReadings = {
     .name = "readings",
-    .summary = "Connect and print voltage, current, power and load state of each channel",
+    .summary = "Connect and print voltage, current, power and load of each channel",
     .usage = "[--channel N] [--count N] [--every MS] [--csv]",
     .prepare = prepare,
 };

@@ -15,8 +15,9 @@ class Progress {
  public:
   using Duration = lumodevice::toolkit::EventLoop::Duration;
 
-  /// Must outlive it.
-  explicit Progress(Output& terminal) : terminal_(terminal), watched_(terminal.isTerminal()) {}
+  /// Must outlive it. Where a terminal cannot erase a line there is none either.
+  explicit Progress(Output& terminal, bool erases = true)
+      : terminal_(terminal), watched_(terminal.isTerminal() && erases) {}
 
   /// Whether anybody sees it.
   [[nodiscard]] bool watched() const { return watched_; }

@@ -1,6 +1,6 @@
 #include "hosts/zanctl/script/help.hpp"
 
-#include "hosts/zanctl/output/table.hpp"
+#include "hosts/zanctl/output/wrap.hpp"
 #include "hosts/zanctl/script/members.hpp"
 #include "hosts/zanctl/script/script.hpp"
 
@@ -12,16 +12,15 @@ std::string scriptHelp() {
     rows.push_back({std::string(instruction.name) + " " + std::string(instruction.arguments),
                     std::string(instruction.help)});
   }
-  std::string text = "Instructions, one a line:\n" + alignedTable(rows, "  ");
+  std::string text = "Instructions, one a line:\n" + helpTable(rows, "  ");
   rows.clear();
   for (const Member& member : members()) {
     rows.push_back({std::string(member.name), member.use(), std::string(member.help)});
   }
-  return text + "\nMembers of the component:\n" + alignedTable(rows, "  ") +
-         "\nWords are separated by blanks; a word in double quotes may hold blanks and the "
-         "escapes\n"
-         "\\n \\r \\t \\\" \\\\ \\xHH. A control is Name, or Name(i) for an element of a control "
-         "array.";
+  return text + "\nMembers of the component:\n" + helpTable(rows, "  ") +
+         "\nWords are separated by blanks; a word in double quotes may hold blanks and the\n"
+         "escapes \\n \\r \\t \\\" \\\\ \\xHH. A control is Name, or Name(i) for an element of a\n"
+         "control array.";
 }
 
 }  // namespace zanctl

@@ -24,7 +24,7 @@ std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const StationOptions& o
 
 Station::Station(const StationOptions& options, const Streams& streams)
     : options_(options),
-      progress_(streams.errors),
+      progress_(streams.errors, !options.dumbTerminal),
       output_(streams.output, progress_),
       errors_(streams.errors, progress_),
       streams_{streams.input, output_, errors_},

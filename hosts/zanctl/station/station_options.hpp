@@ -14,8 +14,10 @@ struct StationOptions : LinkOptions {
   std::optional<std::string> driveC;
   /// Drive C: is a temporary folder of this run.
   bool ownDrive = false;
-  /// The terminal shows 24-bit colours.
+  /// The terminal shows 24-bit colours, and its user wants some.
   bool trueColour = false;
+  /// The terminal knows characters alone: nothing can be erased or drawn over.
+  bool dumbTerminal = false;
   lumodevice::Exchanges exchanges = lumodevice::Exchanges::InTurn;
   /// The link whose options are clicked before the command runs.
   Link link = Link::Visa;

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sstream>
 
 #include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
@@ -156,6 +157,42 @@ TEST_F(CommandLineTest, wrongCommandLinesAreExplained) {
   EXPECT_THAT(mistake({"controls", "a", "b"}), HasSubstr("b"));
   EXPECT_THAT(mistake({"convert", "a"}), HasSubstr("FILE is required"));
   EXPECT_THAT(mistake({"connect", "now"}), HasSubstr("now"));
+}
+
+TEST_F(CommandLineTest, ofAWrongWordTheNearestRightOneIsNamed) {
+  EXPECT_THAT(mistake({"conect"}), testing::EndsWith("; did you mean connect?"));
+  EXPECT_THAT(mistake({"connect", "--simulated"}), testing::EndsWith("; did you mean --simulate?"));
+  EXPECT_THAT(mistake({"readings", "--chanel", "3"}),
+              testing::EndsWith("; did you mean --channel?"));
+  EXPECT_THAT(mistake({"--lnik=serial", "connect"}), testing::EndsWith("; did you mean --link?"));
+  EXPECT_THAT(mistake({"connect", "--channel", "3"}), testing::Not(HasSubstr("did you mean")));
+  EXPECT_THAT(mistake({"run", "a", "b"}), testing::Not(HasSubstr("did you mean")));
+}
+
+TEST_F(CommandLineTest, coloursAreForTerminalsThatShowThemAndUsersWhoWantThem) {
+  variables["COLORTERM"] = "truecolor";
+  EXPECT_TRUE(parse({"demo"}).trueColour);
+  variables["NO_COLOR"] = "1";
+  EXPECT_FALSE(parse({"demo"}).trueColour);
+  variables.erase("NO_COLOR");
+  variables["TERM"] = "dumb";
+  EXPECT_FALSE(parse({"demo"}).trueColour);
+  EXPECT_TRUE(parse({"demo"}).dumbTerminal);
+}
+
+TEST_F(CommandLineTest, aHelpPageIsNoWiderThanATerminal) {
+  std::vector<std::vector<std::string>> pages = {{"--help"}};
+  for (const Command* const command : commands()) {
+    pages.push_back({std::string(command->name), "--help"});
+  }
+  for (const auto& page : pages) {
+    TextOutput text;
+    EXPECT_FALSE(parseCommandLine(page, environmentOf(variables), text));
+    std::istringstream lines(text.text());
+    for (std::string line; std::getline(lines, line);) {
+      EXPECT_LE(line.size(), 80U) << page.front() << ": " << line;
+    }
+  }
 }
 
 TEST_F(CommandLineTest, aWrongPortIsExplained) {

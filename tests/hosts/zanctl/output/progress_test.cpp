@@ -54,6 +54,15 @@ TEST_F(ProgressTest, nobodySeesItWithoutATerminal) {
   EXPECT_EQ(file.text(), "");
 }
 
+TEST_F(ProgressTest, aTerminalThatErasesNothingShowsNone) {
+  Progress progress(terminal, false);
+  progress.begin("reading");
+  progress.show(milliseconds(0));
+  progress.show(milliseconds(9000));
+  progress.end();
+  EXPECT_EQ(terminal.text(), "");
+}
+
 TEST(Preview, twoPointsStandInACharacter) {
   lumodevice::toolkit::Picture picture(2, 4);
   picture.setPoint(0, 0, {.red = 200, .green = 0, .blue = 4});
