@@ -49,10 +49,6 @@ bool namesBitmap(std::string_view path) {
   return text::contains(name, "BMP");
 }
 
-std::string line(std::string_view command) {
-  return std::string(command) + '\n';
-}
-
 /// The number under which transfers open their files is not taken: pictures have one of their own.
 std::unique_ptr<io::BinaryFile> openExisting(io::Drive& drive, std::string_view path) {
   if (!drive.fileExists(path)) {
@@ -167,7 +163,7 @@ void ScreenCapture::captureDumpOverSerial(std::string_view sFile) {
     auto file = files_.open(sFile);
     port_.setInputMode(InputModes::Binary);
     const transfer::InterleavedReading ours(turns_, serial_);
-    port_.Output(line(kDumpQuery));
+    port_.Output(transfer::line(kDumpQuery));
     waits_.pause(kDumpWait);
     for (int pass = 0; pass < kDumpPasses; ++pass) {
       const std::string piece = port_.Input();
@@ -211,7 +207,7 @@ void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
   transfer::BlockAssembler block;
   port_.setInputMode(InputModes::Binary);
   const transfer::InterleavedReading ours(turns_, serial_);
-  port_.Output(line(kBitmapQuery));
+  port_.Output(transfer::line(kBitmapQuery));
   waits_.pause(kBitmapWait);
   const auto takes = [&](std::string_view piece) {
     return block.add(piece) == transfer::BlockAssembler::State::Incomplete;

@@ -22,6 +22,7 @@ constexpr std::string_view kPreset = "c:\\temp\\zanbank.dev";
 constexpr std::string_view kPresetMarker = "c:\\temp\\test.dev";
 
 constexpr std::size_t kSystemSize = 5580;
+constexpr std::string_view kSystemHeader = ":SYST:SET #45580";
 constexpr std::size_t kPresetSize = 892;
 constexpr std::string_view kPresetHeader = "#3892";
 /// A preset that was saved over the serial port: header, data, line feed.
@@ -32,10 +33,6 @@ constexpr std::int32_t kBufferSize = 6000;
 constexpr double kSystemSendWait = 1000;
 constexpr double kPresetReadWait = 1000;
 constexpr double kPresetSendWait = 1000;
-
-std::string line(std::string_view command) {
-  return std::string(command) + '\n';
-}
 
 /// A preset as it comes over the serial port; its line end may be missing.
 bool isRawPreset(std::string_view bytes) {
@@ -90,11 +87,11 @@ void MemoryFiles::getFile(const Reading& reading) {
 /// Asks twice: the first answer tells the length, the second is taken as bytes.
 void MemoryFiles::getOverSerial(const Reading& reading) {
   const transfer::InterleavedReading ours(turns_, serial_);
-  port_.Output(line(reading.query));
+  port_.Output(transfer::line(reading.query));
   const std::string first = transfer::answerAfter(waits_, port_, reading.firstWait);
   const transfer::BlockHeader header = transfer::parseBlockHeader(transfer::withoutLineEnds(first));
   port_.setInputMode(InputModes::Binary);
-  port_.Output(line(reading.query));
+  port_.Output(transfer::line(reading.query));
   const std::string second = transfer::answerAfter(waits_, port_, reading.secondWait);
   files_.write(reading.target,
                transfer::asBytes(transfer::blockData(transfer::withoutLineEnds(second), header)));
@@ -155,7 +152,7 @@ transfer::Bytes MemoryFiles::systemFile() {
 /// Leaves the port in binary mode, unlike the readings.
 void MemoryFiles::sendSystemOverSerial() {
   port_.setInputMode(InputModes::Binary);
-  port_.Output(":SYST:SET #45580");
+  port_.Output(kSystemHeader);
   port_.Output(transfer::asText(systemFile()));
   port_.Output("\n");
   waits_.pause(kSystemSendWait);
@@ -165,7 +162,7 @@ void MemoryFiles::sendSystemOverSerial() {
 void MemoryFiles::sendSystemInTurn() {
   const transfer::Bytes data = systemFile();
   transfer::claim(turns_, serial_);
-  port_.Output(":SYST:SET #45580");
+  port_.Output(kSystemHeader);
   port_.Output(transfer::asText(data));
   port_.Output("\n");
   turns_.keepDistance(kSystemSendWait);
@@ -224,11 +221,11 @@ bool MemoryFiles::ReadPresetFromDevice(std::string_view sFile) {
 /// instrument's when it is sent back.
 void MemoryFiles::readPresetOverSerial(std::string_view sFile) {
   const transfer::InterleavedReading ours(turns_, serial_);
-  port_.Output(line(kPresetQuery));
+  port_.Output(transfer::line(kPresetQuery));
   const std::string early = port_.Input();
   (void)transfer::parseBlockHeader(transfer::withoutLineEnds(early));
   port_.setInputMode(InputModes::Binary);
-  port_.Output(line(kPresetQuery));
+  port_.Output(transfer::line(kPresetQuery));
   const std::string answers = transfer::answerAfter(waits_, port_, kPresetReadWait, early, 2);
   if (const auto block = transfer::blocksIn(answers).last) {
     files_.write(sFile, transfer::asBytes(block->bytes));

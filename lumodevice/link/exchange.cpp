@@ -39,10 +39,6 @@ std::string lineOf(std::string_view text, std::string_view command) {
   return std::string(text) + (isLongQuery(command) ? kCarriageReturn : kLineFeed);
 }
 
-bool isTerminator(char character) {
-  return character == kLineFeed || character == kCarriageReturn;
-}
-
 /// Nothing, or blanks with a line feed at most: what an instrument leaves behind an answer.
 bool isBlank(std::string_view answer) {
   const std::string trimmed = text::Trim(answer);
@@ -50,8 +46,7 @@ bool isBlank(std::string_view answer) {
 }
 
 std::string_view withoutEnd(std::string_view answer, AnswerEnd end) {
-  const bool shorten =
-      !answer.empty() && (end == AnswerEnd::LastByte || isTerminator(answer.back()));
+  const bool shorten = !answer.empty() && (end == AnswerEnd::LastByte || isLineEnd(answer.back()));
   return answer.substr(0, answer.size() - (shorten ? 1 : 0));
 }
 
@@ -229,12 +224,9 @@ void Exchange::commandChanged() {
     }
     return;
   }
-  bool answered = false;
-  if (turns_.inTurn()) {
-    answered = !takeTurn(command).value_or("").empty() || !isQuery(command);
-  } else {
-    answered = sendInStages();
-  }
+  const bool answered = turns_.inTurn()
+                            ? !takeTurn(command).value_or("").empty() || !isQuery(command)
+                            : sendInStages();
   if (!answered) {
     waits_.showBox("Error:Device has not sent back some data yet!");
   }

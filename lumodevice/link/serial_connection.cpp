@@ -10,6 +10,8 @@ namespace lumodevice::link {
 
 namespace {
 
+constexpr std::string_view kSearchQuery = "*IDN?\r";
+constexpr std::string_view kFinalQuery = "*IDN?\n";
 constexpr double kIdentityWait = 1500;
 constexpr double kRepeatWait = 300;
 
@@ -158,11 +160,11 @@ std::string SerialConnection::tryPort(std::int16_t entry, int baudIndex, std::ui
 /// The second try is for an instrument that holds the remains of queries at another baud rate. The
 /// answer to the first one may then still be on its way.
 std::string SerialConnection::identityInTurn(std::uint64_t connect) {
-  const auto ask = [this] { return turns_.run(serial_, "*IDN?\r", kIdentityWait); };
+  const auto ask = [this] { return turns_.run(serial_, std::string(kSearchQuery), kIdentityWait); };
   noteLine();
   std::optional<std::string> identity = ask();
   if (!identity && state_.isLatest(connect)) {
-    const bool firstIsDue = turns_.forgetLateAnswer().has_value();
+    const bool firstIsDue = turns_.forgetLateAnswer();
     waits_.sleep(kRepeatWait);
     identity = ask();
     if (identity && firstIsDue) {
@@ -182,7 +184,7 @@ void SerialConnection::noteLine() {
 }
 
 std::string SerialConnection::SerialQueryIdentity() {
-  serial_.MSComm1.Output("*IDN?\r");
+  serial_.MSComm1.Output(kSearchQuery);
   waits_.sleep(kIdentityWait);
   std::string answer = serial_.MSComm1.Input();
   const bool complete = answer.ends_with('\n') || answer.ends_with('\r');
@@ -228,10 +230,11 @@ void SerialConnection::openChosenPort() {
 void SerialConnection::askIdentity() {
   if (turns_.inTurn()) {
     noteLine();
-    form_.txtReturn.setText(turns_.run(serial_, "*IDN?\n", kIdentityWait).value_or(""));
+    form_.txtReturn.setText(
+        turns_.run(serial_, std::string(kFinalQuery), kIdentityWait).value_or(""));
     return;
   }
-  serial_.MSComm1.Output("*IDN?\n");
+  serial_.MSComm1.Output(kFinalQuery);
   serial_.expectAnswer();
   waits_.processEvents();
   waits_.waitUnits(1);

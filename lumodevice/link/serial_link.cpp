@@ -6,8 +6,6 @@ namespace lumodevice::link {
 
 namespace {
 
-constexpr std::string_view kTerminators = "\r\n";
-
 constexpr Manner kManner{.reads = 0,
                          .unitsBeforeRead = 0,
                          .unitsBeforeLongRead = 0,
@@ -58,7 +56,7 @@ void SerialLink::receive() {
   if (answerPending_ && MSComm1.InBufferCount() != 0) {
     receiveBuffer_ += SerialReadInput();
     if (passesOverLineEnds_) {
-      receiveBuffer_.erase(0, receiveBuffer_.find_first_not_of(kTerminators));
+      receiveBuffer_.erase(0, receiveBuffer_.find_first_not_of(kLineEnds));
       passesOverLineEnds_ = receiveBuffer_.empty();
     }
     pollCount_ = text::add16(pollCount_, 1);
@@ -66,8 +64,8 @@ void SerialLink::receive() {
 }
 
 bool SerialLink::answerComplete() const {
-  return receiveBuffer_.find_first_of(kTerminators) != std::string::npos &&
-         pollCount_ <= kMostPolls && answerPending_;
+  return receiveBuffer_.find_first_of(kLineEnds) != std::string::npos && pollCount_ <= kMostPolls &&
+         answerPending_;
 }
 
 void SerialLink::forgetAnswer() {

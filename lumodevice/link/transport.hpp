@@ -38,15 +38,28 @@ struct Manner {
 /// Bytes of the longest text answer; what goes on beyond them is none.
 inline constexpr std::size_t kLongestAnswer = std::size_t{64} << 10;
 
+/// Each of these bytes ends a line.
+inline constexpr std::string_view kLineEnds = "\r\n";
+
+[[nodiscard]] inline bool isLineEnd(char byte) {
+  return kLineEnds.find(byte) != std::string_view::npos;
+}
+
 /// A line with something on it, and its end.
 [[nodiscard]] inline bool hasLine(std::string_view received) {
-  const std::size_t begin = received.find_first_not_of("\r\n");
+  const std::size_t begin = received.find_first_not_of(kLineEnds);
   return begin != std::string_view::npos &&
-         received.find_first_of("\r\n", begin) != std::string_view::npos;
+         received.find_first_of(kLineEnds, begin) != std::string_view::npos;
 }
 
 /// What has become of reading an answer.
 enum class Reading { Waiting, Complete, Failed };
+
+/// A message that is whole: line ends alone are what another one left behind.
+[[nodiscard]] inline Reading wholeMessage(std::string_view message) {
+  return message.find_first_not_of(kLineEnds) == std::string_view::npos ? Reading::Waiting
+                                                                        : Reading::Complete;
+}
 
 /// A link on which text commands go out and answers come in. All functions throw a Fault for what
 /// the link does not do; they never wait but for the link itself.
@@ -54,8 +67,7 @@ class Transport {
  public:
   virtual ~Transport() = default;
   [[nodiscard]] virtual const Manner& manner() const = 0;
-  /// `line` with its terminator.
-  /// False when the link refused it.
+  /// Sends `line`, its terminator included. False when the link refused it.
   virtual bool write(const std::string& line) = 0;
   /// An answer is due from now on.
   virtual void expectAnswer() {}

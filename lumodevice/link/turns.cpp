@@ -28,10 +28,6 @@ double sliceAfter(Turns::Duration waited) {
   return std::ceil(std::clamp(slice, kShortestSlice, kLongestSlice).count());
 }
 
-bool isLineEnd(char character) {
-  return character == '\r' || character == '\n';
-}
-
 std::string_view withoutLineEnd(std::string_view message) {
   if (message.ends_with('\n')) {
     message.remove_suffix(1);
@@ -44,12 +40,12 @@ std::string_view withoutLineEnd(std::string_view message) {
 
 /// The last whole line: what stands in front of it was left on the line by something else.
 std::string_view lastLine(std::string_view received) {
-  const std::size_t end = received.find_last_of("\r\n");
+  const std::size_t end = received.find_last_of(kLineEnds);
   std::string_view lines = received.substr(0, end);
   while (!lines.empty() && isLineEnd(lines.back())) {
     lines.remove_suffix(1);
   }
-  const std::size_t before = lines.find_last_of("\r\n");
+  const std::size_t before = lines.find_last_of(kLineEnds);
   return before == std::string_view::npos ? lines : lines.substr(before + 1);
 }
 
@@ -77,11 +73,12 @@ std::optional<std::string> Turns::run(Transport& transport, const std::string& l
     return std::nullopt;
   }
   TextAnswer text(transport);
+  const Duration sent = now();
   Outstanding query{.transport = transport,
                     .answer = text,
                     .linkChanges = state_.changes(),
-                    .sent = now(),
-                    .deadline = now() + asDuration(Milliseconds(patience))};
+                    .sent = sent,
+                    .deadline = sent + asDuration(Milliseconds(patience))};
   await(query);
   return query.answered ? std::optional(text.text()) : std::nullopt;
 }
@@ -91,21 +88,25 @@ bool Turns::run(Transport& transport, const std::string& line,
   if (!write(transport, line)) {
     return false;
   }
+  const Duration sent = now();
   Outstanding query{.transport = transport,
                     .answer = *answer,
                     .linkChanges = state_.changes(),
-                    .sent = now(),
-                    .deadline = now() + asDuration(Milliseconds(patience.firstByte)),
+                    .sent = sent,
+                    .deadline = sent + asDuration(Milliseconds(patience.firstByte)),
                     .shared = answer,
                     .silence = asDuration(Milliseconds(patience.silence)),
-                    .end = now() + asDuration(Milliseconds(patience.whole))};
+                    .end = sent + asDuration(Milliseconds(patience.whole))};
   await(query);
   return query.answered;
 }
 
 bool Turns::write(Transport& transport, const std::string& line) {
   bool written = false;
-  attempt([&] { written = claim(transport) && transport.write(line); });
+  attempt([&] {
+    claim(transport);
+    written = transport.write(line);
+  });
   return written;
 }
 
@@ -113,13 +114,11 @@ void Turns::keepDistance(double milliseconds) {
   notBefore_ = now() + asDuration(Milliseconds(milliseconds));
 }
 
-bool Turns::claim(Transport& transport) {
-  const std::uint64_t changes = state_.changes();
+void Turns::claim(Transport& transport) {
   settle();
   waitOutDistance();
   comeIntoStep(transport);
   dropUnread(transport);
-  return changes == state_.changes();
 }
 
 void Turns::giveUp(const Transport& transport) {
@@ -155,15 +154,16 @@ void Turns::poll(Outstanding& query) {
   if (query.linkChanges == state_.changes()) {
     attempt([&] { reading = query.answer.readOn(); });
   }
-  query.deadline -= unseenWait(query.transport, start);
+  const Duration end = now();
+  query.deadline -= unseenWait(query.transport, end - start);
   if (query.answer.size() > before) {
-    lastByte_ = now();
+    lastByte_ = end;
     if (query.shared) {
-      query.deadline = std::min(now() + query.silence, query.end);
+      query.deadline = std::min(end + query.silence, query.end);
     }
   }
   query.answered = reading == Reading::Complete;
-  query.done = reading != Reading::Waiting || now() >= query.deadline;
+  query.done = reading != Reading::Waiting || end >= query.deadline;
   const bool lineStays = !query.transport.manner().messagesHaveEnds;
   if (query.linkChanges != state_.changes() && lineStays) {
     // Whoever opens the line again would get this answer.
@@ -173,14 +173,14 @@ void Turns::poll(Outstanding& query) {
     const bool begun = query.shared && query.answer.size() > 0;
     const Duration until = (begun ? lastByte_ : query.sent) + kLongestLateness;
     outOfStep_ = {&query.transport, until, query.shared,
-                  query.shared ? now() + (query.end - query.sent) : until};
+                  query.shared ? end + (query.end - query.sent) : until};
   }
 }
 
 /// A read that waits in a time of its own, while the loop's clock stands (a VISA library beside a
 /// clock that jumps), counts all the same, or it would be repeated for minutes.
-Turns::Duration Turns::unseenWait(const Transport& transport, Duration begun) const {
-  const bool unseen = transport.manner().reads > 0 && now() == begun;
+Turns::Duration Turns::unseenWait(const Transport& transport, Duration seen) {
+  const bool unseen = transport.manner().reads > 0 && seen == Duration(0);
   return unseen ? asDuration(kUnseenWait) : Duration(0);
 }
 
@@ -200,10 +200,11 @@ void Turns::settle() {
 /// Without event passes, as all that stands between the wish to send and the sending: what is begun
 /// later must not overtake it.
 void Turns::waitOutDistance() {
-  while (now() < notBefore_) {
-    const auto left = std::chrono::duration_cast<Milliseconds>(notBefore_ - now());
+  while (notBefore_ && now() < *notBefore_) {
+    const auto left = std::chrono::duration_cast<Milliseconds>(*notBefore_ - now());
     waits_.sleep(std::ceil(std::min(left, 2 * kLongestSlice).count()));
   }
+  notBefore_.reset();
 }
 
 void Turns::comeIntoStep(Transport& transport) {
@@ -215,7 +216,7 @@ void Turns::comeIntoStep(Transport& transport) {
     Reading reading = Reading::Failed;
     const Duration begun = now();
     attempt([&] { reading = late.readOn(); });
-    out.until -= unseenWait(transport, begun);
+    out.until -= unseenWait(transport, now() - begun);
     if (out.rest && late.size() > before) {
       out.until = std::min(now() + kLongestLateness, out.end);
     }
@@ -230,19 +231,26 @@ void Turns::comeIntoStep(Transport& transport) {
 
 /// Until nothing comes any more: a line without message ends may still be delivering.
 void Turns::dropUnread(Transport& transport) {
-  const Duration quiet = asDuration(Milliseconds(transport.manner().quietMilliseconds));
-  const Duration end = now() + asDuration(kLongestDropping);
-  while (true) {
+  const auto drop = [&] {
     std::string dropped;
     attempt([&] { dropped = transport.dropUnread(); });
     if (!dropped.empty()) {
       lastByte_ = now();
     }
+  };
+  drop();
+  if (transport.manner().messagesHaveEnds) {
+    return;
+  }
+  const Duration quiet = asDuration(Milliseconds(transport.manner().quietMilliseconds));
+  const Duration end = now() + asDuration(kLongestDropping);
+  while (true) {
     const Duration left = lastByte_ + quiet - now();
     if (left <= Duration(0) || now() >= end) {
       return;
     }
     waits_.sleep(std::ceil(std::chrono::duration_cast<Milliseconds>(left).count()));
+    drop();
   }
 }
 

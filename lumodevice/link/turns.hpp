@@ -49,9 +49,8 @@ class Turns {
   void settle();
 
   /// Makes the line free for what drives it directly: whoever waits for an answer has it, late
-  /// answers have come, and nothing is left unread. False when the link has become another one, or
-  /// none, meanwhile.
-  [[nodiscard]] bool claim(Transport& transport);
+  /// answers have come, and nothing is left unread. No event is processed meanwhile.
+  void claim(Transport& transport);
 
   /// An answer to what was asked over the line directly has not come; it may be late.
   void giveUp(const Transport& transport);
@@ -74,6 +73,11 @@ class Turns {
   /// An operation, or an exchange, is on its way.
   [[nodiscard]] bool busy() const { return operations_ > 0 || outstanding_ != nullptr; }
 
+  /// The line is in step whatever may still come, for one who can tell the answers apart. True when
+  /// a late answer was waited for.
+  bool forgetLateAnswer() { return std::exchange(outOfStep_, std::nullopt).has_value(); }
+
+ private:
   /// A query that was given up.
   struct OutOfStep {
     const Transport* transport;
@@ -83,11 +87,7 @@ class Turns {
     /// Of waiting for a rest that goes on coming.
     Duration end = until;
   };
-  /// The line is in step whatever may still come, for one who can tell the answers apart; returns
-  /// what was forgotten.
-  std::optional<OutOfStep> forgetLateAnswer() { return std::exchange(outOfStep_, std::nullopt); }
 
- private:
   /// A query whose answer has not been read to its end.
   struct Outstanding {
     Transport& transport;
@@ -105,7 +105,7 @@ class Turns {
 
   [[nodiscard]] Duration now() const { return host_.loop.now(); }
   [[nodiscard]] bool write(Transport& transport, const std::string& line);
-  [[nodiscard]] Duration unseenWait(const Transport& transport, Duration begun) const;
+  [[nodiscard]] static Duration unseenWait(const Transport& transport, Duration seen);
   void poll(Outstanding& query);
   void await(Outstanding& query);
   void waitOutDistance();
@@ -117,7 +117,7 @@ class Turns {
   const LinkState& state_;
   Outstanding* outstanding_ = nullptr;
   std::optional<OutOfStep> outOfStep_;
-  Duration notBefore_{0};
+  std::optional<Duration> notBefore_;
   Duration lastByte_ = -kLongestLateness;
   int operations_ = 0;
 };

@@ -80,8 +80,7 @@ Reading VisaComLink::readOn(std::string& received) {
     }
     return Reading::Waiting;
   }
-  const bool something = received.find_first_not_of("\r\n") != std::string::npos;
-  return something ? Reading::Complete : Reading::Waiting;
+  return wholeMessage(received);
 }
 
 }  // namespace lumodevice::link

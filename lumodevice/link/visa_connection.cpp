@@ -213,11 +213,15 @@ std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string
   return identity;
 }
 
+std::string VisaConnection::askOverCom() {
+  com_.device().WriteString(kIdentityQuery, true);
+  return com_.device().ReadString();
+}
+
 /// "" when the instrument did not answer in time; nothing when the session is lost.
 std::optional<std::string> VisaConnection::identityOverCom() {
   try {
-    com_.device().WriteString(kIdentityQuery, true);
-    return com_.device().ReadString();
+    return askOverCom();
   } catch (const io::VisaComFault& fault) {
     return fault.number() == static_cast<int>(io::E_VISA_TMO) ? std::optional<std::string>("")
                                                               : std::nullopt;
@@ -247,10 +251,7 @@ void VisaConnection::openThroughLibrary(VisaLibraryLink& found) {
 void VisaConnection::openThroughVisaCom(VisaLibraryLink& found) {
   found.closeSearch();
   com_.open(foundDescriptor());
-  showIdentity(com_, [&] {
-    com_.device().WriteString(kIdentityQuery, true);
-    return com_.device().ReadString();
-  });
+  showIdentity(com_, [this] { return askOverCom(); });
 }
 
 /// In turn the identity is waited for as any answer is; else it is read once.

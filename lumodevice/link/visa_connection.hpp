@@ -43,6 +43,7 @@ class VisaConnection {
   void probeCandidate(VisaLibraryLink& found, const std::string& descriptor,
                       std::size_t descriptorSize);
   [[nodiscard]] std::string identityOf(VisaLibraryLink& found, const std::string& descriptor);
+  [[nodiscard]] std::string askOverCom();
   [[nodiscard]] std::optional<std::string> identityOverCom();
   void leaveLostLink();
   [[nodiscard]] bool open(const Search& search);

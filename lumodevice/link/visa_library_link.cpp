@@ -147,8 +147,7 @@ Reading VisaLibraryLink::readOn(std::string& received) {
       return Reading::Failed;
     }
   } while (status_ == io::VI_SUCCESS_MAX_CNT);
-  const bool something = received.find_first_not_of("\r\n") != std::string::npos;
-  return something ? Reading::Complete : Reading::Waiting;
+  return wholeMessage(received);
 }
 
 std::string VisaLibraryLink::dropUnread() {

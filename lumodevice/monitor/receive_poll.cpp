@@ -11,12 +11,6 @@
 
 namespace lumodevice::monitor {
 
-namespace {
-
-constexpr std::string_view kTerminators = "\r\n";
-
-}  // namespace
-
 ReceivePoll::ReceivePoll(form::Controls& form, link::Waits& waits, link::SerialLink& serial,
                          link::Exchange& exchange)
     : form_(form), waits_(waits), serial_(serial), exchange_(exchange) {
@@ -39,7 +33,7 @@ void ReceivePoll::tick() {
 void ReceivePoll::deliver() {
   std::string_view answer = serial_.receiveBuffer();
   const auto last = static_cast<unsigned char>(answer.back());
-  if (kTerminators.find(answer.back()) != std::string_view::npos) {
+  if (link::isLineEnd(answer.back())) {
     answer.remove_suffix(1);
   }
   form_.txtReturn.setText(answer);

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "lumodevice/link/transport.hpp"
 #include "lumodevice/transfer/block.hpp"
 
 namespace lumodevice::transfer {
@@ -49,7 +50,7 @@ std::string answerAfter(link::Waits& waits, io::SerialPort& port, double millise
 }
 
 std::string_view withoutLineEnds(std::string_view answer) {
-  return answer.substr(std::min(answer.find_first_not_of("\r\n"), answer.size()));
+  return answer.substr(std::min(answer.find_first_not_of(link::kLineEnds), answer.size()));
 }
 
 }  // namespace lumodevice::transfer

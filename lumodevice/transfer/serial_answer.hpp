@@ -9,6 +9,11 @@
 
 namespace lumodevice::transfer {
 
+/// A query as it goes out.
+[[nodiscard]] inline std::string line(std::string_view query) {
+  return std::string(query) + '\n';
+}
+
 /// Goes on reading the serial port, every 100 ms, until `takes` has enough (returns false), nothing
 /// has arrived for a second, or ten minutes are over. `takes` is given each piece, also the empty
 /// ones.

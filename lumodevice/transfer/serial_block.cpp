@@ -22,16 +22,15 @@ std::shared_ptr<const SerialBlock> askForBlock(link::Turns& turns, link::SerialL
   const auto block = std::make_shared<SerialBlock>(link.MSComm1);
   const link::Patience patience{
       .firstByte = milliseconds, .silence = kLongestSilence, .whole = kLongestReading};
-  if (!turns.run(link, std::string(query) + '\n', block, patience)) {
+  if (!turns.run(link, line(query), block, patience)) {
     throw BlockFault("no complete block arrived");
   }
   return block;
 }
 
 void claim(link::Turns& turns, link::Transport& link) {
-  const link::Turns::Operation operation(turns);
-  if (turns.inTurn() && !turns.claim(link)) {
-    throw BlockFault("the link has become another one");
+  if (turns.inTurn()) {
+    turns.claim(link);
   }
 }
 

@@ -32,8 +32,7 @@ class SerialBlock : public link::Answer {
                                                              std::string_view query,
                                                              double milliseconds);
 
-/// In turn: the line is free for what drives it directly. Throws BlockFault when the link has
-/// become another one meanwhile.
+/// In turn: the line is free for what drives it directly.
 void claim(link::Turns& turns, link::Transport& link);
 
 /// The serial port while a transfer reads it, where exchanges are interleaved: no earlier query
