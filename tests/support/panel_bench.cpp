@@ -7,6 +7,14 @@
 #include <utility>
 #include <vector>
 
+namespace lumodevice {
+
+void PrintTo(Exchanges exchanges, std::ostream* output) {
+  *output << (exchanges == Exchanges::InTurn ? "in turn" : "interleaved");
+}
+
+}  // namespace lumodevice
+
 namespace lumodevice::support {
 
 namespace {

@@ -7,6 +7,13 @@
 
 #include "tests/support/bench.hpp"
 
+namespace lumodevice {
+
+/// For the names of tests that run with both choices.
+void PrintTo(Exchanges exchanges, std::ostream* output);
+
+}  // namespace lumodevice
+
 namespace lumodevice::support {
 
 enum class Over { VisaLibrary, VisaCom, Serial };
