@@ -60,6 +60,20 @@ std::map<int, std::string> parsePorts(const std::vector<std::string>& texts) {
   return ports;
 }
 
+/// Where a user's programs keep what they remember; relative folders count as unset.
+std::optional<std::string> historyFile(const Environment& environment) {
+  const auto absolute = [&](const char* name) {
+    const auto folder = environment(name);
+    return folder && folder->starts_with('/') ? folder : std::nullopt;
+  };
+  const auto home = absolute("HOME");
+  const auto state = absolute("XDG_STATE_HOME");
+  if (!home && !state) {
+    return std::nullopt;
+  }
+  return state.value_or(home.value_or("") + "/.local/state") + "/lumodevice/history";
+}
+
 void fillFromEnvironment(CommandLine& line, const Environment& environment) {
   StationOptions& options = line.options;
   if (!options.visaLibrary && !options.simulate) {
@@ -67,6 +81,7 @@ void fillFromEnvironment(CommandLine& line, const Environment& environment) {
   }
   const auto colours = environment("COLORTERM");
   options.dumbTerminal = environment("TERM") == "dumb";
+  options.history = historyFile(environment);
   options.trueColour = (colours == "truecolor" || colours == "24bit") && !environment("NO_COLOR") &&
                        !options.dumbTerminal;
   options.ownDrive = line.command->temporaryDrive && !options.driveC;
@@ -94,6 +109,9 @@ std::string environmentHelp() {
                     {"LUMODEVICE_DRIVE_C", "stands in for --drive-c"},
                     {"XDG_DATA_HOME",
                      "else drive C: is lumodevice/drive_c in it (~/.local/share when unset)"},
+                    {"XDG_STATE_HOME",
+                     "lumodevice/history in it has the lines typed at a prompt "
+                     "(~/.local/state when unset)"},
                     {"NO_COLOR", "when set, nothing is drawn in colours"},
                     {"TERM", "\"dumb\": no line of progress, no colours, no editing of lines"}},
                    "  ") +

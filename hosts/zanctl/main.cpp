@@ -14,8 +14,9 @@ int main(int argc, char** argv) {
   zanctl::FileOutput output(STDOUT_FILENO);
   zanctl::FileOutput errors(STDERR_FILENO);
   try {
-    return zanctl::runProgram({argv + 1, argv + argc}, lumodevice::platform::processVariable,
-                              {std::cin, output, errors});
+    return zanctl::runProgram(
+        {argv + 1, argv + argc}, lumodevice::platform::processVariable,
+        {std::cin, output, errors, ::isatty(STDIN_FILENO) == 1 && output.isTerminal()});
   } catch (const std::exception& bug) {
     errors.line(std::string("zanctl: internal error: ") + bug.what());
     return zanctl::kFailed;

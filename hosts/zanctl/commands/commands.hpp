@@ -10,6 +10,7 @@
   ROW(kList)                 \
   ROW(kConnect)              \
   ROW(kSend)                 \
+  ROW(kErrors)               \
   ROW(kReadings)             \
   ROW(kCapture)              \
   ROW(kConvert)              \

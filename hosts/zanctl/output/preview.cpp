@@ -7,21 +7,29 @@ namespace {
 using lumodevice::toolkit::Colour;
 using lumodevice::toolkit::Picture;
 
-std::string meanColour(const Picture& picture, int left, int top, int step) {
+struct Mean {
   int red = 0;
   int green = 0;
   int blue = 0;
-  for (int y = top; y < top + step; ++y) {
-    for (int x = left; x < left + step; ++x) {
+};
+
+Mean meanColour(const Picture& picture, int left, int top, int width, int height) {
+  Mean sum;
+  for (int y = top; y < top + height; ++y) {
+    for (int x = left; x < left + width; ++x) {
       const Colour point = picture.point(x, y);
-      red += point.red;
-      green += point.green;
-      blue += point.blue;
+      sum.red += point.red;
+      sum.green += point.green;
+      sum.blue += point.blue;
     }
   }
-  const int count = step * step;
-  return std::to_string(red / count) + ';' + std::to_string(green / count) + ';' +
-         std::to_string(blue / count);
+  const int count = width * height;
+  return {sum.red / count, sum.green / count, sum.blue / count};
+}
+
+std::string colourText(const Mean& colour) {
+  return std::to_string(colour.red) + ';' + std::to_string(colour.green) + ';' +
+         std::to_string(colour.blue);
 }
 
 }  // namespace
@@ -32,11 +40,29 @@ std::string preview(const Picture& picture, int step, std::string_view indent) {
   for (int top = 0; top + 2 * step <= picture.height(); top += 2 * step) {
     lines += indent;
     for (int left = 0; left + step <= picture.width(); left += step) {
-      lines.append("\x1B[38;2;").append(meanColour(picture, left, top, step));
-      lines.append(";48;2;").append(meanColour(picture, left, top + step, step)).append("m");
+      lines.append("\x1B[38;2;").append(colourText(meanColour(picture, left, top, step, step)));
+      lines.append(";48;2;").append(colourText(meanColour(picture, left, top + step, step, step)));
+      lines += 'm';
       lines += kUpperHalf;
     }
     lines += "\x1B[0m\n";
+  }
+  return lines;
+}
+
+std::string previewInShades(const Picture& picture, int step, std::string_view indent) {
+  constexpr std::string_view kShades = " .:-=+*#%@";
+  constexpr int kBrightest = 3 * 255;
+  std::string lines;
+  for (int top = 0; top + 2 * step <= picture.height(); top += 2 * step) {
+    std::string line(indent);
+    for (int left = 0; left + step <= picture.width(); left += step) {
+      const Mean mean = meanColour(picture, left, top, step, 2 * step);
+      const auto brightness = static_cast<std::size_t>(mean.red + mean.green + mean.blue);
+      line += kShades[brightness * (kShades.size() - 1) / kBrightest];
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    lines += line + '\n';
   }
   return lines;
 }

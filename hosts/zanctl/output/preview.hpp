@@ -13,4 +13,9 @@ namespace zanctl {
 [[nodiscard]] std::string preview(const lumodevice::toolkit::Picture& picture, int step,
                                   std::string_view indent);
 
+/// The same in characters from blank to "@", brighter points in denser ones, for a terminal without
+/// colours.
+[[nodiscard]] std::string previewInShades(const lumodevice::toolkit::Picture& picture, int step,
+                                          std::string_view indent);
+
 }  // namespace zanctl

@@ -7,6 +7,7 @@ namespace zanctl {
 namespace {
 
 constexpr std::string_view kErase = "\r\x1B[K";
+constexpr std::chrono::milliseconds kBetweenDrawings{100};
 
 }  // namespace
 
@@ -23,6 +24,7 @@ void Progress::end() {
   erase();
   what_.clear();
   begun_ = false;
+  of_ = 0;
 }
 
 void Progress::show(Duration now) {
@@ -37,12 +39,22 @@ void Progress::show(Duration now) {
   if (seconds == 0) {
     return;
   }
-  const std::string line = what_ + " ... " + std::to_string(seconds) + " s";
-  if (line != shown_) {
+  const std::string line = what_ + counted() + " ... " + std::to_string(seconds) + " s";
+  // What comes in small pieces is not drawn for each.
+  const bool soon = !shown_.empty() && of_ > 0 && now - drawn_ < kBetweenDrawings;
+  if (line != shown_ && !soon) {
     erase();
     terminal_.write(line);
     shown_ = line;
+    drawn_ = now;
   }
+}
+
+std::string Progress::counted() const {
+  constexpr std::uint64_t kPercent = 100;
+  return of_ == 0 ? ""
+                  : ": " + std::to_string(bytes_) + " of " + std::to_string(of_) + " bytes (" +
+                        std::to_string(bytes_ * kPercent / of_) + " %)";
 }
 
 void Progress::erase() {

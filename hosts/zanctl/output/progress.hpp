@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -9,8 +10,9 @@
 namespace zanctl {
 
 /// The last line of a terminal while something takes its time: what it is, and the seconds since it
-/// began. It comes up after the first second, and is erased before anything else is written and at
-/// the end. On an output that is no terminal it does nothing.
+/// began, with what has come of how many bytes where that is known. It comes up after the first
+/// second, and is erased before anything else is written and at the end. On an output that is no
+/// terminal it does nothing.
 class Progress {
  public:
   using Duration = lumodevice::toolkit::EventLoop::Duration;
@@ -25,6 +27,11 @@ class Progress {
   void begin(std::string_view what);
   /// Tells something else from now on, with the time still running.
   void tell(std::string_view what);
+  /// How much of something has come that has so many bytes.
+  void count(std::uint64_t bytes, std::uint64_t of) {
+    bytes_ = bytes;
+    of_ = of;
+  }
   void end();
 
   /// To be called as often as possible while something goes on. The first call behind begin()
@@ -33,11 +40,16 @@ class Progress {
   void erase();
 
  private:
+  [[nodiscard]] std::string counted() const;
+
   Output& terminal_;
   bool watched_;
   std::string what_;
   bool begun_ = false;
   Duration start_{};
+  Duration drawn_{};
+  std::uint64_t bytes_ = 0;
+  std::uint64_t of_ = 0;  ///< 0: nothing is counted
   std::string shown_;
 };
 

@@ -27,7 +27,7 @@ Station::Station(const StationOptions& options, const Streams& streams)
       progress_(streams.errors, !options.dumbTerminal),
       output_(streams.output, progress_),
       errors_(streams.errors, progress_),
-      streams_{streams.input, output_, errors_},
+      streams_{streams.input, output_, errors_, streams.atTerminal},
       loop_(makeLoop()),
       clock_(std::make_unique<zansim::LoopClock>(*loop_)),
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
@@ -40,12 +40,15 @@ Station::Station(const StationOptions& options, const Streams& streams)
       trace_->slept(milliseconds);
     }
   });
+  watchBlocks();
   if (options.trace) {
     startTrace(*options.trace);
   }
-  lumodevice::io::Visa& visa = trace_ ? *tracingVisa_ : links_->visa();
+  lumodevice::io::Visa& visa =
+      trace_ ? static_cast<lumodevice::io::Visa&>(*tracingVisa_) : *watchedVisa_;
   lumodevice::io::SerialDevices& serialDevices =
-      trace_ ? *tracingSerialDevices_ : links_->serialDevices();
+      trace_ ? static_cast<lumodevice::io::SerialDevices&>(*tracingSerialDevices_)
+             : *watchedSerialDevices_;
   visaCom_.emplace(visa);
   wallClock_ = makeWallClock(options, *clock_);
   component_ = std::make_unique<lumodevice::ZANCtrl>(
@@ -69,13 +72,22 @@ std::unique_ptr<toolkit::EventLoop> Station::makeLoop() {
   return std::make_unique<WatchedLoop>([this] { progress_.show(loop_->now()); });
 }
 
+void Station::watchBlocks() {
+  blocks_.emplace([this](std::uint64_t received, std::uint64_t total) {
+    progress_.count(received, total);
+    progress_.show(loop_->now());
+  });
+  watchedVisa_.emplace(links_->visa(), *blocks_);
+  watchedSerialDevices_.emplace(links_->serialDevices(), *blocks_);
+}
+
 void Station::startTrace(const std::string& file) {
   if (file != "-") {
     traceFile_ = std::make_unique<FileOutput>(file);
   }
   trace_.emplace(file == "-" ? streams_.errors : *traceFile_, *loop_);
-  tracingVisa_.emplace(links_->visa(), *trace_);
-  tracingSerialDevices_.emplace(links_->serialDevices(), *trace_);
+  tracingVisa_.emplace(*watchedVisa_, *trace_);
+  tracingSerialDevices_.emplace(*watchedSerialDevices_, *trace_);
 }
 
 void Station::showBox(std::string_view text) {

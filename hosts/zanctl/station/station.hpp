@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "hosts/zanctl/links/block_watch.hpp"
 #include "hosts/zanctl/links/links.hpp"
 #include "hosts/zanctl/links/tracing_links.hpp"
 #include "hosts/zanctl/output/output.hpp"
@@ -20,6 +21,8 @@ struct Streams {
   std::istream& input;
   Output& output;
   Output& errors;
+  /// Input and output are the terminal of this process, at which a person types.
+  bool atTerminal = false;
 };
 
 /// One component with all that it needs, as the options say.
@@ -46,6 +49,7 @@ class Station {
 
  private:
   [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop();
+  void watchBlocks();
   void startTrace(const std::string& file);
   void showBox(std::string_view text);
   void choose(Link link);
@@ -60,6 +64,9 @@ class Station {
   std::unique_ptr<lumodevice::io::Clock> clock_;
   std::unique_ptr<Links> links_;
   std::unique_ptr<Output> traceFile_;
+  std::optional<BlockWatch> blocks_;
+  std::optional<WatchedVisa> watchedVisa_;
+  std::optional<WatchedSerialDevices> watchedSerialDevices_;
   std::optional<WireTrace> trace_;
   std::optional<TracingVisa> tracingVisa_;
   std::optional<TracingSerialDevices> tracingSerialDevices_;

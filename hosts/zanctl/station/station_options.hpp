@@ -18,6 +18,8 @@ struct StationOptions : LinkOptions {
   bool trueColour = false;
   /// The terminal knows characters alone: nothing can be erased or drawn over.
   bool dumbTerminal = false;
+  /// Where the lines are kept that were typed; none without a home folder.
+  std::optional<std::string> history;
   lumodevice::Exchanges exchanges = lumodevice::Exchanges::InTurn;
   /// The link whose options are clicked before the command runs.
   Link link = Link::Visa;

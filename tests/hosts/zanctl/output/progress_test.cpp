@@ -54,6 +54,25 @@ TEST_F(ProgressTest, nobodySeesItWithoutATerminal) {
   EXPECT_EQ(file.text(), "");
 }
 
+TEST_F(ProgressTest, whatHasComeIsToldInBytesAndPercentTenTimesASecond) {
+  Progress progress(terminal);
+  progress.begin("reading");
+  progress.show(milliseconds(0));
+  progress.count(50, 200);
+  progress.show(milliseconds(1000));
+  progress.count(60, 200);
+  progress.show(milliseconds(1099));
+  progress.count(101, 200);
+  progress.show(milliseconds(1100));
+  progress.end();
+  progress.begin("sending");
+  progress.show(milliseconds(2000));
+  progress.show(milliseconds(3000));
+  EXPECT_EQ(terminal.text(),
+            "reading: 50 of 200 bytes (25 %) ... 1 s\r\x1B[K"
+            "reading: 101 of 200 bytes (50 %) ... 1 s\r\x1B[Ksending ... 1 s");
+}
+
 TEST_F(ProgressTest, aTerminalThatErasesNothingShowsNone) {
   Progress progress(terminal, false);
   progress.begin("reading");
@@ -68,6 +87,15 @@ TEST(Preview, twoPointsStandInACharacter) {
   picture.setPoint(0, 0, {.red = 200, .green = 0, .blue = 4});
   picture.setPoint(1, 3, {.red = 0, .green = 40, .blue = 0});
   EXPECT_EQ(preview(picture, 2, "  "), "  \x1B[38;2;50;0;1;48;2;0;10;0m\xE2\x96\x80\x1B[0m\n");
+}
+
+TEST(Preview, withoutColoursBrighterPointsStandInDenserCharacters) {
+  lumodevice::toolkit::Picture picture(3, 2);
+  for (int y = 0; y < 2; ++y) {
+    picture.setPoint(0, y, {.red = 255, .green = 255, .blue = 255});
+    picture.setPoint(1, y, {.red = 0, .green = 170, .blue = 0});
+  }
+  EXPECT_EQ(previewInShades(picture, 1, "  "), "  @:\n");
 }
 
 }  // namespace
