@@ -221,6 +221,7 @@ class ForgetfulDrive : public io::Drive {
     };
     return std::make_unique<File>();
   }
+  void replace(std::string_view, std::span<const std::uint8_t>) override {}
 };
 
 void compareTransfer(const std::string& what, const Block& block, const bench::RawSocket& plain,

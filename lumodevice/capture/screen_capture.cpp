@@ -34,6 +34,11 @@ constexpr double kDumpWait = 1000;
 constexpr double kBitmapWait = 1500;
 constexpr double kPieceWait = 100;
 
+// Bytes.
+constexpr std::size_t kDumpRoom = kDumpHeader.size() + DisplayDump::kSize + 1;
+constexpr std::size_t kBitmapRoom =
+    toolkit::Picture::kHeaderSize + std::size_t{3} * kScreenWidth * kScreenHeight;
+
 constexpr int kDumpPasses = 20;
 constexpr std::size_t kShownPoints = std::size_t{kScreenWidth} * kScreenHeight;
 /// What is read at most of a file that is to be shown.
@@ -191,6 +196,7 @@ void ScreenCapture::offerSeenValues(std::string_view dump) {
 
 /// The same file, of one complete block.
 void ScreenCapture::captureDumpInTurn(std::string_view sFile) {
+  files_.expectRoom(sFile, kDumpRoom);
   const auto answer = transfer::askForBlock(turns_, serial_, kDumpQuery, kDumpWait);
   const std::string_view dump = answer->block()->bytes;
   files_.replace(sFile, transfer::asBytes(dump));
@@ -198,6 +204,7 @@ void ScreenCapture::captureDumpInTurn(std::string_view sFile) {
 }
 
 void ScreenCapture::captureBitmapInTurn(std::string_view sFile) {
+  files_.expectRoom(sFile, kBitmapRoom);
   const auto answer =
       transfer::askForBlock(turns_, serial_, kBitmapQuery, kBitmapWait + transfer::kLongestSilence);
   files_.replace(sFile, transfer::asBytes(answer->block()->data));
@@ -233,6 +240,9 @@ bool ScreenCapture::CaptureScreenVisa(std::string_view sFile, int mode) {
 
 bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
   const bool raw = mode == kRawDump;
+  if (turns_.inTurn()) {
+    files_.expectRoom(sFile, (raw ? kDumpRoom : 0) + (namesBitmap(sFile) ? kBitmapRoom : 0));
+  }
   transfer::claim(turns_, com_);
   com_.session()->setTimeout(raw ? kDumpTimeout : kBitmapTimeout);
   if (!form_.optVisa2.value()) {
@@ -249,7 +259,11 @@ bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
     session.restore();
     return true;
   }
-  files_.write(kDump, data);
+  if (turns_.inTurn()) {
+    files_.replace(kDump, data);
+  } else {
+    files_.write(kDump, data);
+  }
   session.restore();
   return !namesBitmap(sFile) || ConvertDumpToBitmap(sFile);
 }

@@ -14,7 +14,8 @@ namespace lumodevice::capture {
 
 /// Saves the instrument's screen, as the bitmap that it draws itself (":DISP:COL?") or by way of
 /// its raw display memory (":DISP:OUTP?"), and shows it in Picture1 and Image1. The operations
-/// return false at the first failure; what they have written by then stays.
+/// return false at the first failure; what they have written by then stays. In turn files are
+/// replaced whole or not at all, and a drive without room is seen before the instrument is asked.
 class ScreenCapture {
  public:
   /// What is asked for. Everything but a raw dump is a colour bitmap.

@@ -13,14 +13,13 @@ namespace {
 
 using InputModes = io::SerialPort::InputModes;
 
-constexpr Reading kSequence{":MEM:FILE:SEQ?", "c:\\temp\\ZANSeq.a", 2000, 3000};
-constexpr Reading kSystem{":SYST:SET?", "c:\\temp\\ZANProg.b", 1500, 3000};
 constexpr std::string_view kSystemUpload = "c:\\temp\\ZANProgUpload.b";
 constexpr std::string_view kPresetQuery = ":MEM:FILE:PRES?";
 constexpr std::string_view kPreset = "c:\\temp\\zanbank.dev";
 /// Its presence allows a host to send the preset.
 constexpr std::string_view kPresetMarker = "c:\\temp\\test.dev";
 
+constexpr std::size_t kSequenceSize = 9999;
 constexpr std::size_t kSystemSize = 5580;
 constexpr std::string_view kSystemHeader = ":SYST:SET #45580";
 constexpr std::size_t kPresetSize = 892;
@@ -29,6 +28,9 @@ constexpr std::string_view kPresetHeader = "#3892";
 constexpr std::size_t kRawPresetSize = kPresetHeader.size() + kPresetSize + 1;
 /// Room for the system settings and their header in one write.
 constexpr std::int32_t kBufferSize = 6000;
+
+constexpr Reading kSequence{":MEM:FILE:SEQ?", "c:\\temp\\ZANSeq.a", 2000, 3000, kSequenceSize};
+constexpr Reading kSystem{":SYST:SET?", "c:\\temp\\ZANProg.b", 1500, 3000, kSystemSize};
 
 constexpr double kSystemSendWait = 1000;
 constexpr double kPresetReadWait = 1000;
@@ -74,6 +76,9 @@ void MemoryFiles::GetSystem() {
 
 void MemoryFiles::getFile(const Reading& reading) {
   files_.ensureFolder();
+  if (turns_.inTurn()) {
+    files_.expectRoom(reading.target, reading.size);
+  }
   files_.removeIfThere(reading.target);
   if (!serial()) {
     getOverVisa(reading.query, reading.target);
@@ -205,6 +210,9 @@ void MemoryFiles::SetPreset() {
 
 bool MemoryFiles::ReadPresetFromDevice(std::string_view sFile) {
   return attempt([&] {
+    if (turns_.inTurn()) {
+      files_.expectRoom(sFile, kRawPresetSize);
+    }
     if (!serial()) {
       getOverVisa(kPresetQuery, sFile);
     } else if (turns_.inTurn()) {

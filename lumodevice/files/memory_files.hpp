@@ -19,6 +19,8 @@ struct Reading {
   std::string_view target;
   double firstWait;
   double secondWait;
+  /// Bytes that it may well have.
+  std::size_t size;
 };
 
 /// Copies the instrument's memory files between the instrument and "C:\temp": over the serial port
@@ -26,7 +28,8 @@ struct Reading {
 /// its first failure; what it has written or deleted by then stays, and so does the input mode of
 /// the serial port. Interleaved, the serial transfers wait fixed times (1 to 5 s in all) and then
 /// for what has begun to come. In turn a file is asked for once and read as it comes, the line is
-/// free for what follows, and a file of the drive is replaced whole or not at all.
+/// free for what follows, and a file of the drive is replaced whole or not at all. A drive that has
+/// no room for it is seen before the former file goes and before the instrument is asked.
 ///
 /// A preset is sent only from a file that holds one for the link; in turn only one is saved, too.
 class MemoryFiles {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -43,6 +44,14 @@ class LUMODEVICE_API Drive {
   virtual void rename(std::string_view from, std::string_view to) = 0;
   /// Creates a missing file; keeps the content of one that exists. Throws DriveFault.
   [[nodiscard]] virtual std::unique_ptr<BinaryFile> open(std::string_view path) = 0;
+  /// Puts a file with this content in the place of whatever was there: all of it, or the old file
+  /// stays as it was. Made of the acts above, it goes by way of the file NAME.new; a drive that can
+  /// do better does. Throws DriveFault.
+  virtual void replace(std::string_view path, std::span<const std::uint8_t> data);
+  /// Whether replace() would find room for so many bytes: asked before an instrument is asked for
+  /// what could not be kept. Throws DriveFault where it would; a drive that cannot tell does
+  /// nothing.
+  virtual void expectRoom(std::string_view path, std::size_t bytes) const;
 };
 
 }  // namespace lumodevice::io

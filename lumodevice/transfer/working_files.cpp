@@ -1,7 +1,5 @@
 #include "lumodevice/transfer/working_files.hpp"
 
-#include <string>
-
 namespace lumodevice::transfer {
 
 namespace {
@@ -23,14 +21,18 @@ void WorkingFiles::removeIfThere(std::string_view path) {
   }
 }
 
-WorkingFiles::File WorkingFiles::open(std::string_view path) {
+WorkingFiles::Number WorkingFiles::takeNumber() {
   if (numberInUse_) {
     throw io::DriveFault(kFileAlreadyOpen, "another file is open under the number");
   }
-  File file;
-  file.file_ = drive_.open(path);
   numberInUse_ = true;
-  file.number_.reset(&numberInUse_);
+  return Number(&numberInUse_);
+}
+
+WorkingFiles::File WorkingFiles::open(std::string_view path) {
+  File file;
+  file.number_ = takeNumber();
+  file.file_ = drive_.open(path);
   return file;
 }
 
@@ -39,15 +41,8 @@ void WorkingFiles::write(std::string_view path, std::span<const std::uint8_t> da
 }
 
 void WorkingFiles::replace(std::string_view path, std::span<const std::uint8_t> data) {
-  const std::string fresh = std::string(path) + ".new";
-  removeIfThere(fresh);
-  try {
-    write(fresh, data);
-    drive_.rename(fresh, path);
-  } catch (const io::DriveFault&) {
-    attempt([&] { removeIfThere(fresh); });
-    throw;
-  }
+  const Number number = takeNumber();
+  drive_.replace(path, data);
 }
 
 std::size_t WorkingFiles::read(std::string_view path, std::span<std::uint8_t> data) {

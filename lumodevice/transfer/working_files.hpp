@@ -34,6 +34,18 @@ class WorkingFiles {
   [[nodiscard]] bool exists(std::string_view path) const { return drive_.fileExists(path); }
   void removeIfThere(std::string_view path);
 
+  /// To be asked before an instrument is asked for what could not be kept. Throws DriveFault.
+  void expectRoom(std::string_view path, std::size_t bytes) const {
+    drive_.expectRoom(path, bytes);
+  }
+
+ private:
+  struct GiveBack {
+    void operator()(bool* inUse) const { *inUse = false; }
+  };
+  using Number = std::unique_ptr<bool, GiveBack>;
+
+ public:
   /// A file under the shared number, until it goes out of scope.
   class File {
    public:
@@ -44,10 +56,7 @@ class WorkingFiles {
    private:
     friend class WorkingFiles;
     File() = default;
-    struct GiveBack {
-      void operator()(bool* inUse) const { *inUse = false; }
-    };
-    std::unique_ptr<bool, GiveBack> number_;
+    Number number_;
     std::unique_ptr<io::BinaryFile> file_;
   };
 
@@ -66,6 +75,8 @@ class WorkingFiles {
   std::size_t read(std::string_view path, std::span<std::uint8_t> data);
 
  private:
+  [[nodiscard]] Number takeNumber();
+
   io::Drive& drive_;
   bool numberInUse_ = false;
 };

@@ -10,6 +10,7 @@
 
 #include "platform/posix/file_descriptor.hpp"
 #include "platform/posix/same_name.hpp"
+#include "platform/whole_files.hpp"
 
 namespace lumodevice::platform {
 
@@ -46,6 +47,22 @@ int faultNumber(int error) {
 [[noreturn]] void fail(const fs::path& path, int error) {
   throw io::DriveFault(faultNumber(error),
                        path.string() + ": " + std::generic_category().message(error));
+}
+
+/// Runs an act on a whole file in the terms of a drive.
+template <typename Act>
+void asDrive(Act act) {
+  try {
+    act();
+  } catch (const FileFault& fault) {
+    throw io::DriveFault(faultNumber(fault.error()), fault.what());
+  }
+}
+
+/// A link in the place of a file is none of the drive's files: it may lead anywhere.
+bool isFile(const fs::path& place) {
+  std::error_code error;
+  return fs::symlink_status(place, error).type() == fs::file_type::regular;
 }
 
 /// The names along a path of drive C:, ".." resolved; nothing for a path of another kind.
@@ -140,8 +157,7 @@ void FolderDrive::createRoot() const {
 
 bool FolderDrive::fileExists(std::string_view path) const {
   const auto place = locate(path);
-  std::error_code error;
-  return place && fs::is_regular_file(*place, error);
+  return place && isFile(*place);
 }
 
 bool FolderDrive::folderExists(std::string_view path) const {
@@ -151,10 +167,8 @@ bool FolderDrive::folderExists(std::string_view path) const {
 }
 
 void FolderDrive::createFolder(std::string_view path) {
-  createRoot();
-  const auto place = locate(path);
-  if (!place) throw io::DriveFault(kPathNotFound, "path not found: " + std::string(path));
-  if (::mkdir(place->c_str(), 0777) != 0) fail(*place, errno);
+  const fs::path place = placeFor(path);
+  if (::mkdir(place.c_str(), 0777) != 0) fail(place, errno);
 }
 
 void FolderDrive::remove(std::string_view path) {
@@ -175,24 +189,42 @@ void FolderDrive::rename(std::string_view from, std::string_view to) {
   if (::rename(old->c_str(), place->c_str()) != 0) fail(*place, errno);
 }
 
-/// A file that may only be read is opened for reading: what is meant for sending is often kept so.
-std::unique_ptr<io::BinaryFile> FolderDrive::open(std::string_view path) {
+std::filesystem::path FolderDrive::placeFor(std::string_view path) const {
   createRoot();
   const auto place = locate(path);
   if (!place) throw io::DriveFault(kPathNotFound, "path not found: " + std::string(path));
-  constexpr int common = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-  FileDescriptor file(::open(place->c_str(), O_RDWR | O_CREAT | common, 0666));
+  return *place;
+}
+
+void FolderDrive::replace(std::string_view path, std::span<const std::uint8_t> data) {
+  const std::string_view bytes(reinterpret_cast<const char*>(data.data()), data.size());
+  asDrive([&] { replaceFile(placeFor(path), bytes); });
+}
+
+void FolderDrive::expectRoom(std::string_view path, std::size_t bytes) const {
+  asDrive([&] { const Room room(placeFor(path), bytes); });
+}
+
+/// A file that may only be read is opened for reading: what is meant for sending is often kept so.
+std::unique_ptr<io::BinaryFile> FolderDrive::open(std::string_view path) {
+  const fs::path place = placeFor(path);
+  std::error_code missing;
+  const fs::file_type kind = fs::symlink_status(place, missing).type();
+  if (!missing && kind == fs::file_type::symlink) fail(place, ELOOP);
+  if (!missing && kind != fs::file_type::regular) fail(place, EISDIR);
+  constexpr int common = O_CLOEXEC | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
+  FileDescriptor file(::open(place.c_str(), O_RDWR | O_CREAT | common, 0666));
   if (!file) {
     const int error = errno;
     if (error == EACCES || error == EROFS) {
-      file = FileDescriptor(::open(place->c_str(), O_RDONLY | common));
+      file = FileDescriptor(::open(place.c_str(), O_RDONLY | common));
     }
-    if (!file) fail(*place, error);
+    if (!file) fail(place, error);
   }
   struct stat info {};
-  if (::fstat(file.get(), &info) != 0) fail(*place, errno);
-  if (!S_ISREG(info.st_mode)) fail(*place, EISDIR);
-  return std::make_unique<DriveFile>(std::move(file), *place);
+  if (::fstat(file.get(), &info) != 0) fail(place, errno);
+  if (!S_ISREG(info.st_mode)) fail(place, EISDIR);
+  return std::make_unique<DriveFile>(std::move(file), place);
 }
 
 }  // namespace lumodevice::platform

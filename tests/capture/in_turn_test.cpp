@@ -100,6 +100,13 @@ TEST_F(SerialCaptureInTurn, ADumpThatIsCutLeavesTheOldOne) {
   expectOwnAnswers();
 }
 
+TEST_F(SerialCaptureInTurn, ADriveWithoutRoomIsSeenBeforeAnythingIsAsked) {
+  bench.drive.room = 100'000;
+  EXPECT_FALSE(bench.zan().GetBMPFile());
+  bench.click("cmdGetCTRLScrn");
+  EXPECT_EQ(bench.journal({"COM3 write"}), "");
+}
+
 TEST_F(SerialCaptureInTurn, TheAutoQueryStandsBack) {
   bench.zan().AutoQuery(true);
   bench.run(milliseconds(1010));
@@ -128,6 +135,30 @@ TEST_F(VisaCaptureInTurn, ADumpThatComesTooLateIsNobodysAnswer) {
   EXPECT_FALSE(bench.zan().GetBMPFile());
   expectOwnAnswers();
   EXPECT_EQ(file(kDumpFile), "missing");
+}
+
+TEST_F(VisaCaptureInTurn, ADriveWithoutRoomIsSeenBeforeAnythingIsAsked) {
+  bench.drive.room = 300'000;
+  EXPECT_FALSE(bench.zan().GetBMPFile()) << "the dump and the picture need more";
+  EXPECT_EQ(bench.journal({"WriteString"}), "");
+  bench.instrument.on(":DISP:OUTP?", textOf(colouredDump(1)));
+  bench.click("cmdGetCTRLScrn");
+  EXPECT_TRUE(file(kDumpFile) == textOf(colouredDump(1))) << "there is room for the dump";
+}
+
+TEST_F(VisaCaptureInTurn, AFullDiskLeavesTheOldDump) {
+  put(kDumpFile, "a dump");
+  bench.instrument.on(":DISP:OUTP?", textOf(colouredDump(1)));
+  bench.script.fail("put", 61);
+  EXPECT_FALSE(bench.zan().GetBMPFile());
+  EXPECT_EQ(file(kDumpFile), "a dump");
+}
+
+TEST_F(VisaCaptureInTurn, AShorterDumpLeavesNothingOfALongerFile) {
+  put(kDumpFile, std::string(200'000, 'x'));
+  bench.instrument.on(":DISP:OUTP?", textOf(colouredDump(1)));
+  EXPECT_TRUE(bench.zan().GetBMPFile());
+  EXPECT_TRUE(file(kDumpFile) == textOf(colouredDump(1)));
 }
 
 struct SerialCaptureInterleaved : testing::Test, Captures {

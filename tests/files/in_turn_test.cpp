@@ -214,6 +214,20 @@ TEST_F(SerialInTurn, aFullDiskLeavesTheOldPreset) {
   expectOwnAnswers();
 }
 
+TEST_F(SerialInTurn, aDriveWithoutRoomIsSeenBeforeAnythingIsDeletedOrAsked) {
+  for (const char* kept : {kSequenceFile, kSystemFile, kPresetFile}) {
+    put(kept, "old");
+  }
+  bench.drive.room = 800;
+  bench.zan().GetSeqFile();
+  bench.zan().GetSysFile();
+  EXPECT_FALSE(bench.zan().GetPresetFile(""));
+  EXPECT_EQ(bench.journal({"COM3 write", "remove"}), "");
+  for (const char* kept : {kSequenceFile, kSystemFile, kPresetFile}) {
+    EXPECT_EQ(file(kept), "old");
+  }
+}
+
 TEST_F(SerialInTurn, aLinkThatIsLeftInsideTheWaitEndsTheTransfer) {
   bench.instrument.on(":MEM:FILE:PRES?", answer(preset, milliseconds(500)));
   put(kPresetFile, "old");

@@ -4,10 +4,12 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <vector>
 
 #include "tests/io/fault_number.hpp"
 #include "tests/platform/child_process.hpp"
+#include "tests/platform/small_disk.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
 namespace lumodevice::platform {
@@ -136,6 +138,55 @@ TEST_F(FolderDriveTest, linksOfTheUserAreFollowed) {
   drive.createFolder("C:\\temp");
   std::filesystem::create_symlink(folder.path() / "elsewhere", folder.path() / "drive_c/temp/link");
   EXPECT_TRUE(drive.fileExists("C:\\temp\\LINK\\file"));
+}
+
+TEST_F(FolderDriveTest, aLinkInThePlaceOfAFileIsNoneOfItsFiles) {
+  folder.write("elsewhere", "theirs");
+  drive.createFolder("C:\\temp");
+  for (const char* name : {"linked", "dangling"}) {
+    const std::string path = std::string("C:\\temp\\") + name;
+    std::filesystem::create_symlink(
+        folder.path() / (name == std::string("linked") ? "elsewhere" : "none"),
+        folder.path() / "drive_c/temp" / name);
+    EXPECT_FALSE(drive.fileExists(path));
+    EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open(path); }), 75);
+    EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.replace(path, bytes("x")); }), 75);
+    EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.expectRoom(path, 1); }), 75);
+  }
+  EXPECT_EQ(folder.read("elsewhere"), "theirs");
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "none"));
+}
+
+TEST_F(FolderDriveTest, aPipeIsNoFile) {
+  drive.createFolder("C:\\temp");
+  ASSERT_EQ(::mkfifo((folder.path() / "drive_c/temp/pipe").c_str(), 0600), 0);
+  EXPECT_FALSE(drive.fileExists("C:\\temp\\pipe"));
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { (void)drive.open("C:\\temp\\pipe"); }), 75);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.replace("C:\\temp\\pipe", bytes("x")); }), 75);
+}
+
+TEST_F(FolderDriveTest, aFileIsReplacedWholeInWhateverCaseItIsNamed) {
+  folder.write("drive_c/temp/ZAN.bmp", "a longer old one");
+  folder.write("drive_c/temp/ZAN.bmp.new", "the user's own");
+  drive.replace("c:\\TEMP\\zan.BMP", bytes("new"));
+  EXPECT_EQ(folder.read("drive_c/temp/ZAN.bmp"), "new");
+  EXPECT_EQ(folder.read("drive_c/temp/ZAN.bmp.new"), "the user's own");
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.replace("C:\\none\\x", bytes("x")); }), 76);
+}
+
+TEST_F(FolderDriveTest, aDiskWithoutRoomIsSeenBeforehandAndKeepsTheFormerFile) {
+  drive.createFolder("C:\\temp");
+  const posix::SmallDisk disk(folder.path() / "drive_c/temp", 65536);
+  if (!disk.mounted()) GTEST_SKIP() << "this user may not mount";
+  drive.replace("C:\\temp\\a", Bytes(5580, 'a'));
+  drive.expectRoom("C:\\temp\\a", 5580);
+  disk.fill("rest");
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.expectRoom("C:\\temp\\a", 5580); }), 61);
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.replace("C:\\temp\\a", Bytes(5580, 'b')); }),
+            61);
+  EXPECT_EQ(folder.read("drive_c/temp/a"), std::string(5580, 'a'));
+  ASSERT_TRUE(disk.makeReadOnly());
+  EXPECT_EQ(faultNumber<io::DriveFault>([&] { drive.expectRoom("C:\\temp\\a", 1); }), 70);
 }
 
 TEST_F(FolderDriveTest, writingKeepsWhatLiesBehindAndReadingFillsUpWithZeros) {

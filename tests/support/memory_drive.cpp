@@ -8,6 +8,7 @@ namespace lumodevice::support {
 namespace {
 
 constexpr int kNotFound = 53;
+constexpr int kFull = 61;
 constexpr int kNameExists = 75;
 constexpr int kPathNotFound = 76;
 
@@ -96,6 +97,12 @@ std::unique_ptr<io::BinaryFile> MemoryDrive::open(std::string_view path) {
     throw io::DriveFault(kPathNotFound, std::string(path));
   }
   return std::make_unique<File>(*this, content(path));
+}
+
+void MemoryDrive::expectRoom(std::string_view path, std::size_t bytes) const {
+  if (bytes > room) {
+    throw io::DriveFault(kFull, std::string(path));
+  }
 }
 
 MemoryDrive::Bytes& MemoryDrive::content(std::string_view path) {

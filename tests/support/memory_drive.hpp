@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <memory>
 #include <set>
@@ -27,6 +28,10 @@ class MemoryDrive : public io::Drive {
   void remove(std::string_view path) override;
   void rename(std::string_view from, std::string_view to) override;
   [[nodiscard]] std::unique_ptr<io::BinaryFile> open(std::string_view path) override;
+  void expectRoom(std::string_view path, std::size_t bytes) const override;
+
+  /// Bytes that are left; nothing is written in the journal about them.
+  std::size_t room = std::numeric_limits<std::size_t>::max();
 
   /// The content of a file, made when it is missing; whatever its folder.
   [[nodiscard]] Bytes& content(std::string_view path);
