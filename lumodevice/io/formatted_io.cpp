@@ -97,6 +97,17 @@ void FormattedIO::SetBufferSize(int bufferMask, std::int32_t bytes) {
 
 // ---- reading
 
+Clock::Duration FormattedIO::now() const {
+  return clock_ != nullptr ? clock_->now()
+                           : Clock::Duration(std::chrono::steady_clock::now().time_since_epoch());
+}
+
+void FormattedIO::beginRead() {
+  session();
+  skipped_ = 0;
+  deadline_ = now() + kLongestRead;
+}
+
 void FormattedIO::dropUnread() {
   input_.clear();
   if (input_.capacity() > kLargestReserve) input_.shrink_to_fit();
@@ -118,6 +129,7 @@ std::size_t FormattedIO::room(std::size_t arrived) {
 /// may as well drip.
 template <typename Buffer>
 bool FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
+  if (now() >= deadline_) require(VI_ERROR_TMO, "reading for ten minutes");
   const std::size_t before = bytes.size();
   bytes.resize(before + most);
   std::uint32_t count = 0;
@@ -129,8 +141,10 @@ bool FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
     ending_ = status == VI_SUCCESS_TERM_CHAR ? Ending::TerminationCharacter : Ending::End;
   } else {
     ending_ = Ending::Open;
-    if (count == 0) require(VI_ERROR_IO, "reading");
   }
+  // Only END can come without a byte. A library that reads nothing and calls it a success would be
+  // asked again and again.
+  if (count == 0 && status != VI_SUCCESS) require(VI_ERROR_IO, "reading");
   return count == most;
 }
 
@@ -148,8 +162,7 @@ void FormattedIO::refuseEnd() const {
 }
 
 std::string FormattedIO::ReadString() {
-  session();
-  skipped_ = 0;
+  beginRead();
   std::size_t piece = inputSize_;
   while (ending_ == Ending::Open) {
     if (fetch(piece)) piece = std::min(piece * 2, std::max(kLargestReserve, inputSize_));
@@ -168,7 +181,8 @@ void FormattedIO::fetchUntilUnread(std::size_t wanted) {
   }
 }
 
-/// Drops everything before the next "#", whole messages too.
+/// Drops everything before the next "#", whole messages too, but for an empty one: there may be no
+/// end of them.
 void FormattedIO::seekBlock() {
   while (true) {
     const auto mark = unread().find('#');
@@ -179,6 +193,7 @@ void FormattedIO::seekBlock() {
     skipped_ += unread().size();
     dropUnread();
     fetch(1);
+    if (unread().empty()) require(VI_ERROR_IO, "reading");
   }
 }
 
@@ -227,8 +242,7 @@ Bytes FormattedIO::takeBlock(std::size_t header, std::size_t length) {
 }
 
 Bytes FormattedIO::ReadIEEEBlock(bool seekToBlock, bool flushToEnd) {
-  session();
-  skipped_ = 0;
+  beginRead();
   if (seekToBlock) seekBlock();
   std::size_t header = 0;
   const std::size_t length = blockLengthAt(header);

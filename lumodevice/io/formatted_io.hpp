@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -8,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lumodevice/io/clock.hpp"
 #include "lumodevice/io/message_session_over_visa.hpp"
 
 namespace lumodevice::io {
@@ -17,6 +19,13 @@ class FormattedIO : public FormattedIO488 {
  public:
   /// Bytes of one message, or of what is skipped in one call, beyond which a read gives up.
   static constexpr std::size_t kLargestMessage = std::size_t{16} << 20;
+
+  /// A read gives up after that long, however much comes: each read of the library has a time-out
+  /// of its own, but a device that drips could go on for ever.
+  static constexpr std::chrono::minutes kLongestRead{10};
+
+  /// Null: the time is the system's.
+  explicit FormattedIO(const Clock* clock = nullptr) : clock_(clock) {}
 
   [[nodiscard]] std::shared_ptr<MessageSession> IO() const override { return session_; }
   /// Only sessions that this library's resource manager opened; others are refused (E_NOINTERFACE).
@@ -34,7 +43,9 @@ class FormattedIO : public FormattedIO488 {
   enum class Ending { Open, TerminationCharacter, End };
 
   MessageSessionOverVisa& session();
+  [[nodiscard]] Clock::Duration now() const;
   void beginWrite();
+  void beginRead();
   void append(std::string_view data);
   std::size_t room(std::size_t arrived);
   template <typename Buffer>
@@ -50,6 +61,8 @@ class FormattedIO : public FormattedIO488 {
   void seekBlock();
   void flushMessage();
 
+  const Clock* clock_;
+  Clock::Duration deadline_{};
   std::shared_ptr<MessageSessionOverVisa> session_;
   std::string output_;
   std::string input_;  ///< what has arrived; the first `taken_` bytes are used up

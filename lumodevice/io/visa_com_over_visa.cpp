@@ -38,7 +38,7 @@ std::shared_ptr<ResourceManager> VisaComOverVisa::createResourceManager() {
 }
 
 std::shared_ptr<FormattedIO488> VisaComOverVisa::createFormattedIO488() {
-  return std::make_shared<FormattedIO>();
+  return std::make_shared<FormattedIO>(clock_);
 }
 
 }  // namespace lumodevice::io

@@ -221,6 +221,76 @@ TEST_F(FormattedIOTest, aLibraryThatReadsNothingForEverIsAnError) {
   EXPECT_NE(stringFault(), 0);
 }
 
+/// A library whose reads bring no byte and call it that, time after time.
+struct EmptyReads : AnsweringVisa {
+  explicit EmptyReads(ViStatus what) : status(what) {}
+  ViStatus viRead(ViSession, std::span<char>, std::uint32_t& count) override {
+    count = 0;
+    ++reads;
+    // Nobody waits for the end of an endless loop.
+    return reads < 100 ? status : VI_ERROR_CONN_LOST;
+  }
+  ViStatus status;
+  int reads = 0;
+};
+
+TEST(FormattedIOReads, thatBringNothingAreAnErrorAndNoEndlessLoop) {
+  for (const std::uint32_t status : {0U, 0x3FFF0005U, 0x3FFF0006U, 0x3FFF0001U, 0x3FFF0085U}) {
+    for (const bool seek : {false, true}) {
+      EmptyReads library(viStatus(status));
+      VisaComOverVisa com(library);
+      const auto device = com.createFormattedIO488();
+      device->setIO(com.createResourceManager()->Open("USB0::1::INSTR", 0, 0, ""));
+      EXPECT_THROW((void)device->ReadIEEEBlock(seek, true), VisaComFault);
+      EXPECT_EQ(library.reads, 1) << status;
+    }
+    if (status == 0) continue;
+    EmptyReads library(viStatus(status));
+    VisaComOverVisa com(library);
+    const auto device = com.createFormattedIO488();
+    device->setIO(com.createResourceManager()->Open("USB0::1::INSTR", 0, 0, ""));
+    EXPECT_THROW((void)device->ReadString(), VisaComFault);
+    EXPECT_EQ(library.reads, 1);
+  }
+}
+
+/// A device that sends a byte a second; none of its reads takes too long.
+struct Drip : AnsweringVisa, Clock {
+  explicit Drip(std::string bytes) : message(std::move(bytes)) {}
+  [[nodiscard]] Duration now() const override { return time; }
+  void wait(Duration span) override { time += span; }
+  ViStatus viRead(ViSession, std::span<char> buffer, std::uint32_t& count) override {
+    wait(std::chrono::seconds(1));
+    buffer[0] = message[std::min(reads, message.size() - 1)];
+    ++reads;
+    count = 1;
+    return buffer[0] == '\n' ? VI_SUCCESS_TERM_CHAR : VI_SUCCESS_MAX_CNT;
+  }
+  const std::string message;  ///< the last byte of which is repeated
+  Duration time{};
+  std::size_t reads = 0;
+};
+
+TEST(FormattedIOReads, haveTenMinutesForTheWhole) {
+  const auto ends = [](const std::string& message, auto read) {
+    Drip drip(message);
+    VisaComOverVisa com(drip, &drip);
+    const auto device = com.createFormattedIO488();
+    device->setIO(com.createResourceManager()->Open("USB0::1::INSTR", 0, 0, ""));
+    read(*device);
+    EXPECT_LE(drip.time, std::chrono::seconds(601));
+    EXPECT_GE(drip.time, std::chrono::seconds(600));
+  };
+  ends("x", [](auto& device) { EXPECT_THROW((void)device.ReadString(), VisaComFault); });
+  ends("#800100000x",
+       [](auto& device) { EXPECT_THROW((void)device.ReadIEEEBlock(false, true), VisaComFault); });
+  ends("#800100000\n",
+       [](auto& device) { EXPECT_THROW((void)device.ReadIEEEBlock(false, true), VisaComFault); });
+  ends("x",
+       [](auto& device) { EXPECT_THROW((void)device.ReadIEEEBlock(true, true), VisaComFault); });
+  ends("#15hellox", [](auto& device) { EXPECT_EQ(device.ReadIEEEBlock(false, true).size(), 5U); });
+}
+
 TEST_F(FormattedIOTest, aBlockComesWithoutHeaderAndTerminator) {
   visa.answer(std::string("#15a\n#\0z\n", 9));
   EXPECT_EQ(readBlock(), std::string("a\n#\0z", 5));
