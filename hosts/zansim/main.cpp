@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include "platform/system_clock.hpp"
@@ -102,12 +101,17 @@ void show(std::string_view message, std::string_view answer) {
   std::cerr << shown(message) << (answer.empty() ? "" : " -> ") << shown(answer) << '\n';
 }
 
+/// What a message names may hold anything.
+void complain(std::string_view wrong) {
+  std::cerr << "zansim: " << printable(wrong) << '\n';
+}
+
 /// The instrument goes on without its file.
 void save(const zansim::StateFile& file, const zansim::Memory& memory) {
   try {
     file.save(memory);
-  } catch (const std::system_error& error) {
-    std::cerr << "zansim: " << error.what() << '\n';
+  } catch (const zansim::StateFault& fault) {
+    complain(fault.what());
   }
 }
 
@@ -155,7 +159,7 @@ int serve(const Options& options) {
   }
   if (!options.link.empty()) {
     const std::string device = server.openTerminal(options.link, options.baud);
-    std::cout << "listening on " << options.link << " -> " << device << '\n';
+    std::cout << "listening on " << printable(options.link) << " -> " << device << '\n';
   }
   std::cout.flush();
   while (stopAsked == 0) {
@@ -177,22 +181,24 @@ int main(int argc, char** argv) {
     if (error.get_exit_code() == 0) {
       return app.exit(error);
     }
-    std::cerr << "zansim: " << error.what() << " (zansim --help tells what there is)\n";
+    complain(std::string(error.what()) + " (zansim --help tells what there is)");
     return kWrongUse;
   }
   if (options.link.empty() && options.port < 0) {
     std::cerr << "zansim: nowhere to listen; give --pty LINK, --tcp PORT or both\n";
     return kWrongUse;
   }
+  // A limit of the size of files is a full disk.
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
   static_cast<void>(std::signal(SIGINT, askToStop));
   static_cast<void>(std::signal(SIGTERM, askToStop));
   try {
     return serve(options);
   } catch (const std::invalid_argument& wrong) {
-    std::cerr << "zansim: " << wrong.what() << '\n';
+    complain(wrong.what());
     return kWrongUse;
   } catch (const std::exception& error) {
-    std::cerr << "zansim: " << error.what() << '\n';
+    complain(error.what());
     return 1;
   }
 }

@@ -77,6 +77,9 @@ bool addNodes(Header& header, std::string_view text) {
   }
 }
 
+/// Several pictures. A message can hold hundreds of queries.
+constexpr std::size_t kLongestAnswer = std::size_t{1} << 20;
+
 /// Reads one program message, command after command.
 class Interpreter {
  public:
@@ -187,6 +190,9 @@ Error Interpreter::carryOut() {
   }
   Call call{mainframe_, *row, now_, arguments_, answer_};
   handler(call);
+  if (call.error == Error::None && answer_.size() > kLongestAnswer) {
+    call.error = Error::QueryDeadlocked;
+  }
   if (call.error != Error::None) {
     answer_.resize(before);
   }

@@ -40,9 +40,26 @@ void Connection::discardUnread() {
   owes_ = false;
   if (kind_ == Kind::MessageBased && !pieces_.empty()) {
     pieces_.clear();
+    held_ = 0;
     lineFree_ = Duration::min();
     instrument_.mainframe.status().report(Error::QueryInterrupted);
   }
+}
+
+void Connection::clear() {
+  framer_ = Framer();
+  pieces_.clear();
+  held_ = 0;
+  lineFree_ = Duration::min();
+  owes_ = false;
+}
+
+std::size_t Connection::unread() const {
+  std::size_t bytes = 0;
+  for (const Piece& piece : pieces_) {
+    bytes += piece.bytes.size() - piece.taken;
+  }
+  return bytes;
 }
 
 void Connection::carryOut(Duration now) {
@@ -67,14 +84,20 @@ void Connection::send(const Delivery& delivery, Duration now) {
     piece.end = delivery.end && at + size >= bytes.size();
     lineFree_ = piece.start + byteTime_ * static_cast<Duration::rep>(piece.bytes.size());
     start += delivery.gap;
-    pieces_.push_back(std::move(piece));
+    keep(std::move(piece));
   }
   if (!delivery.behind.empty()) {
     Piece piece{std::max(start + delivery.behindGap, lineFree_), delivery.behind};
     piece.end = true;
     lineFree_ = piece.start + byteTime_ * static_cast<Duration::rep>(piece.bytes.size());
-    pieces_.push_back(std::move(piece));
+    keep(std::move(piece));
   }
+}
+
+/// Its bytes stay until the last of them is taken.
+void Connection::keep(Piece piece) {
+  held_ += sizeof piece + piece.bytes.size();
+  pieces_.push_back(std::move(piece));
 }
 
 Connection::Taken Connection::take(std::span<char> buffer, Duration now, std::optional<char> stop) {
@@ -92,6 +115,7 @@ Connection::Taken Connection::take(std::span<char> buffer, Duration now, std::op
     taken.stop = byte == stop;
     if (piece.taken == piece.bytes.size()) {
       taken.end = piece.end;
+      held_ -= sizeof piece + piece.bytes.size();
       pieces_.pop_front();
     }
   }

@@ -54,6 +54,15 @@ class Connection {
   /// When the next byte is due (perhaps in the past); nothing when none is on its way.
   [[nodiscard]] std::optional<Duration> nextDue() const;
 
+  /// What the answers take that wait to be read, in bytes of memory.
+  [[nodiscard]] std::size_t held() const { return held_; }
+
+  /// Bytes of answers that wait to be read, due or not.
+  [[nodiscard]] std::size_t unread() const;
+  [[nodiscard]] bool hasErrors() const { return instrument_.mainframe.status().count() > 0; }
+  /// Forgets the message that has begun and the answers that were not read.
+  void clear();
+
   /// The host read and there was nothing to read: notes -420 where the instrument owes no answer.
   void readInVain();
 
@@ -68,6 +77,7 @@ class Connection {
     bool end = false;
   };
 
+  void keep(Piece piece);
   void discardUnread();
   void carryOut(Duration now);
   void send(const Delivery& delivery, Duration now);
@@ -77,6 +87,7 @@ class Connection {
   Duration byteTime_;
   Framer framer_;
   std::deque<Piece> pieces_;
+  std::size_t held_ = 0;
   Duration lineFree_ = Duration::min();
   bool owes_ = false;  ///< the last query's answer fell victim to a fault
 };

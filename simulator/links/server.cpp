@@ -20,8 +20,13 @@
 namespace zansim {
 namespace {
 
-/// A host that does not read its answers is not listened to beyond this many bytes.
+/// A host whose answers take more memory than that, because it does not read them, is not listened
+/// to.
 constexpr std::size_t kMostUnsent = 1 << 20;
+/// Further ones wait to be accepted.
+constexpr std::size_t kMostClients = 64;
+/// Until a socket may be accepted again where there was no descriptor for it.
+constexpr std::chrono::milliseconds kNoDescriptor{250};
 
 [[noreturn]] void fail(const std::string& what) {
   throw std::system_error(errno, std::generic_category(), what);
@@ -51,6 +56,10 @@ struct Server::Peer {
   std::unique_ptr<PseudoTerminal> terminal;
   std::int32_t requiredBaud = 0;
   Connection connection;
+  /// Whether it is listened to.
+  [[nodiscard]] bool hasRoom() const { return unsent.size() + connection.held() < kMostUnsent; }
+
+  std::string received;  ///< what the instrument has not looked at for want of room
   std::string unsent;
   bool closed = false;
 };
@@ -95,19 +104,23 @@ std::size_t Server::clients() const {
 void Server::step(std::chrono::milliseconds timeout) {
   std::vector<pollfd> polls;
   for (const Peer& peer : peers_) {
-    const int reading = peer.unsent.size() < kMostUnsent ? POLLIN : 0;
+    const int reading = peer.received.empty() && peer.hasRoom() ? POLLIN : 0;
     const int writing = peer.unsent.empty() ? 0 : POLLOUT;
     polls.push_back({peer.descriptor(), static_cast<short>(reading | writing), 0});
   }
-  polls.push_back({listener_.get(), POLLIN, 0});
+  const bool accepting = clients() < kMostClients && clock_.now() >= acceptAgain_;
+  polls.push_back({accepting ? listener_.get() : -1, POLLIN, 0});
   if (::poll(polls.data(), polls.size(), patience(timeout)) < 0 && errno != EINTR) {
     fail("cannot wait for hosts");
   }
   auto ready = polls.cbegin();
   for (Peer& peer : peers_) {
-    if ((ready->revents & (POLLIN | POLLHUP | POLLERR)) != 0) {
+    if ((ready->revents & POLLIN) != 0) {
       receive(peer);
+    } else if ((ready->revents & (POLLHUP | POLLERR)) != 0) {
+      peer.closed = peer.terminal == nullptr;
     }
+    carryOut(peer);
     transmit(peer);
     ++ready;
   }
@@ -120,6 +133,9 @@ void Server::step(std::chrono::milliseconds timeout) {
 int Server::patience(std::chrono::milliseconds timeout) const {
   Duration least = timeout;
   const Duration now = clock_.now();
+  if (acceptAgain_ > now) {
+    least = std::min(least, acceptAgain_ - now);
+  }
   for (const Peer& peer : peers_) {
     if (const auto due = peer.connection.nextDue()) {
       least = std::clamp(*due - now, Duration::zero(), least);
@@ -134,6 +150,9 @@ void Server::accept() {
     const int on = 1;
     ::setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     peers_.emplace_back(instrument_, std::move(socket));
+  } else if (!wouldBlock()) {
+    // The one that waits would wake every poll until a descriptor is free.
+    acceptAgain_ = clock_.now() + kNoDescriptor;
   }
 }
 
@@ -142,11 +161,21 @@ void Server::receive(Peer& peer) {
   const ssize_t count = ::read(peer.descriptor(), bytes.data(), bytes.size());
   if (count > 0) {
     if (peer.understands()) {
-      peer.connection.feed({bytes.data(), static_cast<std::size_t>(count)}, false, clock_.now());
+      peer.received.append(bytes.data(), static_cast<std::size_t>(count));
     }
   } else if (count == 0 || !wouldBlock()) {
     peer.closed = peer.terminal == nullptr;
   }
+}
+
+/// Byte by byte, for any of them may end a query whose answer fills the room.
+void Server::carryOut(Peer& peer) {
+  std::size_t taken = 0;
+  while (taken < peer.received.size() && peer.hasRoom()) {
+    peer.connection.feed(std::string_view(peer.received).substr(taken, 1), false, clock_.now());
+    ++taken;
+  }
+  peer.received.erase(0, taken);
 }
 
 void Server::transmit(Peer& peer) {

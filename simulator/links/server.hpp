@@ -13,7 +13,8 @@ namespace zansim {
 
 /// Puts an instrument behind pseudo-terminals and loopback sockets, all driven by one poll loop.
 /// Setting one up throws std::system_error, saying what failed, or std::invalid_argument.
-/// Instrument and clock must outlive it. The clock must tell real time.
+/// Instrument and clock must outlive it. The clock must tell real time. What hosts make it keep is
+/// bounded: a host that does not read is not listened to, and no more than 64 are served at once.
 class Server {
  public:
   Server(Instrument& instrument, lumodevice::io::Clock& clock);
@@ -40,6 +41,7 @@ class Server {
 
   void accept();
   void receive(Peer& peer);
+  void carryOut(Peer& peer);
   void transmit(Peer& peer);
   void closeWhatIsGone();
   [[nodiscard]] int patience(std::chrono::milliseconds timeout) const;
@@ -47,6 +49,7 @@ class Server {
   Instrument& instrument_;
   lumodevice::io::Clock& clock_;
   Descriptor listener_;
+  Duration acceptAgain_ = Duration::min();
   std::list<Peer> peers_;
 };
 

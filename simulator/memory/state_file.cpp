@@ -1,21 +1,18 @@
 #include "simulator/memory/state_file.hpp"
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <fcntl.h>
-#include <stdexcept>
-#include <system_error>
-#include <unistd.h>
 
-#include "simulator/descriptor.hpp"
+#include "platform/whole_files.hpp"
 #include "simulator/wire/block.hpp"
 
 namespace zansim {
 namespace {
 
+namespace platform = lumodevice::platform;
+
 constexpr std::string_view kFirstLine = "ZANSIM STATE 1\n";
-constexpr mode_t kForAll = 0666;
+/// Many times what the memory files have.
+constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 /// Cuts `start` off `text`; false where it begins otherwise.
 bool cut(std::string_view& text, std::string_view start) {
@@ -37,34 +34,6 @@ std::string_view cutFile(std::string_view& text, std::string_view name) {
     }
   }
   throw std::invalid_argument("the " + std::string(name) + " file in it is damaged");
-}
-
-[[noreturn]] void failToRead() {
-  throw std::invalid_argument(std::generic_category().message(errno));
-}
-
-std::string readAll(const Descriptor& file) {
-  std::string text;
-  std::array<char, 4096> bytes{};
-  ssize_t count = 0;
-  while ((count = ::read(file.get(), bytes.data(), bytes.size())) > 0) {
-    text.append(bytes.data(), static_cast<std::size_t>(count));
-  }
-  if (count < 0) {
-    failToRead();
-  }
-  return text;
-}
-
-bool writeAll(const Descriptor& file, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = ::write(file.get(), text.data(), text.size());
-    if (count < 0) {
-      return false;
-    }
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return ::fsync(file.get()) == 0;
 }
 
 }  // namespace
@@ -94,28 +63,24 @@ Memory parseState(std::string_view text) {
 }
 
 Memory StateFile::load() const {
+  const std::string cannot = "cannot take the state from ";
   try {
-    const Descriptor file(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
-    if (file.isOpen()) {
-      return parseState(readAll(file));
+    return parseState(platform::readFile(path_, kMostBytes, platform::LastLink::Refused));
+  } catch (const platform::FileFault& fault) {
+    if (fault.error() == ENOENT) {
+      return {};
     }
-    if (errno != ENOENT) {
-      failToRead();
-    }
-    return {};
+    throw std::invalid_argument(cannot + fault.what());
   } catch (const std::invalid_argument& wrong) {
-    throw std::invalid_argument("cannot take the state from " + path_ + ": " + wrong.what());
+    throw std::invalid_argument(cannot + path_ + ": " + wrong.what());
   }
 }
 
 void StateFile::save(const Memory& memory) const {
-  const std::string fresh = path_ + ".new";
-  const Descriptor file(::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kForAll));
-  if (!file.isOpen() || !writeAll(file, stateText(memory)) ||
-      std::rename(fresh.c_str(), path_.c_str()) != 0) {
-    const int error = errno;
-    ::unlink(fresh.c_str());
-    throw std::system_error(error, std::generic_category(), "cannot keep the state in " + path_);
+  try {
+    platform::replaceFile(path_, stateText(memory));
+  } catch (const platform::FileFault& fault) {
+    throw StateFault(std::string("cannot keep the state in ") + fault.what());
   }
 }
 

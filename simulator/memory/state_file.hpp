@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,7 +16,13 @@ namespace zansim {
 /// Throws std::invalid_argument, saying what is wrong, for a text that is no such state.
 [[nodiscard]] Memory parseState(std::string_view text);
 
-/// A file in which the memory files outlive the program.
+/// The state cannot be kept; the text names the file and says why.
+class StateFault : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file in which the memory files outlive the program: a regular one, and no symbolic link.
 class StateFile {
  public:
   explicit StateFile(std::string path) : path_(std::move(path)) {}
@@ -24,7 +31,7 @@ class StateFile {
   /// naming the file, where it cannot be read or holds no state.
   [[nodiscard]] Memory load() const;
 
-  /// Throws std::system_error, naming the file, where it cannot be written. What the file held
+  /// Throws StateFault where it cannot be written. What the file held
   /// before is only ever replaced as a whole, so it survives a failure and a crash.
   void save(const Memory& memory) const;
 

@@ -26,6 +26,7 @@ constexpr std::pair<Error, std::string_view> kTexts[] = {
     {Error::InputOverrun, "Input buffer overrun"},
     {Error::QueryInterrupted, "Query INTERRUPTED"},
     {Error::QueryUnterminated, "Query UNTERMINATED"},
+    {Error::QueryDeadlocked, "Query DEADLOCKED"},
 };
 
 unsigned eventOf(Error error) {

@@ -27,6 +27,7 @@ enum class Error : std::int16_t {
   InputOverrun = -363,
   QueryInterrupted = -410,
   QueryUnterminated = -420,
+  QueryDeadlocked = -430,
 };
 
 /// Bits of the standard event status register.

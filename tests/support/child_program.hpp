@@ -30,6 +30,8 @@ class ChildProgram {
   /// The exit status, after `signal` when it is not 0; -1 when a signal killed the program.
   int end(int signal = 0);
 
+  [[nodiscard]] pid_t process() const { return process_; }
+
   /// From any stream, as line() does it.
   [[nodiscard]] static std::string readLine(int descriptor);
 

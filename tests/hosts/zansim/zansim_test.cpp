@@ -1,13 +1,18 @@
 #include <arpa/inet.h>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <iterator>
 #include <netinet/in.h>
+#include <sstream>
 #include <string>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -128,9 +133,43 @@ TEST_F(Zansim, aStateThatCannotBeKeptIsToldAndTheInstrumentGoesOn) {
   EXPECT_EQ(program.end(SIGTERM), 0);
 }
 
+/// Seconds of processor time that a process has used.
+double processorTime(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string text{std::istreambuf_iterator<char>(file), {}};
+  std::istringstream fields(text.substr(text.rfind(')') + 1));
+  std::string skipped;
+  for (int field = 3; field < 14; ++field) {
+    fields >> skipped;
+  }
+  double user = 0;
+  double system = 0;
+  fields >> user >> system;
+  return (user + system) / static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+TEST_F(Zansim, withoutAFreeDescriptorItWaitsForOne) {
+  lumodevice::support::ChildProgram program(
+      "/bin/sh", {"-c", "ulimit -n 16; exec " ZANSIM_PROGRAM " --tcp 0"});
+  const std::string place = program.line();
+  std::vector<Descriptor> hosts;
+  for (int i = 0; i < 30; ++i) {
+    hosts.push_back(connectTo(place));
+  }
+  EXPECT_EQ(ask(hosts.front().get(), ":CHAN?\n"), "1");
+  const double before = processorTime(program.process());
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+  EXPECT_LT(processorTime(program.process()) - before, 0.3);
+  const Descriptor last = std::move(hosts.back());
+  hosts.clear();
+  EXPECT_EQ(ask(last.get(), ":CHAN?\n"), "1");
+}
+
 TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
   const std::string broken = folder_ + "/broken";
   std::ofstream(broken) << "no state\n";
+  const std::string pipe = folder_ + "/pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
   struct Case {
     std::vector<std::string> arguments;
     std::string why;
@@ -143,6 +182,8 @@ TEST_F(Zansim, eachWrongUseIsExplainedInOneLine) {
         Case{{"--tcp", "0", "--slots", "2030", "--source", "2=12,1"}, "no channel 2"},
         Case{{"--tcp", "0", "--state", broken}, "ZANSIM STATE 1"},
         Case{{"--tcp", "0", "--state", folder_}, "directory"},
+        Case{{"--tcp", "0", "--state", pipe}, "no regular file"},
+        Case{{"--tcp", "0", "--state", "/dev/zero"}, "no regular file"},
         Case{{"--pty", link(), "--baud", "7"}, "9600"}, Case{{"--nonsense"}, "--nonsense"}}) {
     Program program(c.arguments);
     EXPECT_THAT(program.errorLine(), HasSubstr(c.why));

@@ -1,7 +1,9 @@
 #include "simulator/links/server.hpp"
 
 #include <arpa/inet.h>
+#include <array>
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
@@ -267,4 +269,88 @@ TEST_F(ServerTest, picturesPassSocketsAndTerminalsUnchanged) {
   send(terminal, ":DISP:COL?\n:CHAN?\n");
   EXPECT_TRUE(receiveBytes(terminal, picture.size()) == picture);
   EXPECT_EQ(receive(terminal), "1\n");
+}
+
+namespace {
+
+/// Bytes of memory that the process has in use.
+std::size_t resident() {
+  std::size_t total = 0;
+  std::size_t pages = 0;
+  std::ifstream("/proc/self/statm") >> total >> pages;
+  return pages * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
+/// Sends as much of it as the other side takes, for so long, and reads nothing.
+void flood(const Descriptor& socket, const std::string& text, std::chrono::milliseconds span) {
+  const auto end = std::chrono::steady_clock::now() + span;
+  ::fcntl(socket.get(), F_SETFL, O_NONBLOCK);
+  std::size_t sent = 0;
+  while (std::chrono::steady_clock::now() < end) {
+    const ssize_t count = ::write(socket.get(), text.data() + sent, text.size() - sent);
+    sent = count > 0 ? (sent + static_cast<std::size_t>(count)) % text.size() : sent;
+    std::this_thread::sleep_for(std::chrono::milliseconds(count > 0 ? 0 : 1));
+  }
+}
+
+std::string repeated(const std::string& text, std::size_t times) {
+  std::string all;
+  for (std::size_t i = 0; i < times; ++i) {
+    all += text;
+  }
+  return all;
+}
+
+constexpr std::size_t kMostGrowth = std::size_t{32} << 20;
+
+}  // namespace
+
+TEST_F(ServerTest, aHostThatAsksAndDoesNotReadTakesNoMemory) {
+  const std::uint16_t port = server_.listenTcp(0);
+  start();
+  for (const std::string& text :
+       {repeated(":DISP:COL?\n", 1000), repeated(":DISP:COL?;", 300) + "*IDN?\n"}) {
+    const Descriptor socket = connectTo(port);
+    const std::size_t before = resident();
+    flood(socket, text, std::chrono::milliseconds(700));
+    EXPECT_LT(resident(), before + kMostGrowth);
+  }
+}
+
+TEST_F(ServerTest, whatAHostAskedForBeforeItReadComesWholeAndInOrder) {
+  const std::uint16_t port = server_.listenTcp(0);
+  start();
+  const Descriptor socket = connectTo(port);
+  constexpr int kQueries = 20;
+  send(socket, repeated(":DISP:OUTP?\n:CHAN?\n", kQueries));
+  const std::size_t block = 8 + 122'880 + 1;
+  std::string all;
+  std::array<char, 65536> bytes{};
+  pollfd poll{socket.get(), POLLIN, 0};
+  while (all.size() < kQueries * (block + 2) && ::poll(&poll, 1, 5000) > 0) {
+    const ssize_t count = ::read(socket.get(), bytes.data(), bytes.size());
+    ASSERT_GT(count, 0);
+    all.append(bytes.data(), static_cast<std::size_t>(count));
+  }
+  ASSERT_EQ(all.size(), kQueries * (block + 2));
+  for (std::size_t i = 0; i < kQueries; ++i) {
+    EXPECT_EQ(all.substr(i * (block + 2), 8), "#6122880");
+    EXPECT_EQ(all.substr(i * (block + 2) + block, 2), "1\n");
+  }
+}
+
+TEST_F(ServerTest, aFurtherHostWaitsUntilOneHasGone) {
+  const std::uint16_t port = server_.listenTcp(0);
+  start();
+  std::vector<Descriptor> hosts;
+  for (int i = 0; i < 64; ++i) {
+    hosts.push_back(connectTo(port));
+    send(hosts.back(), ":CHAN?\n");
+    EXPECT_EQ(receive(hosts.back()), "1\n") << i;
+  }
+  const Descriptor further = connectTo(port);
+  send(further, ":CHAN?\n");
+  EXPECT_EQ(receive(further, 200), "");
+  hosts.pop_back();
+  EXPECT_EQ(receive(further), "1\n");
 }

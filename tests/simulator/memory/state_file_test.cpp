@@ -1,12 +1,16 @@
 #include "simulator/memory/state_file.hpp"
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <stdexcept>
-#include <system_error>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "tests/platform/child_process.hpp"
 
 using testing::AllOf;
 using testing::HasSubstr;
@@ -110,20 +114,60 @@ TEST_F(StateFiles, whatCannotBeReadIsRefused) {
               ThrowsMessage<std::invalid_argument>(HasSubstr("directory")));
   std::filesystem::create_symlink("state", path());
   EXPECT_THAT([&] { static_cast<void>(StateFile(path()).load()); },
-              ThrowsMessage<std::invalid_argument>(HasSubstr("symbolic links")));
+              ThrowsMessage<std::invalid_argument>(HasSubstr("symbolic link")));
 }
 
 TEST_F(StateFiles, aFailedSaveSaysWhyAndLeavesTheOldFile) {
   StateFile(path()).save(Memory());
   const std::string before = text();
-  std::filesystem::create_directory(path() + ".new");
-  EXPECT_THAT([&] { StateFile(path()).save(changedMemory()); },
-              ThrowsMessage<std::system_error>(AllOf(HasSubstr(path()), HasSubstr("directory"))));
+  const rlim_t whole = before.size() / 2;
+  // A process of its own, because the limit that stands for a full disk holds for all of it.
+  EXPECT_EQ(lumodevice::posix::inChildProcess([&] {
+              std::signal(SIGXFSZ, SIG_IGN);
+              const rlimit limit{.rlim_cur = whole, .rlim_max = whole};
+              ::setrlimit(RLIMIT_FSIZE, &limit);
+              try {
+                StateFile(path()).save(changedMemory());
+              } catch (const zansim::StateFault& fault) {
+                const std::string what = fault.what();
+                return what.find(path() + ": File too large") == std::string::npos ? 2 : 0;
+              }
+              return 1;
+            }),
+            0);
   EXPECT_EQ(text(), before);
+  EXPECT_EQ(filesInFolder(), 1U);
 }
 
 TEST_F(StateFiles, aSaveThatCannotTakeThePlaceOfTheFileLeavesNothingBehind) {
   std::filesystem::create_directories(path() + "/in");
-  EXPECT_THROW(StateFile(path()).save(Memory()), std::system_error);
+  EXPECT_THROW(StateFile(path()).save(Memory()), zansim::StateFault);
   EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(StateFiles, aLinkThatSomebodyElseMadeLeadsNowhere) {
+  const std::string victim = folder_ + "/victim";
+  std::ofstream(victim) << "theirs";
+  for (const char* ending : {"", ".new"}) {
+    std::filesystem::create_symlink(victim, path() + ending);
+  }
+  EXPECT_THROW(StateFile(path()).save(Memory()), zansim::StateFault);
+  std::filesystem::remove(path());
+  StateFile(path()).save(Memory());
+  std::string left;
+  std::getline(std::ifstream(victim), left);
+  EXPECT_EQ(left, "theirs");
+}
+
+TEST_F(StateFiles, onlyARegularFileOfAReasonableSizeIsRead) {
+  EXPECT_THAT([&] { static_cast<void>(StateFile("/dev/zero").load()); },
+              ThrowsMessage<std::invalid_argument>(HasSubstr("no regular file")));
+  ASSERT_EQ(::mkfifo(path().c_str(), 0600), 0);
+  EXPECT_THAT([&] { static_cast<void>(StateFile(path()).load()); },
+              ThrowsMessage<std::invalid_argument>(HasSubstr("no regular file")));
+  EXPECT_THROW(StateFile(path()).save(Memory()), zansim::StateFault);
+  std::filesystem::remove(path());
+  std::ofstream(path()) << std::string(2'000'000, 'x');
+  EXPECT_THAT([&] { static_cast<void>(StateFile(path()).load()); },
+              ThrowsMessage<std::invalid_argument>(HasSubstr("more than 1048576 bytes")));
 }

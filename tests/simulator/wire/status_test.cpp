@@ -61,4 +61,5 @@ TEST(Status, textsAreWrittenAsScpiHasThem) {
   EXPECT_EQ(zansim::errorText(Error::UndefinedHeader), "-113,\"Undefined header\"");
   EXPECT_EQ(zansim::errorText(Error::QueueOverflow), "-350,\"Queue overflow\"");
   EXPECT_EQ(zansim::errorText(Error::QueryInterrupted), "-410,\"Query INTERRUPTED\"");
+  EXPECT_EQ(zansim::errorText(Error::QueryDeadlocked), "-430,\"Query DEADLOCKED\"");
 }
