@@ -1,11 +1,13 @@
 #include "simulator/links/simulated_visa.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <utility>
 
 #include "lumodevice/io/find_expression.hpp"
 #include "simulator/links/visa_attributes.hpp"
+#include "simulator/links/visa_statuses.hpp"
 
 namespace zansim {
 
@@ -13,10 +15,20 @@ using namespace lumodevice::io;
 
 namespace {
 
-constexpr ViAttr kResourceClass = 0xBFFF0001;
-constexpr ViAttr kResourceName = 0xBFFF0002;
 constexpr std::uint32_t kAccessModes = 0x7;
 constexpr std::uint32_t kEndsByTerminationCharacter = 2;
+
+/// The number in a part of a name: "USB0::0x5A41::..." has 0x5A41 in part 1.
+std::uint32_t numberOf(std::string_view name, int part) {
+  for (; part > 0; --part) {
+    name.remove_prefix(std::min(name.find("::") + 2, name.size()));
+  }
+  const bool hexadecimal = name.starts_with("0x") || name.starts_with("0X");
+  name.remove_prefix(hexadecimal ? 2 : 0);
+  std::uint32_t number = 0;
+  std::from_chars(name.data(), name.data() + name.size(), number, hexadecimal ? 16 : 10);
+  return number;
+}
 
 /// A read that waits for ever gives up after a day, so that a lost answer is seen on a virtual
 /// clock too.
@@ -110,15 +122,98 @@ ViStatus SimulatedVisa::viOpen(ViSession resourceManager, const std::string& des
     return known ? VI_ERROR_RSRC_NFOUND : VI_ERROR_INV_RSRC_NAME;
   }
   const bool locks = (accessMode & VI_EXCLUSIVE_LOCK) != 0;
-  if (locks && resource->lockedBy_) {
-    bench_.clock().wait(timeOut(openTimeout));
-    if (resource->lockedBy_) {
-      return VI_ERROR_RSRC_LOCKED;
-    }
+  if (locks && !awaitLock(*resource, openTimeout)) {
+    return VI_ERROR_RSRC_LOCKED;
   }
   instrument = keep({.kind = Kind::Session, .parent = resourceManager, .resource = resource});
   if (locks) {
     resource->lockedBy_ = {this, instrument};
+    objects_.at(instrument).locks = 1;
+  }
+  return VI_SUCCESS;
+}
+
+bool SimulatedVisa::awaitLock(const VisaResource& resource, std::uint32_t milliseconds) {
+  if (resource.lockedBy_) {
+    bench_.clock().wait(timeOut(milliseconds));
+  }
+  return !resource.lockedBy_;
+}
+
+ViStatus SimulatedVisa::viLock(ViSession instrument, std::uint32_t milliseconds) {
+  if (!isSession(instrument)) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  Object& session = objects_.at(instrument);
+  std::optional<VisaResource::Holder>& holder = session.resource->lockedBy_;
+  const VisaResource::Holder own{this, instrument};
+  if (holder != own && !awaitLock(*session.resource, milliseconds)) {
+    return VI_ERROR_RSRC_LOCKED;
+  }
+  holder = own;
+  return ++session.locks == 1 ? VI_SUCCESS : VI_SUCCESS_NESTED_EXCLUSIVE;
+}
+
+ViStatus SimulatedVisa::viUnlock(ViSession instrument) {
+  if (!isSession(instrument)) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  Object& session = objects_.at(instrument);
+  if (session.locks == 0) {
+    return VI_ERROR_SESN_NLOCKED;
+  }
+  if (--session.locks > 0) {
+    return VI_SUCCESS_NESTED_EXCLUSIVE;
+  }
+  release(instrument, session);
+  return VI_SUCCESS;
+}
+
+ViStatus SimulatedVisa::viParseRsrc(ViSession resourceManager, std::string_view name,
+                                    VisaName& parsed) const {
+  if (object(resourceManager, Kind::ResourceManager) == nullptr) {
+    return VI_ERROR_INV_OBJECT;
+  }
+  auto found = parseVisaName(name);
+  if (!found) {
+    return VI_ERROR_INV_RSRC_NAME;
+  }
+  bool known = false;
+  if (const VisaResource* const resource = bench_.find(name, known)) {
+    found->full = resource->name;
+  }
+  parsed = std::move(*found);
+  return VI_SUCCESS;
+}
+
+bool SimulatedVisa::isSession(ViObject handle) const {
+  return object(handle, Kind::Session) != nullptr;
+}
+
+ViStatus SimulatedVisa::viClear(ViSession instrument) {
+  const ViStatus refused = refusal(instrument);
+  if (refused == VI_SUCCESS) {
+    if (Connection* const connection = object(instrument, Kind::Session)->resource->connection()) {
+      connection->clear();
+    }
+  }
+  return refused;
+}
+
+ViStatus SimulatedVisa::viReadSTB(ViSession instrument, std::uint16_t& status) {
+  constexpr unsigned kMessageAvailable = 0x10;
+  constexpr unsigned kErrorAvailable = 0x04;
+  status = 0;
+  const ViStatus refused = refusal(instrument);
+  if (refused != VI_SUCCESS) {
+    return refused;
+  }
+  if (const Connection* const connection =
+          object(instrument, Kind::Session)->resource->connection()) {
+    const auto due = connection->nextDue();
+    const bool available = due && *due <= bench_.clock().now();
+    status = static_cast<std::uint16_t>((available ? kMessageAvailable : 0U) |
+                                        (connection->hasErrors() ? kErrorAvailable : 0U));
   }
   return VI_SUCCESS;
 }
@@ -148,18 +243,37 @@ ViStatus SimulatedVisa::viGetAttribute(ViObject handle, ViAttr attribute, std::s
   if (session == nullptr) {
     return objects_.contains(handle) ? VI_ERROR_NSUP_ATTR : VI_ERROR_INV_OBJECT;
   }
+  return readText(*session, attribute, value) ? VI_SUCCESS : VI_ERROR_NSUP_ATTR;
+}
+
+bool SimulatedVisa::readText(const Object& session, ViAttr attribute, std::string& value) {
+  const VisaResource& resource = *session.resource;
+  const Configuration* const instrument =
+      resource.interface == Interface::Usb ? resource.configuration() : nullptr;
   switch (attribute) {
     case VI_ATTR_INTF_INST_NAME:
-      value = session->resource->interfaceName;
-      return VI_SUCCESS;
+      value = resource.interfaceName;
+      return true;
     case kResourceName:
-      value = session->resource->name;
-      return VI_SUCCESS;
+      value = resource.name;
+      return true;
     case kResourceClass:
       value = "INSTR";
-      return VI_SUCCESS;
+      return true;
+    case kLibraryMaker:
+      value = "LumoDevice (simulated)";
+      return true;
+    case kMakerName:
+      value = instrument == nullptr ? "" : instrument->maker;
+      return instrument != nullptr;
+    case kModelName:
+      value = instrument == nullptr ? "" : instrument->model;
+      return instrument != nullptr;
+    case kUsbSerialNumber:
+      value = instrument == nullptr ? "" : instrument->serial;
+      return instrument != nullptr;
     default:
-      return VI_ERROR_NSUP_ATTR;
+      return false;
   }
 }
 
@@ -173,6 +287,9 @@ ViStatus SimulatedVisa::viSetAttribute(ViObject handle, ViAttr attribute, std::u
     std::string text;
     return viGetAttribute(handle, attribute, text) == VI_SUCCESS ? VI_ERROR_ATTR_READONLY
                                                                  : VI_ERROR_NSUP_ATTR;
+  }
+  if (row->readOnly) {
+    return VI_ERROR_ATTR_READONLY;
   }
   if (!takesValue(*row, value)) {
     return VI_ERROR_NSUP_ATTR_STATE;
@@ -200,6 +317,27 @@ std::uint32_t SimulatedVisa::attribute(const Object& session, ViAttr attribute) 
   const auto set = session.attributes.find(attribute);
   if (set != session.attributes.end()) {
     return set->second;
+  }
+  VisaResource& resource = *session.resource;
+  switch (attribute) {
+    case kLockState:
+      return resource.lockedBy_ ? VI_EXCLUSIVE_LOCK : VI_NO_LOCK;
+    case kManagerSession:
+      return session.parent;
+    case kInterfaceType:
+      return static_cast<std::uint32_t>(interfaceType(resource.interface));
+    case kInterfaceNumber:
+      return parseVisaName(resource.name).value_or(VisaName{}).board;
+    case kMakerNumber:
+      return numberOf(resource.name, 1);
+    case kModelNumber:
+      return numberOf(resource.name, 2);
+    case kAvailable:
+      return resource.connection() == nullptr
+                 ? 0
+                 : static_cast<std::uint32_t>(resource.connection()->unread());
+    default:
+      break;
   }
   const VisaAttribute* const row = findAttribute(attribute, *session.resource);
   return row == nullptr ? 0 : row->initial;

@@ -43,6 +43,18 @@ class SimulatedVisa : public lumodevice::io::Visa {
   /// What has arrived and was not read, message or not. The session that may not read has nothing.
   std::string discardUnread(ViSession instrument) override;
 
+  /// Device clear: both sides forget what was not read to its end.
+  ViStatus viClear(ViSession instrument);
+  /// The status byte by a serial poll: an answer waits (16), the error queue has entries (4).
+  ViStatus viReadSTB(ViSession instrument, std::uint16_t& status);
+  /// An exclusive lock, as viOpen takes one; each needs an unlock of its own.
+  ViStatus viLock(ViSession instrument, std::uint32_t milliseconds);
+  ViStatus viUnlock(ViSession instrument);
+  /// What a name says, whether there is such a resource or not.
+  ViStatus viParseRsrc(ViSession resourceManager, std::string_view name, VisaName& parsed) const;
+  /// Whether it is the handle of an open session.
+  [[nodiscard]] bool isSession(ViObject handle) const;
+
   /// A numeric attribute and its width in bytes (1, 2 or 4).
   ViStatus numericAttribute(ViObject handle, ViAttr attribute, std::uint32_t& value,
                             int& width) const;
@@ -58,13 +70,17 @@ class SimulatedVisa : public lumodevice::io::Visa {
     std::vector<std::string> found{};  ///< by a find list, the last first
     VisaResource* resource = nullptr;
     std::map<ViAttr, std::uint32_t> attributes{};  ///< those that were set
+    int locks = 0;                                 ///< that the session has taken
   };
 
   [[nodiscard]] const Object* object(ViObject handle, Kind kind) const;
   ViObject keep(Object object);
   void release(ViObject handle, const Object& object) const;
+  /// Waits for the lock of the resource; false when another session kept it.
+  bool awaitLock(const VisaResource& resource, std::uint32_t milliseconds);
   [[nodiscard]] ViStatus refusal(ViSession handle) const;
   [[nodiscard]] static std::uint32_t attribute(const Object& session, ViAttr attribute);
+  [[nodiscard]] static bool readText(const Object& session, ViAttr attribute, std::string& value);
   [[nodiscard]] static std::optional<char> stopCharacter(const Object& session);
   ViStatus readUntil(Connection& connection, const Object& session, std::span<char> buffer,
                      std::uint32_t& count);

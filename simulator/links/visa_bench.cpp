@@ -1,6 +1,7 @@
 #include "simulator/links/visa_bench.hpp"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -22,6 +23,19 @@ std::optional<Interface> interfaceOf(std::string_view upperName) {
   return std::nullopt;
 }
 
+constexpr std::string_view kClass = "::INSTR";
+constexpr std::string_view kFirstInterface = "::0::INSTR";
+
+/// The number of texts between the double colons.
+int partsOf(std::string_view name) {
+  int parts = 1;
+  for (std::size_t at = name.find("::"); at != std::string_view::npos;
+       at = name.find("::", at + 2)) {
+    ++parts;
+  }
+  return parts;
+}
+
 /// Upper case, without blanks behind, with board number and class.
 std::string fullName(std::string_view name) {
   std::string text(name.substr(0, name.find('\0')));
@@ -32,11 +46,37 @@ std::string fullName(std::string_view name) {
       text[colons - 1] <= 'Z') {
     text.insert(colons, 1, '0');
   }
-  if (!text.ends_with("::INSTR")) {
-    text += "::INSTR";
+  if (!text.ends_with(kClass)) {
+    text += kClass;
+  }
+  // A USB name may name its interface, which is 0 here: USB0::maker::model::serial::0::INSTR
+  if (text.starts_with("USB") && text.ends_with(kFirstInterface) && partsOf(text) == 6) {
+    text.replace(text.size() - kFirstInterface.size(), kFirstInterface.size(), kClass);
   }
   return text;
 }
+
+}  // namespace
+
+std::optional<VisaName> parseVisaName(std::string_view name) {
+  std::string full = fullName(name);
+  const auto interface = interfaceOf(full);
+  if (!interface) {
+    return std::nullopt;
+  }
+  const std::size_t digits = full.find_first_of("0123456789");
+  const std::size_t colons = std::min(full.find("::"), full.size());
+  std::uint16_t board = 0;
+  if (digits < colons) {
+    const auto [end, error] = std::from_chars(full.data() + digits, full.data() + colons, board);
+    if (error != std::errc() || end != full.data() + colons) {
+      return std::nullopt;
+    }
+  }
+  return VisaName{*interface, board, std::move(full)};
+}
+
+namespace {
 
 Interface knownInterface(std::string_view name) {
   if (const std::optional<Interface> interface = interfaceOf(fullName(name))) {
@@ -54,6 +94,7 @@ VisaResource::VisaResource(std::string resourceName, std::string nameOfInterface
       interface(knownInterface(name)),
       takesSerialEndModes(interface == Interface::Serial) {
   if (instrument != nullptr) {
+    configuration_ = &instrument->mainframe.configuration();
     connection_.emplace(*instrument, interface == Interface::Serial
                                          ? Connection::Kind::Stream
                                          : Connection::Kind::MessageBased);

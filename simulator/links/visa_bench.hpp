@@ -18,6 +18,30 @@ class SimulatedVisa;
 /// What a resource's name begins with.
 enum class Interface : std::uint8_t { Usb, Gpib, Serial };
 
+/// VISA's number for it.
+[[nodiscard]] constexpr std::uint16_t interfaceType(Interface interface) {
+  switch (interface) {
+    case Interface::Gpib:
+      return 1;
+    case Interface::Serial:
+      return 4;
+    case Interface::Usb:
+      break;
+  }
+  return 7;
+}
+
+/// What the name of a resource says.
+struct VisaName {
+  Interface interface = Interface::Usb;
+  std::uint16_t board = 0;
+  /// As the resource is listed; in capitals, with board number and class, where there is none.
+  std::string full;
+};
+
+/// None for a text that names no resource of a known kind.
+[[nodiscard]] std::optional<VisaName> parseVisaName(std::string_view name);
+
 /// One resource that a VISA library finds.
 class VisaResource {
  public:
@@ -35,6 +59,8 @@ class VisaResource {
   std::uint64_t bytesWritten = 0;
 
   [[nodiscard]] Connection* connection() { return connection_ ? &*connection_ : nullptr; }
+  /// Of the instrument behind it; none where nobody answers.
+  [[nodiscard]] const Configuration* configuration() const { return configuration_; }
   [[nodiscard]] bool isPresent() const { return !connection_ || !connection_->isLost(); }
 
  private:
@@ -47,6 +73,7 @@ class VisaResource {
   };
 
   std::optional<Connection> connection_;
+  const Configuration* configuration_ = nullptr;
   std::optional<Holder> lockedBy_;
 };
 

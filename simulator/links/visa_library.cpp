@@ -1,6 +1,6 @@
-/// A shared library that exports the nine operations of a VISA library over one simulated
-/// instrument in real time, so that any VISA program can be pointed at it. The environment variable
-/// ZANSIM_FAULTS holds faults, parted by ";".
+/// A shared library that exports what VISA programs need to find, open, use and close a
+/// message-based resource, over one simulated instrument in real time, so that any of them can be
+/// pointed at it. The environment variable ZANSIM_FAULTS holds faults, parted by ";".
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -13,6 +13,7 @@
 
 #include "platform/system_clock.hpp"
 #include "simulator/links/simulated_visa.hpp"
+#include "simulator/links/visa_statuses.hpp"
 
 #define ZANSIM_EXPORT extern "C" __attribute__((visibility("default")))
 
@@ -58,6 +59,9 @@ Machine& machine() {
 }
 
 void copyText(const std::string& text, char* buffer) {
+  if (buffer == nullptr) {
+    return;
+  }
   const std::size_t length = std::min(text.size(), VI_FIND_BUFLEN - 1);
   std::memcpy(buffer, text.data(), length);
   buffer[length] = '\0';
@@ -68,6 +72,12 @@ void store(Value* where, Value value) {
   if (where != nullptr) {
     *where = value;
   }
+}
+
+/// What an operation that does nothing comes to.
+ViStatus ofSession(ViSession session, ViStatus status) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.isSession(session) ? status : VI_ERROR_INV_OBJECT;
 }
 
 ViStatus readNumber(ViObject object, ViAttr attribute, void* value) {
@@ -172,4 +182,114 @@ ZANSIM_EXPORT ViStatus viWrite(ViSession session, const unsigned char* buffer, s
       machine().visa.viWrite(session, {reinterpret_cast<const char*>(buffer), size}, written);
   store(count, written);
   return status;
+}
+
+ZANSIM_EXPORT ViStatus viParseRsrcEx(ViSession session, const char* name, std::uint16_t* interface,
+                                     std::uint16_t* board, char* resourceClass, char* expanded,
+                                     char* alias) {
+  if (name == nullptr) {
+    return zansim::VI_ERROR_USER_BUF;
+  }
+  const std::lock_guard lock(machine().mutex);
+  zansim::VisaName parsed;
+  const ViStatus status = machine().visa.viParseRsrc(session, name, parsed);
+  if (status == VI_SUCCESS) {
+    store(interface, zansim::interfaceType(parsed.interface));
+    store(board, parsed.board);
+    copyText("INSTR", resourceClass);
+    copyText(parsed.full, expanded);
+    copyText("", alias);
+  }
+  return status;
+}
+
+ZANSIM_EXPORT ViStatus viParseRsrc(ViSession session, const char* name, std::uint16_t* interface,
+                                   std::uint16_t* board) {
+  return viParseRsrcEx(session, name, interface, board, nullptr, nullptr, nullptr);
+}
+
+ZANSIM_EXPORT ViStatus viStatusDesc(ViObject /*object*/, ViStatus status, char* description) {
+  const std::string_view known = zansim::statusText(status);
+  copyText(std::string(known.empty() ? zansim::statusText(zansim::VI_WARN_UNKNOWN_STATUS) : known),
+           description);
+  return known.empty() ? zansim::VI_WARN_UNKNOWN_STATUS : VI_SUCCESS;
+}
+
+ZANSIM_EXPORT ViStatus viClear(ViSession session) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.viClear(session);
+}
+
+ZANSIM_EXPORT ViStatus viReadSTB(ViSession session, std::uint16_t* status) {
+  const std::lock_guard lock(machine().mutex);
+  std::uint16_t byte = 0;
+  const ViStatus polled = machine().visa.viReadSTB(session, byte);
+  store(status, byte);
+  return polled;
+}
+
+ZANSIM_EXPORT ViStatus viLock(ViSession session, std::uint32_t type, std::uint32_t timeout,
+                              const char* /*requestedKey*/, char* /*accessKey*/) {
+  const std::lock_guard lock(machine().mutex);
+  return type == VI_EXCLUSIVE_LOCK ? machine().visa.viLock(session, timeout)
+                                   : zansim::VI_ERROR_INV_LOCK_TYPE;
+}
+
+ZANSIM_EXPORT ViStatus viUnlock(ViSession session) {
+  const std::lock_guard lock(machine().mutex);
+  return machine().visa.viUnlock(session);
+}
+
+// A session keeps no bytes between its operations, so nothing is to be flushed and no buffer has a
+// size.
+
+ZANSIM_EXPORT ViStatus viFlush(ViSession session, std::uint16_t /*mask*/) {
+  return ofSession(session, VI_SUCCESS);
+}
+
+ZANSIM_EXPORT ViStatus viSetBuf(ViSession session, std::uint16_t /*mask*/, std::uint32_t /*size*/) {
+  return ofSession(session, VI_SUCCESS);
+}
+
+// The resources have no events. To switch them all off, as programs do before they close a session,
+// is no mistake.
+
+ZANSIM_EXPORT ViStatus viEnableEvent(ViSession session, std::uint32_t /*type*/,
+                                     std::uint16_t /*mechanism*/, std::uint32_t /*context*/) {
+  return ofSession(session, zansim::VI_ERROR_INV_EVENT);
+}
+
+ZANSIM_EXPORT ViStatus viDisableEvent(ViSession session, std::uint32_t /*type*/,
+                                      std::uint16_t /*mechanism*/) {
+  return ofSession(session, VI_SUCCESS);
+}
+
+ZANSIM_EXPORT ViStatus viDiscardEvents(ViSession session, std::uint32_t /*type*/,
+                                       std::uint16_t /*mechanism*/) {
+  return ofSession(session, VI_SUCCESS);
+}
+
+ZANSIM_EXPORT ViStatus viWaitOnEvent(ViSession session, std::uint32_t /*type*/,
+                                     std::uint32_t /*timeout*/, std::uint32_t* /*outType*/,
+                                     std::uint32_t* /*context*/) {
+  return ofSession(session, zansim::VI_ERROR_NENABLED);
+}
+
+ZANSIM_EXPORT ViStatus viInstallHandler(ViSession session, std::uint32_t /*type*/,
+                                        void* /*handler*/, void* /*userHandle*/) {
+  return ofSession(session, zansim::VI_ERROR_INV_EVENT);
+}
+
+ZANSIM_EXPORT ViStatus viUninstallHandler(ViSession session, std::uint32_t /*type*/,
+                                          void* /*handler*/, void* /*userHandle*/) {
+  return ofSession(session, zansim::VI_ERROR_HNDLR_NINSTALLED);
+}
+
+ZANSIM_EXPORT ViStatus viTerminate(ViSession session, std::uint16_t /*degree*/,
+                                   std::uint32_t /*job*/) {
+  return ofSession(session, zansim::VI_ERROR_NSUP_OPER);
+}
+
+ZANSIM_EXPORT ViStatus viAssertTrigger(ViSession session, std::uint16_t /*protocol*/) {
+  return ofSession(session, zansim::VI_ERROR_NSUP_OPER);
 }
