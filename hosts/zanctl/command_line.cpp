@@ -84,7 +84,7 @@ void fillFromEnvironment(CommandLine& line, const Environment& environment) {
   options.history = historyFile(environment);
   options.trueColour = (colours == "truecolor" || colours == "24bit") && !environment("NO_COLOR") &&
                        !options.dumbTerminal;
-  options.ownDrive = line.command->temporaryDrive && !options.driveC;
+  options.driveInMemory = line.command->temporaryDrive && !options.driveC;
   if (!options.driveC) {
     options.driveC = lumodevice::platform::usualDriveC(environment);
   }

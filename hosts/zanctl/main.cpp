@@ -11,6 +11,8 @@ int main(int argc, char** argv) {
   // A reader that goes away is seen by the writes that fail, so that the link is still closed in
   // order.
   (void)std::signal(SIGPIPE, SIG_IGN);
+  // A limit of the size of files is a full disk.
+  (void)std::signal(SIGXFSZ, SIG_IGN);
   zanctl::FileOutput output(STDOUT_FILENO);
   zanctl::FileOutput errors(STDERR_FILENO);
   try {

@@ -1,44 +1,31 @@
 #include "hosts/zanctl/program.hpp"
 
 #include <cerrno>
-#include <cstdlib>
-#include <filesystem>
-#include <optional>
+#include <memory>
 #include <system_error>
 
 namespace zanctl {
 
 namespace {
 
-/// A folder that is gone when the run is over.
-class TemporaryFolder {
- public:
-  TemporaryFolder() : name_((std::filesystem::temp_directory_path() / "zanctl.XXXXXX").string()) {
-    if (::mkdtemp(name_.data()) == nullptr) {
-      throw Unusable("cannot make the folder " + name_ + ": " +
-                     std::generic_category().message(errno));
+ExitStatus runCommand(const CommandLine& line, const Streams& streams) {
+  std::shared_ptr<const Output> trace;
+  ExitStatus status = kDone;
+  {
+    Station station(line.options, streams);
+    trace = station.traceFile();
+    status = line.run(station);
+    if (status == kDone && !station.links().usedRightly()) {
+      status = kFailed;
     }
   }
-  ~TemporaryFolder() {
-    std::error_code left;
-    std::filesystem::remove_all(name_, left);
+  // The end of the links was the last that was traced.
+  if (trace && trace->closed()) {
+    streams.errors.line("zanctl: cannot write the trace to " + line.options.trace.value_or("") +
+                        ": " + std::generic_category().message(trace->error()));
+    status = status == kDone ? kFailed : status;
   }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  [[nodiscard]] const std::string& name() const { return name_; }
-
- private:
-  std::string name_;
-};
-
-ExitStatus runCommand(CommandLine& line, const Streams& streams) {
-  std::optional<TemporaryFolder> folder;
-  if (line.options.ownDrive) {
-    line.options.driveC = folder.emplace().name();
-  }
-  Station station(line.options, streams);
-  const ExitStatus status = line.run(station);
-  return status == kDone && !station.links().usedRightly() ? kFailed : status;
+  return status;
 }
 
 /// A reader that has seen enough is nothing to speak of; anything else is.

@@ -228,7 +228,7 @@ void Exchange::commandChanged() {
                             ? !takeTurn(command).value_or("").empty() || !isQuery(command)
                             : sendInStages();
   if (!answered) {
-    waits_.showBox("Error:Device has not sent back some data yet!");
+    waits_.showBox(kNoAnswer);
   }
 }
 

@@ -11,6 +11,9 @@
 
 namespace lumodevice::link {
 
+/// The box about a query of the command box whose answer did not come.
+inline constexpr std::string_view kNoAnswer = "Error:Device has not sent back some data yet!";
+
 /// The exchange of one text command with the instrument: what cmdSendCmd and the command box TXT
 /// do. No failure of a link leaves it; a failed step leaves txtReturn as it was and the exchange
 /// goes on.

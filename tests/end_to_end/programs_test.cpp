@@ -1,12 +1,20 @@
+#include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <iterator>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 #include "platform/visa_library.hpp"
+#include "tests/end_to_end/line_peer.hpp"
 #include "tests/platform/child_process.hpp"
+#include "tests/platform/pseudo_terminal.hpp"
 #include "tests/platform/temporary_folder.hpp"
 #include "tests/support/child_program.hpp"
 
@@ -16,6 +24,7 @@ namespace {
 using support::ChildProgram;
 using testing::AllOf;
 using testing::ContainsRegex;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -89,7 +98,9 @@ TEST_F(Programs, anUnansweredQueryIsAFailure) {
   const Outcome ran = zanctl(
       {"--virtual-time", "--visa-library", ZANSIM_VISA_LIBRARY, "send", ":NONE:SUCH?", ":CHAN?"});
   EXPECT_EQ(ran.status, 1);
-  EXPECT_EQ(ran.output, "[information] Error:Device has not sent back some data yet!\n1\n");
+  EXPECT_EQ(ran.output, "1\n");
+  EXPECT_EQ(ran.errors,
+            "[information] Error:Device has not sent back some data yet! (:NONE:SUCH?)\n");
 }
 
 /// Waits of 30 ms instead of 200, so that the read-back is through in a few seconds.
@@ -260,6 +271,101 @@ TEST_F(Programs, anInstalledVisaLibraryThatCannotBeUsedIsToldWithItsReason) {
   EXPECT_THAT(ran.errors, isOneLine(AllOf(HasSubstr("no VISA library can be used (libvisa.so: "),
                                           HasSubstr("name another with --visa-library PATH"))));
 }
+
+/// Something else than the simulator at the end of a serial line.
+class SerialPeer {
+ public:
+  explicit SerialPeer(Answerer answer)
+      : thread_([this, answer = std::move(answer)] {
+          LineEnd end(zansim::Descriptor(::dup(terminal_.handle())));
+          while (!stop_) {
+            (void)end.step(std::chrono::milliseconds(20), answer);
+          }
+        }) {}
+  ~SerialPeer() {
+    stop_ = true;
+    thread_.join();
+  }
+  SerialPeer(const SerialPeer&) = delete;
+  SerialPeer& operator=(const SerialPeer&) = delete;
+  [[nodiscard]] const std::string& device() const { return terminal_.device(); }
+
+ private:
+  posix::PseudoTerminal terminal_;
+  std::atomic<bool> stop_ = false;
+  std::thread thread_;
+};
+
+TEST_F(Programs, channelsBeyondTheNinthAreNotReadUnderAnotherOnesNumber) {
+  const SerialPeer peer(
+      loadWithSlots("20\"30,2030,2030,2030,2030,2030,2030,2030,2030,2030,2030,2030"));
+  const Outcome ran =
+      zanctl({"--link", "serial", "--port", kLast + peer.device(), "readings", "--csv"});
+  EXPECT_EQ(ran.status, 1);
+  EXPECT_THAT(ran.errors, EndsWith("zanctl: CH10-2030, CH11-2030, CH12-2030 cannot be read: a "
+                                   "channel is selected by one digit\n"));
+  EXPECT_EQ(std::count(ran.output.begin(), ran.output.end(), '\n'), 10) << ran.output;
+  EXPECT_THAT(ran.output, HasSubstr(",\"CH1-20\"\"30\",1,1,1,1\n"));
+  EXPECT_THAT(ran.output, HasSubstr(",CH9-2030,1,1,1,1\n"));
+}
+
+TEST_F(Programs, whatADeviceSaysMovesNoCursor) {
+  const SerialPeer peer(loadWithSlots("20\x1B[2J,2030"));
+  const Outcome ran = zanctl({"--link", "serial", "--port", kLast + peer.device(), "connect"});
+  EXPECT_THAT(ran.output, HasSubstr("CH1-20\\x1B[2J\n"));
+  const Outcome missing = zanctl(
+      {"--link", "serial", "--port", "COM5=" + path("a\x1B]0;b\x07\nzanctl: found"), "connect"});
+  EXPECT_THAT(missing.errors, isOneLine(HasSubstr("a\\x1B]0;b\\x07\\nzanctl: found")));
+}
+
+/// Where a command stands still so that it can be interrupted.
+struct Interrupted {
+  std::vector<std::string> words;
+  const char* latency;
+  const char* script = "";
+};
+
+class InterruptedPrograms : public Programs, public testing::WithParamInterface<int> {};
+
+/// Whatever it was doing: it ends by the signal and leaves the drive as it was.
+TEST_P(InterruptedPrograms, leaveNothingBehind) {
+  const std::string settings(5580, 's');
+  std::filesystem::create_directories(folder_.path() / "temp");
+  folder_.write("settings", settings);
+  folder_.write("temp/ZANProg.b", "former");
+  folder_.write("temp/ZAN.bmp", "former");
+  for (const auto& [words, latency, script] :
+       {Interrupted{{"connect"}, "60000"}, Interrupted{{"readings", "--count", "0"}, "20"},
+        Interrupted{{"files", "get", "system"}, ":SYST:SET?=60000"},
+        Interrupted{{"files", "send", "system", path("settings")}, ":SYST:ERR?=60000"},
+        Interrupted{{"capture", path("screen.png")}, ":DISP:COL?=60000"},
+        Interrupted{{"run"}, "0", "wait 60000\n"}}) {
+    ChildProgram simulator(ZANSIM_PROGRAM,
+                           {"--pty", path("zan"), "--latency", latency, "--verbose"});
+    (void)simulator.line();
+    std::vector<std::string> all{"--drive-c", folder_.path().string(), "--link", "serial",
+                                 "--port",    kLast + path("zan")};
+    all.insert(all.end(), words.begin(), words.end());
+    ChildProgram program(ZANCTL_PROGRAM, all, script);
+    const std::string awaited = std::string(latency).substr(0, std::string(latency).find('='));
+    if (words[0] == "run") {
+      std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    } else {
+      const bool aQuery = awaited.starts_with(":");
+      for (std::string line = simulator.errorLine();
+           !line.empty() && !line.starts_with(aQuery ? awaited : "*IDN?");
+           line = simulator.errorLine()) {
+      }
+    }
+    EXPECT_EQ(program.end(GetParam()), -1) << words[0];
+    EXPECT_EQ(folder_.read("temp/ZANProg.b"), "former");
+    EXPECT_EQ(folder_.read("temp/ZAN.bmp"), "former");
+    EXPECT_FALSE(std::filesystem::exists(path("screen.png")));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path() / "temp"), {}), 2);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptedPrograms, testing::Values(SIGINT, SIGTERM, SIGKILL));
 
 TEST_F(Programs, anInterruptedHostClosesItsLinkForTheNextOne) {
   const Simulator simulator({"--pty", path("zan")});

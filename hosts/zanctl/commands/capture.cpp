@@ -1,6 +1,8 @@
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
@@ -15,10 +17,14 @@ namespace zanctl {
 
 namespace {
 
+using lumodevice::platform::Room;
 using lumodevice::toolkit::Picture;
 
 constexpr std::string_view kBitmap = "ZAN.bmp";
-constexpr std::size_t kMostBytes = std::size_t{64} << 20;
+/// Over VISA COM the picture is painted from it.
+constexpr std::string_view kDump = "DispOutD.dat";
+constexpr std::uintmax_t kBitmapRoom = 230'454;
+constexpr std::uintmax_t kDumpRoom = 122'880;
 
 std::optional<Picture> pictureIn(const std::string& bitmap) {
   try {
@@ -28,38 +34,43 @@ std::optional<Picture> pictureIn(const std::string& bitmap) {
   }
 }
 
-/// Into the file, or where the component leaves it on drive C:.
+/// Into the file, or where the component would leave it on drive C:.
 ExitStatus capture(Station& station, const std::optional<std::string>& file) {
-  if (file) {
-    checkWritable(*file, station.output());
-  }
-  if (file == kStandardStream) {
-    station.showBoxesAside();
-  }
+  auto outside = file ? roomFor(*file, kBitmapRoom, station.output()) : std::nullopt;
+  const Link link = station.options().link;
   const WorkingFolder folder(station);
-  const std::string place = folder.place(kBitmap).string();
+  std::vector<Room> inside;
+  inside.push_back(folder.room(kBitmap, kBitmapRoom));
+  if (link != Link::Serial) {
+    inside.push_back(folder.room(kDump, kDumpRoom));
+  }
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  const Link link = station.options().link;
+  const StagedFiles files(station);
   bool captured = false;
   {
     const Activity activity(station.progress(), "capturing the screen");
     captured = station.component().GetBMPFile();
   }
-  if (!captured) {
+  const auto bitmap = files.content(kBitmap);
+  if (!captured || !bitmap) {
     station.errors().line("zanctl: no picture came over " + std::string(nameOf(link)) + "; " +
                           std::string(transferAdvice(link)));
     return kFailed;
   }
-  const std::string bitmap = readBytes(place, kMostBytes, station.streams().input);
-  const auto picture = pictureIn(bitmap);
+  inside.clear();
+  files.keep(folder, kDump);
+  files.keep(folder, kBitmap);
+  const std::string place = folder.place(kBitmap).string();
+  const auto picture = pictureIn(*bitmap);
   if (!picture) {
     station.errors().line("zanctl: what the instrument sent is no picture; it is in " + place);
     return kFailed;
   }
   if (file) {
-    savePicture(*picture, bitmap, *file, station.output());
+    outside.reset();
+    savePicture(*picture, *bitmap, *file, station.output());
   } else {
     tellSaved(*picture, place, station.output());
   }

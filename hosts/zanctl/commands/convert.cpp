@@ -14,10 +14,12 @@ namespace zanctl {
 namespace {
 
 using lumodevice::capture::DisplayDump;
-using lumodevice::capture::kDumpHeader;
 using lumodevice::toolkit::Picture;
 using lumodevice::transfer::asBytes;
 using lumodevice::transfer::asText;
+
+/// Several times what a dump has.
+constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 Picture paint(const DisplayDump& dump) {
   lumodevice::capture::ScreenPalette palette{};
@@ -33,15 +35,16 @@ struct Files {
 };
 
 ExitStatus convert(Station& station, const Files& files) {
-  const std::string bytes =
-      readBytes(files.dump, kDumpHeader.size() + DisplayDump::kSize, station.streams().input);
+  const std::string bytes = readBytes(files.dump, kMostBytes, station.streams().input);
   const auto dump = lumodevice::capture::dumpIn(asBytes(bytes));
   if (!dump) {
     throw Unusable("cannot convert " + files.dump + ": it has " + std::to_string(bytes.size()) +
                    " bytes of display memory, not " + std::to_string(DisplayDump::kSize));
   }
-  checkWritable(files.picture, station.output());
   const Picture picture = paint(*dump);
+  if (files.picture == kStandardStream) {
+    (void)roomFor(files.picture, 0, station.output());
+  }
   savePicture(picture, asText(picture.bitmap()), files.picture, station.output());
   return kDone;
 }

@@ -193,6 +193,7 @@ bool talk(Station& station) {
 
 ExitStatus runDemo(Station& station) {
   Output& output = station.output();
+  checkRoomForTour(station);
   output.write(kOpening);
   hand::type(the<TextBox>(station, "Text5"), kWaitUnit);
   if (!connectOrExplain(station)) {

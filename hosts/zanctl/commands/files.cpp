@@ -35,6 +35,7 @@ struct Kind {
   std::string_view sent;     ///< "" for one that is only read
   std::string_view marker;   ///< must be there for it to be sent
   std::uintmax_t size;       ///< data bytes; 0: any number
+  std::uintmax_t room;       ///< bytes that must be free on the disk for it
   std::string_view rawHead;  ///< stands before the data in a file that was saved over serial
   void (*get)(ZANCtrl& component);
   bool (*send)(ZANCtrl& component);
@@ -47,6 +48,7 @@ constexpr std::array kKinds = {
          .sent = "",
          .marker = "",
          .size = 0,
+         .room = 9999,
          .rawHead = "",
          .get = [](ZANCtrl& zan) { zan.GetSeqFile(); },
          .send = nullptr},
@@ -56,6 +58,7 @@ constexpr std::array kKinds = {
          .sent = "ZANProgUpload.b",
          .marker = "",
          .size = 5580,
+         .room = 5580,
          .rawHead = "",
          .get = [](ZANCtrl& zan) { zan.GetSysFile(); },
          .send = [](ZANCtrl& zan) { return zan.SendSysFile(); }},
@@ -65,6 +68,7 @@ constexpr std::array kKinds = {
          .sent = "zanbank.dev",
          .marker = "test.dev",
          .size = 892,
+         .room = 898,
          .rawHead = "#3892",
          .get = [](ZANCtrl& zan) { (void)zan.GetPresetFile(""); },
          .send = [](ZANCtrl& zan) { return zan.SetPresetFile(); }},
@@ -149,35 +153,32 @@ void list(Output& output, const WorkingFolder& folder) {
 
 ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
   const Link link = station.options().link;
-  if (!file.empty()) {
-    checkWritable(file, station.output());
-  }
-  if (file == kStandardStream) {
-    station.showBoxesAside();
-  }
+  auto outside = file.empty() ? std::nullopt : roomFor(file, kind.room, station.output());
   const WorkingFolder folder(station);
-  const fs::path place = folder.place(kind.saved);
+  std::optional<lumodevice::platform::Room> inside(folder.room(kind.saved, kind.room));
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  PutAside before(place);
+  const StagedFiles files(station);
   {
     const Activity activity(station.progress(), "reading the " + std::string(kind.title));
     kind.get(station.component());
   }
-  if (!sizeOf(place)) {
+  const std::string bytes = files.content(kind.saved).value_or("");
+  if (bytes.empty()) {
     station.errors().line("zanctl: no " + std::string(kind.title) + " came over " +
                           std::string(nameOf(link)) + "; " + std::string(transferAdvice(link)));
     return kFailed;
   }
-  before.giveUp();
-  const std::string bytes = readBytes(place.string(), kMostBytes, station.streams().input);
+  inside.reset();
+  files.keep(folder, kind.saved);
   if (!file.empty()) {
+    outside.reset();
     writeBytes(file, bytes, station.output());
   }
   if (file != kStandardStream) {
     station.output().line("Saved the " + std::string(kind.title) + " (" + bytesText(bytes.size()) +
-                          ") in " + (file.empty() ? place.string() : file));
+                          ") in " + (file.empty() ? folder.place(kind.saved).string() : file));
   }
   const std::uintmax_t right = sizeOver(link, kind);
   if (right != 0 && bytes.size() != right) {
@@ -188,28 +189,6 @@ ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
 }
 
 // ---- send
-
-/// An empty file that exists while the object lives; one that was there before stays.
-class Marker {
- public:
-  explicit Marker(fs::path file) : file_(std::move(file)), made_(!sizeOf(file_)) {
-    if (made_) {
-      const FileOutput made(file_.string());
-    }
-  }
-  ~Marker() {
-    std::error_code missing;
-    if (made_) {
-      fs::remove(file_, missing);
-    }
-  }
-  Marker(const Marker&) = delete;
-  Marker& operator=(const Marker&) = delete;
-
- private:
-  fs::path file_;
-  bool made_;
-};
 
 bool tellsOfNone(const std::string& error) {
   return !error.empty() && text::Val(error) == 0;
@@ -261,11 +240,11 @@ ExitStatus transfer(Station& station, const Kind& kind, Link link) {
 }
 
 ExitStatus send(Station& station, const Options& options, const Kind& kind) {
-  const WorkingFolder folder(station);
-  const fs::path place = folder.place(kind.sent);
   const Link link = station.options().link;
-  const std::string file = options.file.value_or(place.string());
-  const std::string bytes = readBytes(file, kMostBytes, station.streams().input);
+  const WorkingFolder folder(station);
+  const std::string file = options.file.value_or(folder.place(kind.sent).string());
+  const std::string bytes = options.file ? readBytes(file, kMostBytes, station.streams().input)
+                                         : folder.content(kind.sent, kMostBytes);
   const std::uintmax_t right = sizeOver(link, kind);
   if (bytes.size() != right && !options.force) {
     throw Unusable("cannot send " + file + ": " + wrongSize(kind, link, bytes.size()) +
@@ -274,14 +253,10 @@ ExitStatus send(Station& station, const Options& options, const Kind& kind) {
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  std::optional<PutAside> before;
-  if (options.file) {
-    before.emplace(place);
-    writeBytes(place.string(), bytes, station.output());
-  }
-  std::optional<Marker> marker;
+  StagedFiles files(station);
+  files.put(kind.sent, bytes);
   if (!kind.marker.empty()) {
-    marker.emplace(folder.place(kind.marker));
+    files.put(kind.marker, "");
   }
   const ExitStatus status = transfer(station, kind, link);
   if (status == kDone) {

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -50,12 +51,28 @@ constexpr std::chrono::milliseconds kLateAnswers{1000};
 
 /// An entry of the channel list: "CH3-2040" is number 3, name "CH3-2040".
 struct Channel {
-  std::string number;
+  int number;
   std::string name;
 };
 
 Channel channelOf(std::string_view name) {
-  return {text::Mid(name, 3, 1), std::string(name)};
+  const double number = text::Val(name.substr(std::min<std::size_t>(name.size(), 2)));
+  return {static_cast<int>(std::clamp(number, 0.0, 1e6)), std::string(name)};
+}
+
+/// Cuts off what no command can select, and tells it; whether there was any.
+bool passOver(Station& station, std::vector<Channel>& channels) {
+  std::string names;
+  std::erase_if(channels, [&](const Channel& channel) {
+    const bool beyond = channel.number > kLastChannel;
+    names += beyond ? (names.empty() ? "" : ", ") + channel.name : "";
+    return beyond;
+  });
+  if (!names.empty()) {
+    station.errors().line("zanctl: " + names +
+                          " cannot be read: a channel is selected by one digit");
+  }
+  return !names.empty();
 }
 
 std::vector<Channel> channelsToRead(Station& station, const Options& options) {
@@ -63,7 +80,7 @@ std::vector<Channel> channelsToRead(Station& station, const Options& options) {
   std::vector<Channel> channels;
   for (int i = 0; i < list.listCount(); ++i) {
     const Channel channel = channelOf(list.list(i));
-    if (options.channel == 0 || channel.number == std::to_string(options.channel)) {
+    if (options.channel == 0 || channel.number == options.channel) {
       channels.push_back(channel);
     }
   }
@@ -107,24 +124,37 @@ Row readChannel(Station& station, const Options& options, bool& complete) {
   return row;
 }
 
+/// A field of comma-separated values: in quotes where it would not be one else.
+std::string quotedIfNeeded(const std::string& field) {
+  if (field.find_first_of("\",\r\n") == std::string::npos) {
+    return field;
+  }
+  std::string quoted = "\"";
+  for (const char letter : field) {
+    quoted += letter == '"' ? "\"\"" : std::string{letter};
+  }
+  return quoted + '"';
+}
+
 std::string joined(const Row& row) {
   std::string line;
   for (const std::string& field : row) {
-    line += (line.empty() ? "" : ",") + field;
+    line += (line.empty() ? "" : ",") + quotedIfNeeded(field);
   }
   return line;
 }
 
-void select(Station& station, const std::string& channel, std::string& selected) {
-  if (selected != channel) {
-    station.component().SendCmd(":CHAN " + channel);
+/// A channel beyond the ninth stays selected until another one is.
+void select(Station& station, int channel, int& selected) {
+  if (selected != channel && channel <= kLastChannel) {
+    station.component().SendCmd(":CHAN " + std::to_string(channel));
     selected = channel;
   }
 }
 
 /// One round over the channels; false when an answer did not come.
 bool readRound(Station& station, const Options& options, const std::vector<Channel>& channels,
-               std::string& selected) {
+               int& selected) {
   bool complete = true;
   std::vector<Row> table{{"Channel"}};
   for (const Reading& reading : kReadings) {
@@ -162,13 +192,14 @@ void printCsvHeader(Output& output) {
 /// Selects each channel by its number alone and asks for its readings; in the end the channel that
 /// the panel shows is selected again.
 ExitStatus takeReadings(Station& station, const Options& options) {
-  if (options.csv) {
-    station.showBoxesAside();
-  }
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  const std::vector<Channel> channels = channelsToRead(station, options);
+  std::vector<Channel> channels = channelsToRead(station, options);
+  const bool some = passOver(station, channels);
+  if (channels.empty() && some) {
+    return kFailed;
+  }
   if (channels.empty()) {
     station.errors().line(options.channel == 0
                               ? "zanctl: the instrument lists no channels"
@@ -179,10 +210,10 @@ ExitStatus takeReadings(Station& station, const Options& options) {
   if (options.csv) {
     printCsvHeader(station.output());
   }
-  const std::string shown =
+  const int shown =
       channelOf(station.component().surface().get<ComboBox>("cmbChannel").text()).number;
-  std::string selected = shown;
-  bool complete = true;
+  int selected = shown;
+  bool complete = !some;
   select(station, channels.front().number, selected);
   const auto begin = station.loop().now();
   for (int round = 0; options.count == 0 || round < options.count; ++round) {

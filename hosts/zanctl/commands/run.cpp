@@ -1,6 +1,6 @@
 #include <CLI/App.hpp>
-#include <fstream>
 #include <memory>
+#include <sstream>
 
 #include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
@@ -16,6 +16,9 @@ namespace zanctl {
 
 namespace {
 
+/// No script comes near it.
+constexpr std::size_t kMostBytes = std::size_t{16} << 20;
+
 constexpr std::string_view kPrompt = "zan> ";
 
 /// Lines of a terminal on which nothing can be edited.
@@ -29,29 +32,27 @@ std::optional<std::string> plainLine(Station& station) {
 }
 
 ExitStatus talkAtTerminal(Station& station) {
-  Script script(station.component(), station.loop(), station.output());
+  Script script(station.component(), station.loop(), station.output(), station.errors());
   station.output().line(
       "Type an instruction; help lists them, Tab completes, quit or Ctrl-D ends.");
   if (station.options().dumbTerminal) {
-    return talk(
-        script, [&] { return plainLine(station); }, station.errors());
+    return talk(script, [&] { return plainLine(station); });
   }
   LineEditor editor({.prompt = std::string(kPrompt),
                      .history = station.options().history,
                      .complete = [&](std::string_view line) {
                        return completionsOf(line, station.component().surface());
                      }});
-  return talk(
-      script, [&] { return editor.read(); }, station.errors());
+  return talk(script, [&] { return editor.read(); });
 }
 
 ExitStatus runScript(Station& station, const std::string& file) {
-  Script script(station.component(), station.loop(), station.output());
+  Script script(station.component(), station.loop(), station.output(), station.errors());
   if (file == kStandardStream) {
-    return script.run(station.streams().input, file, station.errors());
+    return script.run(station.streams().input, file);
   }
-  std::ifstream lines = openToRead(file);
-  return script.run(lines, file, station.errors());
+  std::istringstream lines(readBytes(file, kMostBytes, station.streams().input));
+  return script.run(lines, file);
 }
 
 Run prepare(CLI::App& parser) {

@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::size_t kLongestWhole = 64;
 constexpr std::size_t kShownOfBinary = 32;
+// No answer of an instrument is as long; a device that never ends its line must not fill the disk.
+constexpr std::size_t kLongestText = 1024;
+constexpr std::size_t kShownOfText = 256;
 
 /// A definite-length block, or anything with bytes that no line of text has.
 bool isBinary(std::string_view bytes) {
@@ -26,10 +29,13 @@ bool isBinary(std::string_view bytes) {
 }  // namespace
 
 std::string quotedBytes(std::string_view bytes) {
-  if (bytes.size() <= kLongestWhole || !isBinary(bytes)) {
+  const bool whole =
+      bytes.size() <= kLongestWhole || (bytes.size() <= kLongestText && !isBinary(bytes));
+  if (whole) {
     return '"' + escaped(bytes) + '"';
   }
-  return '"' + escaped(bytes.substr(0, kShownOfBinary)) + "...\" +" + std::to_string(bytes.size()) +
+  const std::size_t shown = isBinary(bytes) ? kShownOfBinary : kShownOfText;
+  return '"' + escaped(bytes.substr(0, shown)) + "...\" +" + std::to_string(bytes.size()) +
          " bytes";
 }
 

@@ -9,7 +9,7 @@
 namespace zanctl {
 
 /// Bytes in quotes, escaped. Of binary data of more than 64 bytes the first 32, "..." and the
-/// total, as in "#6122880..." +122889 bytes
+/// total, as in "#6122880..." +122889 bytes; of a text of more than 1024 bytes the first 256.
 [[nodiscard]] std::string quotedBytes(std::string_view bytes);
 
 /// The record of what went over the wire, one line an event, each with the milliseconds since the

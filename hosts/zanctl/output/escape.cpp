@@ -57,6 +57,24 @@ std::size_t utf8Length(std::string_view text) {
   return point < kSmallest.at(length) || point > 0x10FFFF || surrogate ? 0 : length;
 }
 
+/// Well-formed UTF-8 characters and the byte `kept` stand as they are.
+std::string withEscapes(std::string_view text, char kept) {
+  std::string out;
+  out.reserve(text.size());
+  while (!text.empty()) {
+    const std::size_t length = utf8Length(text);
+    if (length > 0) {
+      out += text.substr(0, length);
+    } else if (kept != '\0' && text[0] == kept) {
+      out += kept;
+    } else {
+      appendEscaped(out, text[0]);
+    }
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return out;
+}
+
 }  // namespace
 
 std::string escaped(std::string_view bytes) {
@@ -69,17 +87,11 @@ std::string escaped(std::string_view bytes) {
 }
 
 std::string escapedCaption(std::string_view text) {
-  std::string out;
-  while (!text.empty()) {
-    const std::size_t length = utf8Length(text);
-    if (length > 0) {
-      out += text.substr(0, length);
-    } else {
-      appendEscaped(out, text[0]);
-    }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
-  }
-  return out;
+  return withEscapes(text, '\0');
+}
+
+std::string printable(std::string_view line) {
+  return withEscapes(line, '\\');
 }
 
 std::size_t columns(std::string_view printed) {

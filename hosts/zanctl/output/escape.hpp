@@ -13,6 +13,10 @@ namespace zanctl {
 /// it is.
 [[nodiscard]] std::string escapedCaption(std::string_view text);
 
+/// A line of text without anything that could move a cursor or end the line: control characters and
+/// bytes that are no UTF-8 as above, all else as it is. What has been escaped stays as it is.
+[[nodiscard]] std::string printable(std::string_view line);
+
 /// How many columns a printed caption takes: one for each UTF-8 character.
 [[nodiscard]] std::size_t columns(std::string_view printed);
 

@@ -1,10 +1,6 @@
 #include "hosts/zanctl/output/files_by_name.hpp"
 
-#include <cerrno>
-#include <filesystem>
 #include <istream>
-#include <system_error>
-#include <unistd.h>
 
 #include "hosts/zanctl/output/mistake.hpp"
 
@@ -12,69 +8,51 @@ namespace zanctl {
 
 namespace {
 
-namespace fs = std::filesystem;
+namespace platform = lumodevice::platform;
 
-[[noreturn]] void cannot(const std::string& act, const std::string& file, int error) {
-  throw Unusable("cannot " + act + " " + file + ": " + std::generic_category().message(error));
+/// `act` with a file; what goes wrong is told as "cannot read ..." or "cannot write ...".
+template <typename Act>
+auto toFile(std::string_view what, Act act) {
+  try {
+    return act();
+  } catch (const platform::FileFault& fault) {
+    throw Unusable("cannot " + std::string(what) + " " + fault.what());
+  }
 }
 
 }  // namespace
 
-std::ifstream openToRead(const std::string& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) {
-    cannot("read", file, errno);
-  }
-  // A folder can be opened; it is only its reading that fails.
-  std::error_code unknown;
-  if (fs::is_directory(file, unknown)) {
-    cannot("read", file, EISDIR);
-  }
-  return stream;
-}
-
 std::string readBytes(const std::string& file, std::size_t most, std::istream& standardInput) {
-  const auto read = [&](std::istream& stream) {
-    std::string bytes(most, '\0');
-    stream.read(bytes.data(), static_cast<std::streamsize>(most));
-    bytes.resize(static_cast<std::size_t>(stream.gcount()));
-    return bytes;
-  };
-  if (file == kStandardStream) {
-    return read(standardInput);
+  if (file != kStandardStream) {
+    return toFile("read",
+                  [&] { return platform::readFile(file, most, platform::LastLink::Followed); });
   }
-  std::ifstream stream = openToRead(file);
-  return read(stream);
+  std::string bytes(most + 1, '\0');
+  standardInput.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(standardInput.gcount()));
+  if (bytes.size() > most) {
+    throw Unusable("cannot read standard input: it has more than " + std::to_string(most) +
+                   " bytes");
+  }
+  return bytes;
 }
 
-void checkWritable(const std::string& file, const Output& standardOutput) {
-  if (file == kStandardStream) {
-    if (standardOutput.isTerminal()) {
-      throw Unusable("a terminal shows no bytes: redirect the output, or name a file");
-    }
-    return;
+std::optional<platform::Room> roomFor(const std::string& file, std::uint64_t bytes,
+                                      const Output& standardOutput) {
+  if (file != kStandardStream) {
+    return toFile("write", [&] { return platform::Room(file, bytes); });
   }
-  std::error_code unknown;
-  if (fs::is_directory(file, unknown)) {
-    cannot("write", file, EISDIR);
+  if (standardOutput.isTerminal()) {
+    throw Unusable("a terminal shows no bytes: redirect the output, or name a file");
   }
-  const fs::path folder = fs::path(file).parent_path();
-  const std::string tried =
-      fs::exists(file, unknown) ? file : (folder.empty() ? "." : folder.string());
-  if (::access(tried.c_str(), W_OK) != 0) {
-    cannot("write", file, errno);
-  }
+  return std::nullopt;
 }
 
 void writeBytes(const std::string& file, std::string_view bytes, Output& standardOutput) {
   if (file == kStandardStream) {
     standardOutput.write(bytes);
-    return;
-  }
-  FileOutput output(file);
-  output.write(bytes);
-  if (output.closed()) {
-    cannot("write", file, output.error());
+  } else {
+    toFile("write", [&] { platform::replaceFile(file, bytes); });
   }
 }
 

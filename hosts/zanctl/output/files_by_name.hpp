@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstddef>
-#include <fstream>
+#include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "hosts/zanctl/output/output.hpp"
+#include "platform/whole_files.hpp"
 
 /// The files that a command line names. What cannot be used throws Unusable, which says why.
 namespace zanctl {
@@ -14,16 +16,17 @@ namespace zanctl {
 /// Stands for standard input or output.
 inline constexpr std::string_view kStandardStream = "-";
 
-[[nodiscard]] std::ifstream openToRead(const std::string& file);
-
-/// The bytes of a file or of standard input, the first `most` of them.
+/// The bytes of a file or of standard input; of more than `most` bytes it cannot be read.
 [[nodiscard]] std::string readBytes(const std::string& file, std::size_t most,
                                     std::istream& standardInput);
 
-/// Sees beforehand whether a file could be written, so that nobody waits for what cannot be kept.
-void checkWritable(const std::string& file, const Output& standardOutput);
+/// Room for what will be written to a file, so that nobody waits for what cannot be kept. Standard
+/// output needs none.
+[[nodiscard]] std::optional<lumodevice::platform::Room> roomFor(const std::string& file,
+                                                                std::uint64_t bytes,
+                                                                const Output& standardOutput);
 
-/// Replaces the file, or writes to standard output.
+/// Replaces the file as a whole, or writes to standard output.
 void writeBytes(const std::string& file, std::string_view bytes, Output& standardOutput);
 
 }  // namespace zanctl

@@ -39,7 +39,7 @@ void Progress::show(Duration now) {
   if (seconds == 0) {
     return;
   }
-  const std::string line = what_ + counted() + " ... " + std::to_string(seconds) + " s";
+  const std::string line = printable(what_) + counted() + " ... " + std::to_string(seconds) + " s";
   // What comes in small pieces is not drawn for each.
   const bool soon = !shown_.empty() && of_ > 0 && now - drawn_ < kBetweenDrawings;
   if (line != shown_ && !soon) {

@@ -6,7 +6,11 @@
 
 namespace zanctl {
 
-std::string alignedTable(const std::vector<Row>& rows, const std::string& indent) {
+std::string alignedTable(const std::vector<Row>& cells, const std::string& indent) {
+  std::vector<Row> rows = cells;
+  for (Row& row : rows) {
+    std::ranges::transform(row, row.begin(), printable);
+  }
   std::vector<std::size_t> widths;
   for (const Row& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));

@@ -4,8 +4,7 @@
 
 namespace zanctl {
 
-ExitStatus talk(Script& script, const std::function<std::optional<std::string>()>& nextLine,
-                Output& mistakes) {
+ExitStatus talk(Script& script, const std::function<std::optional<std::string>()>& nextLine) {
   while (const std::optional<std::string> line = nextLine()) {
     if (*line == "quit" || *line == "exit") {
       break;
@@ -17,7 +16,7 @@ ExitStatus talk(Script& script, const std::function<std::optional<std::string>()
     try {
       script.perform(*line);
     } catch (const ScriptMistake& mistake) {
-      mistakes.line(mistake.what());
+      script.remarks().line(mistake.what());
     }
     if (script.output().closed()) {
       return kOutputClosed;

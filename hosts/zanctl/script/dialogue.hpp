@@ -9,10 +9,8 @@
 namespace zanctl {
 
 /// Runs each line that a person types as a line of the script, until there is none or "quit". A
-/// mistake is told on `mistakes`, and the next line is asked for. "help" prints what there is to
-/// type.
+/// mistake is remarked, and the next line is asked for. "help" prints what there is to type.
 [[nodiscard]] ExitStatus talk(Script& script,
-                              const std::function<std::optional<std::string>()>& nextLine,
-                              Output& mistakes);
+                              const std::function<std::optional<std::string>()>& nextLine);
 
 }  // namespace zanctl

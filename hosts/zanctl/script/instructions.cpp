@@ -113,7 +113,7 @@ void set(Script& script, Script::Words words) {
 /// Tells that an operator's act was refused.
 void report(Script& script, bool taken, const toolkit::Control& control) {
   if (!taken) {
-    script.output().line("[refused] " + control.fullName() + " is disabled");
+    script.remarks().line("[refused] " + control.fullName() + " is disabled");
   }
 }
 

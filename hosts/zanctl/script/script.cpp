@@ -46,6 +46,24 @@ std::optional<int> takeIndex(std::string& name) {
   return index;
 }
 
+constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+
+/// The next line without its end; no more of it than shows that it is too long. False at the end.
+bool readLine(std::istream& lines, std::string& line) {
+  line.clear();
+  char byte = 0;
+  while (lines.get(byte) && byte != '\n') {
+    line += byte;
+    if (line.size() > kLongestLine + 1) {
+      return true;
+    }
+  }
+  if (line.ends_with('\r')) {
+    line.pop_back();
+  }
+  return static_cast<bool>(lines) || !line.empty();
+}
+
 }  // namespace
 
 std::size_t Instruction::most() const {
@@ -95,18 +113,18 @@ void Script::perform(std::string_view line) {
   instruction.run(*this, Words(words).subspan(1));
 }
 
-ExitStatus Script::run(std::istream& lines, const std::string& file, Output& mistakes) {
+ExitStatus Script::run(std::istream& lines, const std::string& file) {
   std::string line;
   long number = 1;
   const auto report = [&](std::string_view wrong) {
-    mistakes.line(file + ":" + std::to_string(number) + ": " + std::string(wrong));
+    remarks_.line(file + ":" + std::to_string(number) + ": " + std::string(wrong));
     return kFailed;
   };
-  for (; std::getline(lines, line); ++number) {
-    if (line.ends_with('\r')) {
-      line.pop_back();
-    }
+  for (; readLine(lines, line); ++number) {
     try {
+      if (line.size() > kLongestLine) {
+        throw ScriptMistake("the line has more than " + std::to_string(kLongestLine) + " bytes");
+      }
       perform(line);
     } catch (const ScriptMistake& mistake) {
       return report(mistake.what());

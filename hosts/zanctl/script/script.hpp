@@ -19,21 +19,24 @@ class Script {
  public:
   using Words = std::span<const std::string>;
 
-  /// All three must outlive the script.
-  Script(lumodevice::ZANCtrl& component, lumodevice::toolkit::EventLoop& loop, Output& output)
-      : component_(component), loop_(loop), output_(output) {}
+  /// What the script prints goes to `output`, what is told about it to `remarks`. All must outlive
+  /// the script.
+  Script(lumodevice::ZANCtrl& component, lumodevice::toolkit::EventLoop& loop, Output& output,
+         Output& remarks)
+      : component_(component), loop_(loop), output_(output), remarks_(remarks) {}
 
   /// Runs one line. Throws ScriptMistake for what is wrong in it.
   void perform(std::string_view line);
 
-  /// Runs all lines and reports the first mistake as "FILE:LINE: what is wrong". Each line is run
-  /// before the next one is read.
-  ExitStatus run(std::istream& lines, const std::string& file, Output& mistakes);
+  /// Runs all lines and remarks the first mistake as "FILE:LINE: what is wrong". Each line is run
+  /// before the next one is read. A line without an end is one.
+  ExitStatus run(std::istream& lines, const std::string& file);
 
   /// What instructions work on.
   [[nodiscard]] lumodevice::ZANCtrl& component() { return component_; }
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return loop_; }
   [[nodiscard]] Output& output() { return output_; }
+  [[nodiscard]] Output& remarks() { return remarks_; }
   /// "Name", or "Name(i)" for an element of a control array. Throws ScriptMistake.
   [[nodiscard]] lumodevice::toolkit::Control& control(const std::string& name);
   /// Puts a key area behind those of the front-panel picture. Throws ScriptMistake.
@@ -43,6 +46,7 @@ class Script {
   lumodevice::ZANCtrl& component_;
   lumodevice::toolkit::EventLoop& loop_;
   Output& output_;
+  Output& remarks_;
   std::vector<lumodevice::devButton> keys_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/station/watched_loop.hpp"
+#include "lumodevice/link/exchange.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "platform/system_clock.hpp"
 #include "simulator/links/loop_clock.hpp"
@@ -31,7 +32,8 @@ Station::Station(const StationOptions& options, const Streams& streams)
       loop_(makeLoop()),
       clock_(std::make_unique<zansim::LoopClock>(*loop_)),
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
-      drive_(options.driveC.value_or("")) {
+      drive_(options.driveC.value_or("")),
+      stagedDrive_(options.driveInMemory ? nullptr : &drive_) {
   passes_ = loop_->observePasses([this] { progress_.show(loop_->now()); });
   sleeps_ = loop_->observeSleeps([this](std::int32_t milliseconds) {
     progress_.show(loop_->now());
@@ -49,14 +51,14 @@ Station::Station(const StationOptions& options, const Streams& streams)
   lumodevice::io::SerialDevices& serialDevices =
       trace_ ? static_cast<lumodevice::io::SerialDevices&>(*tracingSerialDevices_)
              : *watchedSerialDevices_;
-  visaCom_.emplace(visa);
+  visaCom_.emplace(visa, clock_.get());
   wallClock_ = makeWallClock(options, *clock_);
   component_ = std::make_unique<lumodevice::ZANCtrl>(
       lumodevice::Host{.loop = *loop_,
                        .visa = visa,
                        .visaCom = *visaCom_,
                        .serialDevices = serialDevices,
-                       .drive = drive_,
+                       .drive = stagedDrive_,
                        .wallClock = *wallClock_,
                        .informationBox = [this](std::string_view text) { showBox(text); },
                        .exchanges = options.exchanges});
@@ -83,18 +85,24 @@ void Station::watchBlocks() {
 
 void Station::startTrace(const std::string& file) {
   if (file != "-") {
-    traceFile_ = std::make_unique<FileOutput>(file);
+    traceFile_ = std::make_shared<FileOutput>(file);
   }
   trace_.emplace(file == "-" ? streams_.errors : *traceFile_, *loop_);
   tracingVisa_.emplace(*watchedVisa_, *trace_);
   tracingSerialDevices_.emplace(*watchedSerialDevices_, *trace_);
 }
 
+/// Standard output is for data. The box about a missing answer does not say whose it is; the
+/// command that was sent last is the one.
 void Station::showBox(std::string_view text) {
   if (trace_) {
     trace_->showedBox(text);
   }
-  (boxesAside_ ? streams_.errors : streams_.output).line("[information] " + escaped(text));
+  std::string line = "[information] " + escaped(text);
+  if (text == lumodevice::link::kNoAnswer) {
+    line += " (" + escaped(component_->surface().get<toolkit::TextBox>("TXT").text()) + ")";
+  }
+  streams_.errors.line(line);
 }
 
 void Station::choose(Link link) {

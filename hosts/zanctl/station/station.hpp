@@ -9,6 +9,7 @@
 #include "hosts/zanctl/links/tracing_links.hpp"
 #include "hosts/zanctl/output/output.hpp"
 #include "hosts/zanctl/output/progress.hpp"
+#include "hosts/zanctl/station/staged_drive.hpp"
 #include "hosts/zanctl/station/station_options.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/zan_ctrl.hpp"
@@ -39,13 +40,15 @@ class Station {
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
   [[nodiscard]] Links& links() { return *links_; }
   [[nodiscard]] lumodevice::platform::FolderDrive& drive() { return drive_; }
+  /// The same drive, as the component sees it.
+  [[nodiscard]] StagedDrive& stagedDrive() { return stagedDrive_; }
   [[nodiscard]] Progress& progress() { return progress_; }
   [[nodiscard]] const lumodevice::io::WallClock& wallClock() const { return *wallClock_; }
   [[nodiscard]] const Streams& streams() const { return streams_; }
   [[nodiscard]] Output& output() { return streams_.output; }
   [[nodiscard]] Output& errors() { return streams_.errors; }
-  /// Information boxes go to standard error from now on, for an output that another program reads.
-  void showBoxesAside() { boxesAside_ = true; }
+  /// The file of the trace; null when there is none. Its end is told after the station's own.
+  [[nodiscard]] std::shared_ptr<const Output> traceFile() const { return traceFile_; }
 
  private:
   [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop();
@@ -59,11 +62,10 @@ class Station {
   OutputUnderProgress output_;
   OutputUnderProgress errors_;
   Streams streams_;
-  bool boxesAside_ = false;
   std::unique_ptr<lumodevice::toolkit::EventLoop> loop_;
   std::unique_ptr<lumodevice::io::Clock> clock_;
   std::unique_ptr<Links> links_;
-  std::unique_ptr<Output> traceFile_;
+  std::shared_ptr<Output> traceFile_;
   std::optional<BlockWatch> blocks_;
   std::optional<WatchedVisa> watchedVisa_;
   std::optional<WatchedSerialDevices> watchedSerialDevices_;
@@ -72,6 +74,7 @@ class Station {
   std::optional<TracingSerialDevices> tracingSerialDevices_;
   std::optional<lumodevice::io::VisaComOverVisa> visaCom_;
   lumodevice::platform::FolderDrive drive_;
+  StagedDrive stagedDrive_;
   std::unique_ptr<lumodevice::io::WallClock> wallClock_;
   std::unique_ptr<lumodevice::ZANCtrl> component_;
   lumodevice::toolkit::Subscription passes_;

@@ -12,8 +12,8 @@ namespace zanctl {
 struct StationOptions : LinkOptions {
   /// None when it is not named and there is no home folder either.
   std::optional<std::string> driveC;
-  /// Drive C: is a temporary folder of this run.
-  bool ownDrive = false;
+  /// What the component puts on drive C: is gone with the run.
+  bool driveInMemory = false;
   /// The terminal shows 24-bit colours, and its user wants some.
   bool trueColour = false;
   /// The terminal knows characters alone: nothing can be erased or drawn over.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -7,6 +8,7 @@
 #include <string_view>
 
 #include "hosts/zanctl/station/station.hpp"
+#include "platform/whole_files.hpp"
 
 namespace zanctl {
 
@@ -19,30 +21,40 @@ class WorkingFolder {
   /// Where the file of that name lies, or would.
   [[nodiscard]] std::filesystem::path place(std::string_view name) const;
 
+  /// The bytes of the file of that name, which is no link and has no more than `most`. Throws
+  /// Unusable.
+  [[nodiscard]] std::string content(std::string_view name, std::size_t most) const;
+
+  /// Room for a file of that name, so that nobody asks for what cannot be kept. Throws Unusable.
+  [[nodiscard]] lumodevice::platform::Room room(std::string_view name, std::uint64_t bytes) const;
+
  private:
   Station& station_;
 };
 
-/// The bytes in a file; none when it is not there.
-[[nodiscard]] std::optional<std::uintmax_t> sizeOf(const std::filesystem::path& file);
-
-/// Takes a file out of the way. At the end of its life it is back in its place, whatever was put
-/// there in the meantime, unless it was given up.
-class PutAside {
+/// The component's files of one transfer: while it lives they are in memory alone, beside what
+/// drive C: holds.
+class StagedFiles {
  public:
-  /// Throws Unusable.
-  explicit PutAside(std::filesystem::path file);
-  ~PutAside();
-  PutAside(const PutAside&) = delete;
-  PutAside& operator=(const PutAside&) = delete;
+  /// The station must outlive it.
+  explicit StagedFiles(Station& station) : drive_(station.stagedDrive()) { drive_.beginStaging(); }
+  ~StagedFiles() { drive_.endStaging(); }
+  StagedFiles(const StagedFiles&) = delete;
+  StagedFiles& operator=(const StagedFiles&) = delete;
 
-  /// What is in its place now stays.
-  void giveUp();
+  /// What the component finds under that name.
+  void put(std::string_view name, std::string_view bytes);
+  /// What the component has put there; none where it has put nothing.
+  [[nodiscard]] std::optional<std::string> content(std::string_view name) const;
+  /// Puts what the component has put there on drive C:, too, or nothing where it put nothing.
+  /// Throws Unusable.
+  void keep(const WorkingFolder& folder, std::string_view name) const;
 
  private:
-  std::filesystem::path file_;
-  std::filesystem::path aside_;
-  bool givenUp_ = false;
+  StagedDrive& drive_;
 };
+
+/// The bytes in a file; none when it is not there.
+[[nodiscard]] std::optional<std::uintmax_t> sizeOf(const std::filesystem::path& file);
 
 }  // namespace zanctl

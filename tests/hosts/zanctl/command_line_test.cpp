@@ -134,9 +134,9 @@ TEST_F(CommandLineTest, transfersGoOverVisaComUnlessALinkIsNamed) {
 
 TEST_F(CommandLineTest, theTourHasADriveOfItsOwnUnlessOneIsNamed) {
   variables["LUMODEVICE_DRIVE_C"] = "/variable";
-  EXPECT_TRUE(parse({"demo"}).ownDrive);
-  EXPECT_FALSE(parse({"demo", "--drive-c", "/named"}).ownDrive);
-  EXPECT_FALSE(parse({"capture"}).ownDrive);
+  EXPECT_TRUE(parse({"demo"}).driveInMemory);
+  EXPECT_FALSE(parse({"demo", "--drive-c", "/named"}).driveInMemory);
+  EXPECT_FALSE(parse({"capture"}).driveInMemory);
 }
 
 TEST_F(CommandLineTest, virtualTimeGoesWithASimulatedSerialDevice) {

@@ -59,6 +59,13 @@ class ProgramTest : public testing::Test {
     return ended.output;
   }
 
+  /// What a script that runs to its end is told on standard error.
+  std::string remarked(const std::string& script) {
+    const Ended ended = simulate({"run"}, script);
+    EXPECT_EQ(ended.status, kDone);
+    return ended.errors;
+  }
+
   /// What is wrong with a script, without "-:1: ".
   std::string mistake(const std::string& line) {
     const Ended ended = simulate({"run"}, line);

@@ -40,6 +40,12 @@ TEST(QuotedBytes, longBytesThatAreNoTextAreShownByTheirStart) {
             "\"" + std::string(31, 'a') + "\\x80...\" +65 bytes");
 }
 
+TEST(QuotedBytes, anEndlessTextIsShownByItsStart) {
+  EXPECT_EQ(quotedBytes(std::string(1024, 'a')), '"' + std::string(1024, 'a') + '"');
+  EXPECT_EQ(quotedBytes(std::string(1 << 20, 'a')),
+            '"' + std::string(256, 'a') + "...\" +1048576 bytes");
+}
+
 class Trace : public testing::Test {
  protected:
   TextOutput output;

@@ -100,8 +100,10 @@ TEST_F(ScriptTest, clickRunsWhatTheControlDoes) {
 }
 
 TEST_F(ScriptTest, clickWithoutALinkShowsTheBoxAndGoesOn) {
-  EXPECT_EQ(printed("click Command1\nprint on"),
-            "[information] Pleace Connect to Deivce first!\non\n");
+  const Ended ended = simulate({"run"}, "click Command1\nprint on");
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(ended.output, "on\n");
+  EXPECT_EQ(ended.errors, "[information] Pleace Connect to Deivce first!\n");
 }
 
 TEST_F(ScriptTest, typeSelectAndKeyActOnFields) {
@@ -120,29 +122,37 @@ TEST_F(ScriptTest, dragTakesAnItemFromOneListToAnother) {
 }
 
 TEST_F(ScriptTest, everyActOnADisabledControlIsRefused) {
-  EXPECT_EQ(printed("click cmdSendCmd\n"
-                    "set Text2.Enabled False\ntype Text2 x\nkey Text2 Enter\nget Text2.Text\n"
-                    "set Combo2.Enabled False\nselect Combo2 1\nget Combo2.ListIndex\n"
-                    "set txtInput(3).Enabled False\ntype txtInput(3) 1\n"
-                    "set List2.Enabled False\ndrag List1 CH3 List2\n"
-                    "set List1.Enabled False\ndrag List1 CH3 List2\n"),
+  EXPECT_EQ(remarked("click cmdSendCmd\n"
+                     "set Text2.Enabled False\ntype Text2 x\nkey Text2 Enter\n"
+                     "set Combo2.Enabled False\nselect Combo2 1\n"
+                     "set txtInput(3).Enabled False\ntype txtInput(3) 1\n"
+                     "set List2.Enabled False\ndrag List1 CH3 List2\n"
+                     "set List1.Enabled False\ndrag List1 CH3 List2\n"),
             "[refused] cmdSendCmd is disabled\n"
             "[refused] Text2 is disabled\n"
             "[refused] Text2 is disabled\n"
-            "*IDN?\n"
             "[refused] Combo2 is disabled\n"
-            "-1\n"
             "[refused] txtInput(3) is disabled\n"
             "[refused] List2 is disabled\n"
             "[refused] List1 is disabled\n");
 }
 
+TEST_F(ScriptTest, aRefusedActChangesNothing) {
+  const Ended ended = simulate({"run"},
+                               "set Text2.Enabled False\ntype Text2 x\nget Text2.Text\n"
+                               "set Combo2.Enabled False\nselect Combo2 1\nget Combo2.ListIndex\n");
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(ended.output, "*IDN?\n-1\n");
+}
+
 TEST_F(ScriptTest, aControlInADisabledContainerIsRefusedAndAHiddenOneIsNot) {
-  EXPECT_EQ(printed("set frmSetting.Enabled False\nclick optVisa2\nget optVisa2.Value\n"
-                    "get optVisa2.Enabled\n"
-                    "set frmSetting.Enabled True\nset frmSetting.Visible False\n"
-                    "click optVisa2\nget optVisa2.Value\n"),
-            "[refused] optVisa2 is disabled\nFalse\nTrue\nTrue\n");
+  const Ended ended = simulate({"run"},
+                               "set frmSetting.Enabled False\nclick optVisa2\nget optVisa2.Value\n"
+                               "get optVisa2.Enabled\n"
+                               "set frmSetting.Enabled True\nset frmSetting.Visible False\n"
+                               "click optVisa2\nget optVisa2.Value\n");
+  EXPECT_EQ(ended.output, "False\nTrue\nTrue\n");
+  EXPECT_EQ(ended.errors, "[refused] optVisa2 is disabled\n");
 }
 
 TEST_F(ScriptTest, waitLetsTimersTickForExactlyThatLong) {
@@ -153,8 +163,9 @@ TEST_F(ScriptTest, waitLetsTimersTickForExactlyThatLong) {
 }
 
 TEST_F(ScriptTest, anUnansweredQueryShowsTheBox) {
-  EXPECT_THAT(printed("call AutoConnect\ncall SendCmd :NOPE?\nget ResultStr\n"),
-              EndsWith("True\n[information] Error:Device has not sent back some data yet!\n\n"));
+  const Ended ended = simulate({"run"}, "call AutoConnect\ncall SendCmd :NOPE?\nget ResultStr\n");
+  EXPECT_EQ(ended.output, "True\n\n");
+  EXPECT_EQ(ended.errors, "[information] Error:Device has not sent back some data yet! (:NOPE?)\n");
 }
 
 TEST_F(ScriptTest, pressActsOnTheKeyAreaUnderThePosition) {
