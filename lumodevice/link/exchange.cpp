@@ -110,11 +110,13 @@ std::optional<std::string> Exchange::takeTurn(const std::string& command) {
   form_.txtReturn.setText("");
   ++exchanges_;
   channelChoices_ += choosesChannel(command) ? 1 : 0;
+  wentOut_ = false;
   std::optional<std::string> answer;
   if (Transport* const transport = links_.carrying(state_, form_)) {
     const bool query = isQuery(command);
     answer = turns_.run(*transport, lineOf(text::Trim(command), command),
                         query ? patience(*transport, command) : kNoPatience);
+    wentOut_ = query || turns_.wrote();
     if (!query) {
       turns_.keepDistance(waits_.unit());
     } else if (answer) {
@@ -157,12 +159,14 @@ void Exchange::logCommand(const std::string& command) const {
   *host_.log << stamp.data() << command << ' ' << form_.txtReturn.text() << '\n' << std::flush;
 }
 
-void Exchange::runCommand(std::string_view command) {
+bool Exchange::runCommand(std::string_view command) {
+  wentOut_ = !turns_.inTurn();
   if (form_.TXT.text() == command) {
     commandChanged();
   } else {
     form_.TXT.setText(command);
   }
+  return wentOut_;
 }
 
 std::string Exchange::query(std::string_view command) {

@@ -29,8 +29,9 @@ class Exchange {
 
   /// Puts a command into the command box, which sends it and waits for the answer in three growing
   /// stages. Every operation that sends through the command box goes through here: a text box that
-  /// already holds the text raises no change, and the exchange must run all the same.
-  void runCommand(std::string_view command);
+  /// already holds the text raises no change, and the exchange must run all the same. False where,
+  /// in turn, the command did not go out.
+  bool runCommand(std::string_view command);
 
   /// Runs a command and returns the answer, "" when there was none.
   std::string query(std::string_view command);
@@ -78,6 +79,8 @@ class Exchange {
   /// Exchanges that have begun, and of these the ones that chose a channel; in turn.
   std::uint64_t exchanges_ = 0;
   std::uint64_t channelChoices_ = 0;
+  /// What runCommand tells of the last command.
+  bool wentOut_ = true;
 };
 
 }  // namespace lumodevice::link

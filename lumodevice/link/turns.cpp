@@ -102,12 +102,12 @@ bool Turns::run(Transport& transport, const std::string& line,
 }
 
 bool Turns::write(Transport& transport, const std::string& line) {
-  bool written = false;
+  wrote_ = false;
   attempt([&] {
     claim(transport);
-    written = transport.write(line);
+    wrote_ = transport.write(line);
   });
-  return written;
+  return wrote_;
 }
 
 void Turns::keepDistance(double milliseconds) {

@@ -42,6 +42,9 @@ class Turns {
   bool run(Transport& transport, const std::string& line, const std::shared_ptr<Answer>& answer,
            const Patience& patience);
 
+  /// The last line that was to be run went out.
+  [[nodiscard]] bool wrote() const { return wrote_; }
+
   /// Nothing follows within the next milliseconds: the instrument is busy with what it was sent.
   void keepDistance(double milliseconds);
 
@@ -120,6 +123,7 @@ class Turns {
   std::optional<Duration> notBefore_;
   Duration lastByte_ = -kLongestLateness;
   int operations_ = 0;
+  bool wrote_ = false;
 };
 
 }  // namespace lumodevice::link

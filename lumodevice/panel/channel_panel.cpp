@@ -99,7 +99,12 @@ void ChannelPanel::select() {
   }
   const link::Turns::Operation operation(exchange_.turns());
   // The number is one digit; a longer one does not fit the channel texts that the instrument knows.
-  exchange_.runCommand(commands_.prefix(form_.cmbChannel) + text::Mid(channel, 3, 1));
+  if (!exchange_.runCommand(commands_.prefix(form_.cmbChannel) + text::Mid(channel, 3, 1))) {
+    // The load is at another channel still, which the switches would act on.
+    state_.showNoChannel();
+    form_.cmbChannel.setListIndex(-1);
+    return;
+  }
   modes_.ModeReadBack();
   SettingsReadBack();
   ReadingsReadBack();

@@ -82,7 +82,7 @@ int modeOf(std::string_view answer) {
 
 Modes::Modes(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
              const TaggedCommands& commands)
-    : form_(form), state_(state), exchange_(exchange), commands_(commands) {
+    : form_(form), state_(state), exchange_(exchange), commands_(commands), mode_(kNoBox) {
   for (int i = 0; i < form_.optMode.count(); ++i) {
     toolkit::handle(form_.optMode(i).click, [this, i] { click(i); });
   }
@@ -94,6 +94,7 @@ void Modes::ModeReadBack() {
     return;
   }
   const int mode = modeOf(*answer);
+  mode_ = mode;
   toolkit::OptionButton& option = form_.optMode(mode == kNoBox ? kCcHigh : mode);
   if (!option.value()) {
     option.setValue(true);
@@ -108,7 +109,12 @@ void Modes::click(int mode) {
   const Mode& chosen = modeAt(mode);
   showOnly(kNoFrame);
   if (!isGroupChannel() && state_.connected()) {
-    exchange_.runCommand(commands_.prefix(form_.optMode(mode)));
+    if (exchange_.runCommand(commands_.prefix(form_.optMode(mode)))) {
+      mode_ = mode;
+    } else if (mode_ != kNoBox && mode_ != mode) {
+      form_.optMode(mode_).setValue(true);
+      return;
+    }
   }
   showOnly(chosen.frame);
   if (chosen.bValueBox != kNoBox) {

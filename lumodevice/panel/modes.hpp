@@ -8,7 +8,8 @@
 
 namespace lumodevice::panel {
 
-/// The nine operating modes: choosing one, and reading its settings back.
+/// The nine operating modes: choosing one, and reading its settings back. In turn, a choice whose
+/// command did not go out goes back to the mode that the load is in.
 class Modes {
  public:
   /// Takes over optMode.
@@ -38,6 +39,8 @@ class Modes {
   const link::LinkState& state_;
   link::Exchange& exchange_;
   const TaggedCommands& commands_;
+  /// The mode that the load is in; none while that is not known.
+  int mode_;
 };
 
 }  // namespace lumodevice::panel

@@ -56,21 +56,55 @@ void onClick(Control& control, const std::function<void()>& handler) {
   }
 }
 
+/// Ticked or not, or the entry that is chosen.
+int stateOf(const Control& control) {
+  const auto* const box = dynamic_cast<const CheckBox*>(&control);
+  return box != nullptr ? box->value() : dynamic_cast<const ComboBox&>(control).listIndex();
+}
+
+void setState(Control& control, int state) {
+  if (auto* const box = dynamic_cast<CheckBox*>(&control)) {
+    box->setValue(state);
+  } else {
+    dynamic_cast<ComboBox&>(control).setListIndex(state);
+  }
+}
+
 }  // namespace
 
 Switches::Switches(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
                    const TaggedCommands& commands)
     : form_(form), state_(state), exchange_(exchange), commands_(commands) {
-  for (const Switch& row : kSwitches) {
-    auto& control = form_.surface().get<Control>(row.control);
-    onClick(control, [this, &row, &control] {
-      const auto value = row.value(control);
-      if (value && panelLoaded()) {
-        exchange_.runCommand(commands_.prefix(control) + *value);
-      }
-    });
+  for (std::size_t row = 0; row < kSwitches.size(); ++row) {
+    auto& control = form_.surface().get<Control>(kSwitches.at(row).control);
+    states_.push_back(stateOf(control));
+    onClick(control, [this, row] { click(row); });
   }
   toolkit::handle(form_.chkUVP.click, [this] { switchUvp(); });
+}
+
+void Switches::click(std::size_t row) {
+  auto& control = form_.surface().get<Control>(kSwitches.at(row).control);
+  const int state = stateOf(control);
+  const auto value = kSwitches.at(row).value(control);
+  if (goingBack_) {
+    return;
+  }
+  if (value && panelLoaded() && !exchange_.runCommand(commands_.prefix(control) + *value)) {
+    goBack(control, states_.at(row));
+  } else {
+    states_.at(row) = state;
+  }
+}
+
+/// Without sending anything, also where a view throws.
+void Switches::goBack(Control& control, int state) {
+  struct End {
+    bool& goingBack;
+    ~End() { goingBack = false; }
+  } const end{goingBack_};
+  goingBack_ = true;
+  attempt([&] { setState(control, state); });
 }
 
 bool Switches::panelLoaded() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link_state.hpp"
 #include "lumodevice/panel/tagged_commands.hpp"
@@ -8,6 +10,7 @@ namespace lumodevice::panel {
 
 /// The check and combo boxes that switch a state of the selected channel at once. All but chkUVP
 /// send only while the panel shows a channel; a read-back that changes one of them raises it too.
+/// In turn, a switch whose command did not go out goes back to what it was.
 class Switches {
  public:
   /// Takes over chkOCP, chkOVP, chkGoNogo, chkVON, chkLoad, chkUVP, cmbCVFreq and cmbVolRange.
@@ -15,6 +18,8 @@ class Switches {
            const TaggedCommands& commands);
 
  private:
+  void click(std::size_t row);
+  void goBack(toolkit::Control& control, int state);
   void switchUvp();
   [[nodiscard]] bool panelLoaded() const;
 
@@ -22,6 +27,9 @@ class Switches {
   const link::LinkState& state_;
   link::Exchange& exchange_;
   const TaggedCommands& commands_;
+  /// By row: what the switch was set to last, as far as the load knows.
+  std::vector<int> states_;
+  bool goingBack_ = false;
 };
 
 }  // namespace lumodevice::panel

@@ -74,6 +74,9 @@ class Run {
       expectSilence();
     }
     bench_.heal();
+    if (inTurn_ && !fault_.damages && !operation_.pastThePanel && bench_.zan().isConnected()) {
+      expectTruth();
+    }
     if (!fault_.stays && bench_.zan().isConnected()) {
       outcome_.connected = true;
       outcome_.ownAnswers = ownAnswers();
@@ -141,13 +144,18 @@ class Run {
     }
   }
 
+  void expectTruth() {
+    const std::string untruths = bench_.untruths();
+    expect(untruths.empty(), "shown: " + untruths);
+  }
+
   /// The link is in order, and so is everything else then.
   void expectReconnect() {
     bench_.chooseLink();
     bench_.connect();
     expect(bench_.zan().isConnected(), "no connect afterwards");
-    const std::string untruths = bench_.untruths();
-    expect(untruths.empty(), "shown: " + untruths);
+    expectTruth();
+    expect(bench_.isReadBack(), "not read back");
     expect(ownAnswers() == kQueries, "another query's answer after the connect");
     expect(bench_.openVisaObjects() <= objects_, "a session is left over");
     bench_.destroy();

@@ -1,5 +1,7 @@
 #include "tests/matrix/matrix_bench.hpp"
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -65,17 +67,14 @@ bool MatrixBench::linkIsOpen() {
 }
 
 std::string MatrixBench::untruths() {
-  // Of groups only the first channels are offered. Where that leaves no entry for the channel that
-  // the load is at, none is chosen, and nothing is shown as its state.
-  const std::string truth = atLoad(":CHAN?");
-  const auto& channels = control<toolkit::ComboBox>("cmbChannel");
-  if (channels.text().empty() && channels.listCount() < std::stoi(truth)) {
+  const std::string channel = text("cmbChannel");
+  if (channel.empty()) {
     return {};
   }
   std::string all;
   const auto expect = [&](std::string_view name, const std::string& shown,
                           const std::string& seen) {
-    if (shown != seen) {
+    if (shown != seen && !shown.empty()) {
       all += std::string(name) + " \"" + shown + "\" for \"" + seen + "\" ";
     }
   };
@@ -87,9 +86,20 @@ std::string MatrixBench::untruths() {
     const std::string option = "optMode(" + std::to_string(i) + ")";
     expect(option, read(option, "Value"), mode == kModes[i] ? "True" : "False");
   }
-  const std::string channel(channels.text());
-  expect("cmbChannel", channel.substr(0, channel.find('-')), "CH" + truth);
+  expect("cmbChannel", channel.substr(0, channel.find('-')), "CH" + atLoad(":CHAN?"));
   return all;
+}
+
+/// Of groups only the first channels are offered. Where that leaves no entry for the channel that
+/// the load is at, none is chosen.
+bool MatrixBench::isReadBack() {
+  if (control<toolkit::ComboBox>("cmbChannel").listCount() < std::stoi(atLoad(":CHAN?"))) {
+    return text("cmbChannel").empty();
+  }
+  return !text("cmbChannel").empty() &&
+         std::none_of(std::begin(kShown), std::end(kShown), [this](const Shown& shown) {
+           return read(shown.control, shown.property).empty();
+         });
 }
 
 void MatrixBench::everyPass() {

@@ -22,9 +22,11 @@ class MatrixBench : public slow::SlowBench {
 
   /// The port, or something of the VISA library, is open.
   [[nodiscard]] bool linkIsOpen();
-  /// What the panel shows of the load and the load sees otherwise: "chkLoad 1 for 0". Empty where
-  /// all is true.
+  /// What the panel shows of the channel that is chosen and the load sees otherwise: "chkLoad 1 for
+  /// 0". Nothing for an empty box: it says that the setting is not known.
   [[nodiscard]] std::string untruths();
+  /// What a read-back leaves: a channel is chosen, and no box is empty.
+  [[nodiscard]] bool isReadBack();
 
  private:
   void everyPass();

@@ -240,5 +240,15 @@ TEST(ChannelSelection, waitsOneUnitForEveryCommand) {
   EXPECT_EQ(bench.loop.now() - before, std::chrono::milliseconds(23 * 200));
 }
 
+TEST(ChannelSelectionInTurn, whoseCommandDoesNotGoOutLeavesNoChannelToSwitch) {
+  PanelBench bench({.exchanges = Exchanges::InTurn});
+  bench.connect();
+  bench.script.fail("viWrite", io::VI_ERROR_CONN_LOST);
+  bench.select("cmbChannel", 0);
+  EXPECT_EQ(bench.text("cmbChannel"), "");
+  bench.script.heal("viWrite");
+  EXPECT_FALSE(bench.switchesSend());
+}
+
 }  // namespace
 }  // namespace lumodevice::panel

@@ -390,5 +390,15 @@ TEST(GoNogoLimits, areCurrentLimitsInCv) {
   EXPECT_EQ(bench.read("lblInput(27)", "Caption"), "GoNogo High");
 }
 
+TEST(ModeSelectionInTurn, whoseCommandDoesNotGoOutGoesBack) {
+  PanelBench bench({.exchanges = Exchanges::InTurn});
+  bench.connect();
+  bench.script.fail("viWrite", io::VI_ERROR_CONN_LOST);
+  bench.click(option(2));
+  EXPECT_EQ(bench.read(option(0), "Value"), "True");
+  EXPECT_EQ(bench.read("FrameCCStatic", "Visible"), "True");
+  EXPECT_EQ(bench.read("FrameCV", "Visible"), "False");
+}
+
 }  // namespace
 }  // namespace lumodevice::panel

@@ -318,5 +318,30 @@ TEST(ComboSwitches, sendExactlyHighOrLow) {
   }
 }
 
+TEST(SwitchesInTurn, whoseCommandsDoNotGoOutGoBack) {
+  for (const CheckRow& row : kChecks) {
+    PanelBench bench({.exchanges = Exchanges::InTurn});
+    bench.connect();
+    bench.script.fail("viWrite", io::VI_ERROR_CONN_LOST);
+    bench.click(row.control);
+    EXPECT_EQ(bench.read(row.control, "Value"), "0") << row.control;
+    EXPECT_EQ(bench.read(row.control, "Caption"), row.caption);
+    bench.script.heal("viWrite");
+    bench.journal();
+    bench.click(row.control);
+    EXPECT_EQ(bench.read(row.control, "Value"), "1") << row.control;
+    EXPECT_EQ(bench.sent(), row.prefix + "1\n");
+  }
+}
+
+TEST(SwitchesInTurn, thatAreListsGoBackToo) {
+  PanelBench bench({.exchanges = Exchanges::InTurn});
+  bench.connect();
+  bench.select("cmbVolRange", 1);
+  bench.script.fail("viWrite", io::VI_ERROR_CONN_LOST);
+  bench.select("cmbVolRange", 0);
+  EXPECT_EQ(bench.text("cmbVolRange"), "HIGH");
+}
+
 }  // namespace
 }  // namespace lumodevice::panel

@@ -148,12 +148,13 @@ TEST(HostOwnership, aComponentKeepsWhatItsHostOwnsToItsEnd) {
   EXPECT_TRUE(owned.expired());
 }
 
-TEST(HostOwnership, ofOneHostIsSharedByItsComponents) {
+TEST(HostOwnership, ofOneHostIsSharedByItsComponentsWhichLockItsInstrumentForEachOther) {
   std::optional<Host> host(simulatedHost({.virtualTime = true}));
   std::optional<ZANCtrl> first(*host);
   std::optional<ZANCtrl> second(*host);
   host.reset();
   ASSERT_TRUE(first->AutoConnect());
+  EXPECT_FALSE(second->AutoConnect());
   first.reset();
   EXPECT_TRUE(second->AutoConnect());
 }

@@ -61,7 +61,7 @@ void pressAKey(SlowBench& bench) {
 
 constexpr Operation kOperations[] = {
     {"send a query", [](SlowBench& bench) { send(bench, ":FETC:VOLT?"); }},
-    {"send a command", [](SlowBench& bench) { send(bench, ":LOAD ON"); }},
+    {"send a command", [](SlowBench& bench) { send(bench, ":LOAD ON"); }, true},
     {"connect again", [](SlowBench& bench) { bench.connect(); }},
     {"search again", [](SlowBench& bench) { bench.search(); }},
     {"AutoConnect", [](SlowBench& bench) { (void)bench.zan().AutoConnect(); }},
@@ -77,7 +77,7 @@ constexpr Operation kOperations[] = {
     {"switch the load", [](SlowBench& bench) { flip(bench, "chkLoad"); }},
     {"switch the latch", [](SlowBench& bench) { flip(bench, "chkVON"); }},
     {"auto query", query},
-    {"auto query and commands", queryAndSend},
+    {"auto query and commands", queryAndSend, true},
     {"get the sequence", [](SlowBench& bench) { (void)bench.zan().GetSeqFile(); }},
     {"get the settings", [](SlowBench& bench) { (void)bench.zan().GetSysFile(); }},
     {"send the settings", [](SlowBench& bench) { (void)bench.zan().SendSysFile(); }},
@@ -88,7 +88,7 @@ constexpr Operation kOperations[] = {
     {"capture a dump", [](SlowBench& bench) { bench.press("cmdGetCTRLScrn"); }},
     {"convert the dump", [](SlowBench& bench) { bench.press("cmdWork"); }},
     {"send a group", sendAGroup},
-    {"press a key", pressAKey},
+    {"press a key", pressAKey, true},
 };
 
 }  // namespace

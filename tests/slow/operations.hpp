@@ -10,6 +10,8 @@ namespace lumodevice::slow {
 struct Operation {
   const char* name;
   void (*run)(SlowBench& bench);
+  /// Changes the load behind the panel's back, as a host may.
+  bool pastThePanel = false;
 };
 [[nodiscard]] std::span<const Operation> operations();
 
