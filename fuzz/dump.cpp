@@ -1,6 +1,6 @@
 // Any bytes at all, repeated over a whole display dump: it is painted as it would be point by
-// point. Of each picture the points of four rows and the ends of all others are looked at: another
-// input looks at another four.
+// point. Of each picture forty-eight rows are painted, and of these the points of the first four
+// and the ends of the others looked at: another input paints others.
 
 #include <algorithm>
 #include <array>
@@ -17,6 +17,9 @@ namespace {
 using namespace lumodevice;
 using capture::kScreenHeight;
 using capture::kScreenWidth;
+
+constexpr int kRows = 48;
+static_assert(kScreenHeight % kRows == 0);
 
 std::array<std::uint8_t, capture::DisplayDump::kSize> dump;
 
@@ -45,16 +48,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static toolkit::Picture picture = black;
   if (size == 0) return 0;
   fillWith(std::span(data, size));
-  capture::paintDump(capture::DisplayDump(dump), palette, picture);
+  const int first = data[size - 1] % (kScreenHeight / kRows) * kRows;
+  capture::paintRows(capture::DisplayDump(dump), palette, first, kRows, picture);
 
-  const auto check = [](int x, int y) {
-    fuzz::require(picture.point(x, y) == support::pointOf(dump, palette, x, y),
-                  "a point is painted as by itself");
-  };
-  const int band = data[size - 1] % (kScreenHeight / 4) * 4;
-  for (int y = 0; y < kScreenHeight; ++y) {
-    const bool whole = y / 4 == band / 4;
-    for (int x = 0; x < kScreenWidth; x += whole ? 1 : kScreenWidth - 1) check(x, y);
+  for (int y = first; y < first + kRows; ++y) {
+    const bool whole = y < first + 4;
+    for (int x = 0; x < kScreenWidth; x += whole ? 1 : kScreenWidth - 1) {
+      fuzz::require(picture.point(x, y) == support::pointOf(dump, palette, x, y),
+                    "a point is painted as by itself");
+    }
   }
   const auto headerOf = [](const toolkit::Picture& of) {
     return of.bitmap().first(toolkit::Picture::kHeaderSize);

@@ -90,11 +90,16 @@ std::optional<DisplayDump> dumpIn(std::span<const std::uint8_t> file) {
 }
 
 void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::Picture& picture) {
+  paintRows(dump, palette, 0, kScreenHeight, picture);
+}
+
+void paintRows(const DisplayDump& dump, const ScreenPalette& palette, int first, int count,
+               toolkit::Picture& picture) {
   const Points points = pointsOf(palette);
   const auto base = dump.base();
   const auto overlay1 = dump.overlay(1);
   const auto overlay2 = dump.overlay(2);
-  for (int top = 0; top < kScreenHeight; top += 4) {
+  for (int top = first; top < first + count; top += 4) {
     const auto firstRow = static_cast<std::size_t>(top);
     const auto group = static_cast<std::size_t>((kScreenHeight - 4 - top) / 4) * kScreenWidth;
     const auto column = [&](std::size_t x) {

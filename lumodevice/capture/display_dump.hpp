@@ -60,4 +60,8 @@ constexpr void UnpackOverlayByte(std::uint8_t byte, std::uint8_t& row3, std::uin
 /// Paints a picture of 320 x 240 points: the base plane, over it overlay 2, over that overlay 1.
 void paintDump(const DisplayDump& dump, const ScreenPalette& palette, toolkit::Picture& picture);
 
+/// Of that picture `count` rows from `first` on, both multiples of four.
+void paintRows(const DisplayDump& dump, const ScreenPalette& palette, int first, int count,
+               toolkit::Picture& picture);
+
 }  // namespace lumodevice::capture
