@@ -21,13 +21,11 @@ using InformationBox = std::function<void(std::string_view text)>;
 /// How exchanges share the line.
 enum class Exchanges {
   /// A tick or a click may fall into the waits of an exchange, and the last writer of the command
-  /// and
-  /// of the answer wins. For hosts that were written for it.
+  /// and of the answer wins. For hosts that were written for it.
   Interleaved,
   /// Every exchange keeps its own command and its own answer: what goes out is what was asked,
-  /// once,
-  /// and what comes back belongs to it. A late answer is nobody's. The waits are upper bounds: an
-  /// exchange returns as soon as its answer is complete.
+  /// once, and what comes back belongs to it. A late answer is nobody's. The waits are upper
+  /// bounds: an exchange returns as soon as its answer is complete.
   InTurn,
 };
 
@@ -43,6 +41,7 @@ enum class Exchanges {
 ///                               .drive = ready.drive,
 ///                               .wallClock = ready.wallClock,
 ///                               .informationBox = ready.informationBox,
+///                               .exchanges = ready.exchanges,
 ///                               .owned = ready.owned});
 ///
 /// Everything referred to must outlive the component, unless `owned` keeps it, and is used on the
