@@ -62,6 +62,17 @@ void showUvpState(Controls& form, Control& /*control*/, const std::string& answe
   form.chkUVP.setValue(text::Val(answer) == 0 ? CheckBox::kClear : CheckBox::kTicked);
 }
 
+/// In turn, of what has no answer nothing is claimed.
+void showNotKnown(Control& control) {
+  if (auto* const box = dynamic_cast<CheckBox*>(&control)) {
+    box->setValue(CheckBox::kGreyed);
+  } else if (auto* const text = dynamic_cast<TextBox*>(&control)) {
+    text->setText("");
+  } else if (auto* const list = dynamic_cast<toolkit::ComboBox*>(&control)) {
+    list->setListIndex(-1);
+  }
+}
+
 /// One query of the settings read-back: the control whose tag names the command, and how the answer
 /// is shown (in that control, where nothing else is said).
 struct ReadBack {
@@ -105,6 +116,9 @@ void ChannelPanel::select() {
     form_.cmbChannel.setListIndex(-1);
     return;
   }
+  if (exchange_.turns().inTurn()) {
+    state_.showNoChannel();  // what is read back, or did not come, is not sent to the load again
+  }
   modes_.ModeReadBack();
   SettingsReadBack();
   ReadingsReadBack();
@@ -136,7 +150,8 @@ void ChannelPanel::SettingsReadBack() {
   for (const ReadBack& row : kReadBacks) {
     auto& control = form_.surface().get<Control>(row.control, row.index);
     if (const auto answer = exchange_.ask(commands_.query(control))) {
-      attempt([&] { row.show(form_, control, *answer); });
+      const bool known = !answer->empty() || !exchange_.turns().inTurn();
+      attempt([&] { known ? row.show(form_, control, *answer) : showNotKnown(control); });
     }
   }
   if (!state_.connected()) {

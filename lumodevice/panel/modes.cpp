@@ -93,6 +93,10 @@ void Modes::ModeReadBack() {
   if (!answer) {
     return;
   }
+  if (answer->empty() && exchange_.turns().inTurn()) {
+    showNotKnown();
+    return;
+  }
   const int mode = modeOf(*answer);
   mode_ = mode;
   toolkit::OptionButton& option = form_.optMode(mode == kNoBox ? kCcHigh : mode);
@@ -102,6 +106,14 @@ void Modes::ModeReadBack() {
     ModeFieldsReadBack(kCv);
   } else if (mode != kNoBox) {
     click(mode);
+  }
+}
+
+/// No mode is chosen: to choose one would set the load to it.
+void Modes::showNotKnown() {
+  mode_ = kNoBox;
+  for (int i = 0; i < form_.optMode.count(); ++i) {
+    form_.optMode(i).setValue(false);
   }
 }
 

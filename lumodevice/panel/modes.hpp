@@ -30,6 +30,7 @@ class Modes {
   void tagGoNogoBoxes() const;
 
  private:
+  void showNotKnown();
   void click(int mode);
   void showOnly(std::string_view frame) const;
   [[nodiscard]] bool isGroupChannel() const;

@@ -4,11 +4,13 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <map>
 #include <random>
 #include <string>
 #include <string_view>
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
+#include "lumodevice/toolkit/surface.hpp"
 #include "simulator/commands/command.hpp"
 #include "simulator/links/simulated_serial.hpp"
 #include "simulator/links/simulated_visa.hpp"
@@ -68,17 +70,55 @@ constexpr const char* kFaults[] = {
     "silent",   "silent every=3",       "late=400", "pieces=2 gap=30", "garble every=2",
     "long=200", "unterminated every=4", "vanish=5"};
 
-/// A component for weeks on a simulated load, with an operator who follows from the seed.
-class Soak {
+constexpr Box kReadOuts[] = {{"txtVoltage(0)", ":FETC:VOLT?"},
+                             {"txtCurrent(0)", ":FETC:CURR?"},
+                             {"txtPower(0)", ":FETC:POW?"}};
+/// What the operator sends beside the auto query.
+constexpr const char* kQueries[] = {":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?", "*IDN?", ":CHAN?"};
+
+/// In turn, each reading differs from all others.
+zansim::Mainframe mainframe(Exchanges exchanges) {
+  zansim::Configuration configuration;
+  configuration.numberedReadings = exchanges == Exchanges::InTurn;
+  return zansim::Mainframe(configuration);
+}
+
+/// A component for weeks on a simulated load, with an operator who follows from the seed. In turn
+/// he clicks, sends and reconnects while the auto query runs, and every value is compared with what
+/// the load said to its query; interleaved he lets the auto query come to rest before.
+class Soak : private toolkit::View {
  public:
-  explicit Soak(std::uint32_t seed) : random_(seed) {
+  Soak(std::uint32_t seed, Exchanges exchanges)
+      : random_(seed),
+        inTurn_(exchanges == Exchanges::InTurn),
+        instrument_{mainframe(exchanges), {}, {}},
+        panel_({.loop = loop_,
+                .visa = visa_,
+                .visaCom = visaCom_,
+                .serialDevices = serial_,
+                .drive = drive_,
+                .wallClock = wallClock_,
+                .informationBox =
+                    [this](std::string_view text) {
+                      EXPECT_FALSE(healthy_) << text << " over a link without faults";
+                    },
+                .exchanges = exchanges}) {
     resources_.addUsual(instrument_);
     serial_.plug(3, instrument_);
-    instrument_.onMessage = [this](std::string_view, std::string_view) { ++messages_; };
+    instrument_.onMessage = [this](std::string_view message, std::string_view answer) {
+      ++messages_;
+      if (inTurn_) {
+        said_.insert_or_assign(std::string(message), answer);
+      }
+    };
     for (std::size_t channel = 1; channel <= instrument_.mainframe.channelCount(); ++channel) {
       instrument_.mainframe.channel(channel, 0ns).connect({.volts = 12, .ohms = 0.5});
     }
+    panel_.zan().surface().attach(*this);
   }
+  ~Soak() override { panel_.zan().surface().detach(*this); }
+  Soak(const Soak&) = delete;
+  Soak& operator=(const Soak&) = delete;
 
   void run(std::chrono::hours span) {
     const auto end = loop_.now() + span;
@@ -91,6 +131,7 @@ class Soak {
 
   /// The panel in one and the same state, with nothing on its way.
   void rest() {
+    quiet();
     heal();
     connect(Over::VisaLibrary);
     selectChannel(1);
@@ -101,6 +142,8 @@ class Soak {
   [[nodiscard]] auto now() const { return loop_.now(); }
   [[nodiscard]] int readBacks() const { return readBacks_; }
   [[nodiscard]] int readOuts() const { return readOuts_; }
+  /// To what was asked beside the auto query, in turn.
+  [[nodiscard]] int answers() const { return answers_; }
   /// That the instrument got.
   [[nodiscard]] int messages() const { return messages_; }
 
@@ -137,7 +180,7 @@ class Soak {
   };
 
   void act() {
-    switch (below(8)) {
+    switch (below(inTurn_ ? 12 : 8)) {
       case 0:
         heal();
         connect(support::kLinks[below(3)]);
@@ -155,6 +198,12 @@ class Soak {
       case 5:
         panel_.zan().SendCmd(":CONF:PROT:UVP:LEV 0.5");
         break;
+      case 8:
+      case 9:
+      case 10:
+      case 11:
+        ask();
+        break;
       default:
         heal();
         selectChannel(1 + static_cast<int>(below(5)));
@@ -163,20 +212,48 @@ class Soak {
     panel_.zan().AutoQuery(true);
   }
 
+  /// While the auto query goes on, which stops where a channel is selected.
+  void ask() {
+    panel_.zan().AutoQuery(true);
+    for (int i = 0; i < 20; ++i) {
+      loop_.runFor(std::chrono::milliseconds(below(5000)));
+      const std::string query = kQueries[below(std::size(kQueries))];
+      const std::string answer = panel_.ask(query);
+      if (trusted_) {
+        EXPECT_EQ(answer, said_[query]) << query;
+        ++answers_;
+      }
+    }
+  }
+
+  void changed(const toolkit::Control& control, toolkit::Property property, int /*item*/) override {
+    for (const auto& [name, query] : kReadOuts) {
+      if (inTurn_ && trusted_ && property == toolkit::Property::Text &&
+          control.fullName() == name) {
+        const std::string shown = panel_.text(name);
+        EXPECT_TRUE(shown.empty() || shown == said_[query]) << query << " -> " << shown;
+        ++readOuts_;
+      }
+    }
+  }
+  void confirmed(const toolkit::Control& /*control*/, toolkit::Property /*property*/) override {}
+
   void breakLink() {
     instrument_.faults.add(kFaults[below(std::size(kFaults))]);
     healthy_ = false;
+    trusted_ = false;
   }
 
   /// Ends the faults of the link, and reads what they left on it.
   void heal() {
-    quiet();
+    quietBeside();
     if (!healthy_) {
       instrument_.faults.clear();
       healthy_ = true;
       connect(support::kLinks[below(3)]);
-      quiet();
+      quietBeside();
       (void)panel_.ask("*IDN?");
+      trusted_ = true;
     }
   }
 
@@ -186,8 +263,15 @@ class Soak {
     loop_.runFor(1min);
   }
 
+  /// Where the auto query would take what somebody else asks for.
+  void quietBeside() {
+    if (!inTurn_) {
+      quiet();
+    }
+  }
+
   void chooseMode() {
-    quiet();
+    quietBeside();
     const Mode& mode = kModes[below(std::size(kModes))];
     panel_.click(mode.option);
     panel_.type(mode.level.name, mode.levels[below(3)]);
@@ -195,7 +279,7 @@ class Soak {
   }
 
   void selectChannel(int channel) {
-    quiet();
+    quietBeside();
     panel_.select("cmbChannel", channel - 1);
     expectReadBackTrue();
   }
@@ -223,13 +307,11 @@ class Soak {
 
   /// The auto query has run for minutes over a link without faults.
   void expectReadOutsTrue() {
-    if (!healthy_) {
+    if (!healthy_ || inTurn_) {  // in turn each one is looked at as it comes
       return;
     }
     ++readOuts_;
-    for (const auto& [name, query] :
-         {Box{"txtVoltage(0)", ":FETC:VOLT?"}, Box{"txtCurrent(0)", ":FETC:CURR?"},
-          Box{"txtPower(0)", ":FETC:POW?"}}) {
+    for (const auto& [name, query] : kReadOuts) {
       EXPECT_NEAR(std::strtod(panel_.text(name).c_str(), nullptr),
                   std::strtod(atLoad(query).c_str(), nullptr), 0.01)
           << query;
@@ -239,6 +321,7 @@ class Soak {
   std::size_t below(std::size_t count) { return random_() % count; }
 
   std::mt19937 random_;
+  bool inTurn_;
   toolkit::VirtualLoop loop_;
   support::LoopClock clock_{loop_};
   zansim::Instrument instrument_;
@@ -252,20 +335,17 @@ class Soak {
   int messages_ = 0;
   int readBacks_ = 0;
   int readOuts_ = 0;
+  int answers_ = 0;
   bool healthy_ = true;
-  Panel panel_{{.loop = loop_,
-                .visa = visa_,
-                .visaCom = visaCom_,
-                .serialDevices = serial_,
-                .drive = drive_,
-                .wallClock = wallClock_,
-                .informationBox = [this](std::string_view text) {
-                  EXPECT_FALSE(healthy_) << text << " over a link without faults";
-                }}};
+  /// What faults have left on the line is gone as well.
+  bool trusted_ = true;
+  /// What the load said last to each message; in turn.
+  std::map<std::string, std::string, std::less<>> said_;
+  Panel panel_;
 };
 
 TEST(Soak, thirtyDaysOfAutoQueryStayTrueAndTakeNoMemory) {
-  Soak soak(20310307);
+  Soak soak(20310307, Exchanges::Interleaved);
   soak.connect(Over::VisaLibrary);
   soak.run(3h);  // at the intervals of a new component
   soak.setPeriods("2000", "1000");
@@ -280,6 +360,17 @@ TEST(Soak, thirtyDaysOfAutoQueryStayTrueAndTakeNoMemory) {
   EXPECT_GT(soak.messages(), 1'000'000);
   EXPECT_GT(soak.readBacks(), 150);
   EXPECT_GT(soak.readOuts(), 300);
+}
+
+TEST(Soak, fiveDaysInTurnEveryValueBelongsToItsQueryWhateverRunsBeside) {
+  Soak soak(20310307, Exchanges::InTurn);
+  soak.connect(Over::VisaLibrary);
+  soak.run(3h);
+  soak.setPeriods("2000", "1000");
+  soak.run(5 * 24h);
+  EXPECT_GT(soak.readOuts(), 20'000);
+  EXPECT_GT(soak.answers(), 300);
+  EXPECT_GT(soak.readBacks(), 20);
 }
 
 }  // namespace

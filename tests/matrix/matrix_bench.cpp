@@ -7,16 +7,17 @@
 
 namespace lumodevice::matrix {
 
-namespace {
-
-constexpr std::chrono::seconds kAWhile{2};
-
-struct Shown {
+struct MatrixBench::Shown {
   const char* control;
   const char* property;
   const char* query;
 };
-constexpr Shown kShown[] = {
+
+namespace {
+
+constexpr std::chrono::seconds kAWhile{2};
+
+constexpr MatrixBench::Shown kShown[] = {
     {"chkLoad", "Value", ":LOAD?"},
     {"chkVON", "Value", ":CONF:VOLT:LAT?"},
     {"txtInput(10)", "Text", ":CONF:VOLT:ON?"},
@@ -24,8 +25,9 @@ constexpr Shown kShown[] = {
     {"txtInput(25)", "Text", ":CONF:PROT:VOLT:LEV?"},
 };
 
-/// The modes that operations choose, by the indexes of their options.
-constexpr std::string_view kModes[] = {"CCH", "CCL", "CV"};
+/// By the indexes of their options.
+constexpr std::string_view kModes[] = {"CCH",  "CCL",  "CV",   "CRH", "CRL",
+                                       "CCDH", "CCDL", "CRDH", "CRDL"};
 
 }  // namespace
 
@@ -66,6 +68,23 @@ bool MatrixBench::linkIsOpen() {
   return open;
 }
 
+/// "" for an empty box, and for a greyed one.
+std::string MatrixBench::known(const Shown& shown) {
+  std::string value = read(shown.control, shown.property);
+  const bool greyed = std::string_view(shown.property) == "Value" && value == "2";
+  return greyed ? std::string() : value;
+}
+
+/// "" where none is.
+std::string MatrixBench::chosenMode() {
+  for (std::size_t i = 0; i < std::size(kModes); ++i) {
+    if (read("optMode(" + std::to_string(i) + ")", "Value") == "True") {
+      return std::string(kModes[i]);
+    }
+  }
+  return {};
+}
+
 std::string MatrixBench::untruths() {
   const std::string channel = text("cmbChannel");
   if (channel.empty()) {
@@ -78,14 +97,10 @@ std::string MatrixBench::untruths() {
       all += std::string(name) + " \"" + shown + "\" for \"" + seen + "\" ";
     }
   };
-  for (const auto& [control, property, query] : kShown) {
-    expect(control, read(control, property), atLoad(query));
+  for (const Shown& shown : kShown) {
+    expect(shown.control, known(shown), atLoad(shown.query));
   }
-  const std::string mode = atLoad(":MODE?");
-  for (std::size_t i = 0; i < std::size(kModes); ++i) {
-    const std::string option = "optMode(" + std::to_string(i) + ")";
-    expect(option, read(option, "Value"), mode == kModes[i] ? "True" : "False");
-  }
+  expect("optMode", chosenMode(), atLoad(":MODE?"));
   expect("cmbChannel", channel.substr(0, channel.find('-')), "CH" + atLoad(":CHAN?"));
   return all;
 }
@@ -96,10 +111,9 @@ bool MatrixBench::isReadBack() {
   if (control<toolkit::ComboBox>("cmbChannel").listCount() < std::stoi(atLoad(":CHAN?"))) {
     return text("cmbChannel").empty();
   }
-  return !text("cmbChannel").empty() &&
-         std::none_of(std::begin(kShown), std::end(kShown), [this](const Shown& shown) {
-           return read(shown.control, shown.property).empty();
-         });
+  return !text("cmbChannel").empty() && !chosenMode().empty() &&
+         std::none_of(std::begin(kShown), std::end(kShown),
+                      [this](const Shown& shown) { return known(shown).empty(); });
 }
 
 void MatrixBench::everyPass() {

@@ -23,12 +23,17 @@ class MatrixBench : public slow::SlowBench {
   /// The port, or something of the VISA library, is open.
   [[nodiscard]] bool linkIsOpen();
   /// What the panel shows of the channel that is chosen and the load sees otherwise: "chkLoad 1 for
-  /// 0". Nothing for an empty box: it says that the setting is not known.
+  /// 0". Nothing for an empty or greyed box: it says that the setting is not known.
   [[nodiscard]] std::string untruths();
-  /// What a read-back leaves: a channel is chosen, and no box is empty.
+  /// What a read-back leaves: a channel and a mode are chosen, and no box is empty or greyed.
   [[nodiscard]] bool isReadBack();
 
+  /// A control of the panel with the query that tells what it should show.
+  struct Shown;
+
  private:
+  [[nodiscard]] std::string known(const Shown& shown);
+  [[nodiscard]] std::string chosenMode();
   void everyPass();
   void takeLock();
 

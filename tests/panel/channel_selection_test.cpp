@@ -250,5 +250,22 @@ TEST(ChannelSelectionInTurn, whoseCommandDoesNotGoOutLeavesNoChannelToSwitch) {
   EXPECT_FALSE(bench.switchesSend());
 }
 
+TEST(ChannelSelectionInTurn, claimsAndSendsNothingOfWhatHasNoAnswer) {
+  PanelBench bench({.exchanges = Exchanges::InTurn});
+  bench.connect();
+  bench.control<toolkit::CheckBox>("chkLoad").setValue(toolkit::CheckBox::kTicked);
+  for (const char* query : {":LOAD?", ":Mode?", ":CONF:VOLT:RANGE?"}) {
+    bench.instrument.on(query, support::silence());
+  }
+  bench.journal();
+  bench.select("cmbChannel", 0);
+  EXPECT_EQ(bench.journal({"viWrite 4 :LOAD ", "viWrite 4 :MODE ", "viWrite 4 :CONF:VOLT:RANGE "}),
+            "");
+  EXPECT_EQ(bench.read("chkLoad", "Value"), "2");
+  EXPECT_EQ(bench.read("optMode(0)", "Value"), "False");
+  EXPECT_EQ(bench.read("cmbVolRange", "ListIndex"), "-1");
+  EXPECT_TRUE(bench.switchesSend());
+}
+
 }  // namespace
 }  // namespace lumodevice::panel

@@ -26,6 +26,11 @@ void changeTheLink(SlowBench& bench) {
   bench.connect();
 }
 
+void chooseALoadThatIsOn(SlowBench& bench) {
+  (void)bench.atLoad(":LOAD ON");
+  bench.control<toolkit::ComboBox>("cmbChannel").click.raise();
+}
+
 void setAValue(SlowBench& bench) {
   bench.control<toolkit::TextBox>("txtInput", 0).setText("1.5");
   bench.control<toolkit::CommandButton>("cmdSet", 0).click.raise();
@@ -71,6 +76,7 @@ constexpr Operation kOperations[] = {
        auto& channels = bench.control<toolkit::ComboBox>("cmbChannel");
        channels.setListIndex(channels.listCount() - 1);
      }},
+    {"choose a channel whose load is on", chooseALoadThatIsOn},
     {"choose a mode",
      [](SlowBench& bench) { bench.control<toolkit::OptionButton>("optMode", 2).setValue(true); }},
     {"set a value", setAValue},
