@@ -102,10 +102,10 @@ Clock::Duration FormattedIO::now() const {
                            : Clock::Duration(std::chrono::steady_clock::now().time_since_epoch());
 }
 
-void FormattedIO::beginRead() {
+void FormattedIO::beginRead(Clock::Duration longest) {
   session();
   skipped_ = 0;
-  deadline_ = now() + kLongestRead;
+  deadline_ = now() + longest;
 }
 
 void FormattedIO::dropUnread() {
@@ -129,7 +129,7 @@ std::size_t FormattedIO::room(std::size_t arrived) {
 /// may as well drip.
 template <typename Buffer>
 bool FormattedIO::readOnto(Buffer& bytes, std::size_t most) {
-  if (now() >= deadline_) require(VI_ERROR_TMO, "reading for ten minutes");
+  if (now() >= deadline_) require(VI_ERROR_TMO, "reading for so long");
   const std::size_t before = bytes.size();
   bytes.resize(before + most);
   std::uint32_t count = 0;
@@ -162,7 +162,7 @@ void FormattedIO::refuseEnd() const {
 }
 
 std::string FormattedIO::ReadString() {
-  beginRead();
+  beginRead(kLongestText);
   std::size_t piece = inputSize_;
   while (ending_ == Ending::Open) {
     if (fetch(piece)) piece = std::min(piece * 2, std::max(kLargestReserve, inputSize_));
@@ -242,7 +242,7 @@ Bytes FormattedIO::takeBlock(std::size_t header, std::size_t length) {
 }
 
 Bytes FormattedIO::ReadIEEEBlock(bool seekToBlock, bool flushToEnd) {
-  beginRead();
+  beginRead(kLongestBlock);
   if (seekToBlock) seekBlock();
   std::size_t header = 0;
   const std::size_t length = blockLengthAt(header);

@@ -20,9 +20,10 @@ class FormattedIO : public FormattedIO488 {
   /// Bytes of one message, or of what is skipped in one call, beyond which a read gives up.
   static constexpr std::size_t kLargestMessage = std::size_t{16} << 20;
 
-  /// A read gives up after that long, however much comes: each read of the library has a time-out
-  /// of its own, but a device that drips could go on for ever.
-  static constexpr std::chrono::minutes kLongestRead{10};
+  /// A block and a text are given up after that long, however much comes: each read of the library
+  /// has a time-out of its own, but a device that drips could go on for ever.
+  static constexpr std::chrono::minutes kLongestBlock{10};
+  static constexpr std::chrono::seconds kLongestText{10};
 
   /// Null: the time is the system's.
   explicit FormattedIO(const Clock* clock = nullptr) : clock_(clock) {}
@@ -45,7 +46,7 @@ class FormattedIO : public FormattedIO488 {
   MessageSessionOverVisa& session();
   [[nodiscard]] Clock::Duration now() const;
   void beginWrite();
-  void beginRead();
+  void beginRead(Clock::Duration longest);
   void append(std::string_view data);
   std::size_t room(std::size_t arrived);
   template <typename Buffer>

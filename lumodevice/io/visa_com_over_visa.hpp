@@ -10,8 +10,9 @@
 namespace lumodevice::io {
 
 /// The VISA COM objects over the nine operations of a VISA library, so that this link works
-/// wherever a VISA library does. Library and clock must outlive every object made here. A read of
-/// the formatted-I/O object ends after ten minutes at most, whatever the time-out of the session.
+/// wherever a VISA library does. Library and clock must outlive every object made here. A
+/// text is read for ten seconds at most and a block for ten minutes, unless the first read of the
+/// library alone takes longer.
 ///
 ///     io::VisaComOverVisa com(host.visa);
 ///     const auto device = com.createFormattedIO488();

@@ -11,6 +11,9 @@ namespace lumodevice::link {
 namespace {
 
 constexpr std::size_t kAnswerSize = 80;
+/// Reads of one look for an answer. Each has the session's time-out, and whoever waits has to see
+/// between them that a device that drips takes too long.
+constexpr int kReadsAtOnce = 16;
 /// Milliseconds that opening waits for a lock.
 constexpr std::uint32_t kOpenTimeout = 1;
 
@@ -137,7 +140,7 @@ std::optional<std::string> VisaLibraryLink::read() {
 
 /// Reads on while the message goes on: a buffer that is full is not its end.
 Reading VisaLibraryLink::readOn(std::string& received) {
-  do {
+  for (int reads = 0; reads < kReadsAtOnce; ++reads) {
     const std::optional<std::string> piece = read();
     received += piece.value_or("");
     if (status_ == io::VI_ERROR_TMO) {
@@ -146,8 +149,11 @@ Reading VisaLibraryLink::readOn(std::string& received) {
     if (status_ < 0 || received.size() > kLongestAnswer || !piece) {
       return Reading::Failed;
     }
-  } while (status_ == io::VI_SUCCESS_MAX_CNT);
-  return wholeMessage(received);
+    if (status_ != io::VI_SUCCESS_MAX_CNT) {
+      return wholeMessage(received);
+    }
+  }
+  return Reading::Waiting;
 }
 
 std::string VisaLibraryLink::dropUnread() {

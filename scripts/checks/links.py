@@ -17,7 +17,7 @@ HEADING = re.compile(r"^#{1,6} (.+)$", re.MULTILINE)
 FENCED = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
 
 # Paths elsewhere that look like ours.
-NOT_OF_THE_TREE = {"lumodevice/drive_c"}
+NOT_OF_THE_TREE = {"lumodevice/drive_c", "lumodevice/history"}
 
 
 def prose(text):
