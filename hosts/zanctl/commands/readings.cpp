@@ -144,9 +144,9 @@ std::string joined(const Row& row) {
   return line;
 }
 
-/// A channel beyond the ninth stays selected until another one is.
+/// Nothing is sent where no channel is meant, or one beyond the ninth.
 void select(Station& station, int channel, int& selected) {
-  if (selected != channel && channel <= kLastChannel) {
+  if (selected != channel && channel >= 1 && channel <= kLastChannel) {
     station.component().SendCmd(":CHAN " + std::to_string(channel));
     selected = channel;
   }
