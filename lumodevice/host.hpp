@@ -3,6 +3,7 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "lumodevice/export.hpp"
@@ -58,6 +59,13 @@ struct LUMODEVICE_API Host {
   std::ostream* log = nullptr;
   /// The ready-made hosts choose InTurn.
   Exchanges exchanges = Exchanges::Interleaved;
+  /// The component watches: nothing leaves it but queries and ":CHAN n", which choose the channel
+  /// that is shown. Whatever else would be sent is held back and told (ZANCtrl::observeHeldBack).
+  /// Can be changed later (ZANCtrl::observing).
+  bool observing = false;
+  /// The instrument that AutoConnect() connects to, as ZANCtrl::connectTo takes it; "" for any that
+  /// it finds.
+  std::string address = {};
   /// Keeps alive what is referred to: it goes with the last copy of this host, and each component
   /// holds one. Null where the program sees to that itself.
   std::shared_ptr<void> owned = nullptr;

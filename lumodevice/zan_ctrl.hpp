@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "lumodevice/export.hpp"
+#include "lumodevice/failure.hpp"
 #include "lumodevice/host.hpp"
 #include "lumodevice/io/visa_com.hpp"
 #include "lumodevice/records.hpp"
@@ -24,6 +25,12 @@ struct Reading {
   /// ":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?", ":LOAD?" or ":SYST:ERR?".
   std::string_view query;
   std::string_view answer;
+};
+
+/// What a connect does with the panel.
+enum class Panel {
+  ReadBack,  ///< lists the channels, and shows all of the one that the instrument is at
+  Left,      ///< as it is, without channels: for a host that sends commands of its own
 };
 
 /// The instrument control: operates one DC electronic load of the ZAN family over a VISA library,
@@ -96,9 +103,10 @@ class LUMODEVICE_API ZANCtrl {
   void ShowControl();
   /// Shows the connection frame.
   void ShowConnect();
-  /// Shows the connection frame and searches for an instrument on the chosen link; true when one
-  /// was found. Blocks for the search: on the serial link 3.3 s for each port and baud rate tried,
-  /// with 16 ports and four rates up to three and a half minutes; then for the channel read-back.
+  /// Shows the connection frame and searches for an instrument on the chosen link (or connects to
+  /// the one that the host names); true when one was found. Blocks for the search: on the serial
+  /// link 3.3 s for each port and baud rate tried, with 16 ports and four rates up to three and a
+  /// half minutes; then for the channel read-back.
   bool AutoConnect();
   /// Puts the panel into its unconnected look. Closes nothing; isConnected stays as it is.
   void NotConnect();
@@ -149,6 +157,44 @@ class LUMODEVICE_API ZANCtrl {
   /// query and belongs to the channel that is selected; what came while anything else talked to the
   /// instrument is left out. Told where exchanges run in turn.
   [[nodiscard]] toolkit::Subscription observeReadings(std::function<void(const Reading&)> observer);
+
+  /// Connects to one instrument, on the link that the address names: "COM3" or the device behind a
+  /// port ("/dev/ttyUSB0"), which is tried at the four baud rates; a VISA resource in full
+  /// ("TCPIP0::192.168.1.7::5025::SOCKET", "USB0::..."), over the VISA library or VISA COM, as
+  /// chosen; or the serial number of an instrument that VISA finds. True when a ZAN answered, else
+  /// failure() says why. Blocks as AutoConnect does, on the serial link 3.3 s for each baud rate;
+  /// the built-in VISA layer gives a host 2 s to answer.
+  bool connectTo(std::string_view address, Panel panel = Panel::ReadBack);
+  /// Connects again to the instrument of the last link, where it was, and to no other one: the
+  /// identity must be the same. Before the first link there is none. Blocks as connectTo.
+  bool reconnect();
+
+  /// Why the last connect, exchange or transfer failed; FailureKind::None when it did not.
+  [[nodiscard]] Failure failure() const;
+
+  /// The wait unit in milliseconds (Text5), 200 in a new component: an answer is waited for seven
+  /// units, and the auto query asks one question each. A line without flow control is left alone
+  /// for a unit behind each command. Throws std::out_of_range outside 1 to 65535.
+  [[nodiscard]] std::int32_t waitUnit() const;
+  void waitUnit(std::int32_t milliseconds);
+
+  /// Whether the component only watches (see Host). What an operator switches meanwhile goes back
+  /// to what the instrument says; a mode is shown that it is in, or none.
+  [[nodiscard]] bool observing() const;
+  void observing(bool on);
+
+  /// Tells each command that was held back, in the midst of the act that wanted to send it.
+  [[nodiscard]] toolkit::Subscription observeHeldBack(
+      std::function<void(const std::string& command)> observer);
+  /// Tells once that the instrument of the link has gone, and why: the link failed, or (NoAnswer)
+  /// three readings of the auto query in a row had no answer. In turn a link that failed is none
+  /// any more: isConnected() is false and the panel has its unconnected look. Told when the
+  /// exchange is over that met it; the observer may use the component.
+  [[nodiscard]] toolkit::Subscription observeLinkLost(
+      std::function<void(const Failure& why)> observer);
+  /// Tells that the same instrument answers again, over the link that stood still or by a new
+  /// connect, once that is over.
+  [[nodiscard]] toolkit::Subscription observeLinkRegained(std::function<void()> observer);
 
   /// All controls of the panel, for views, hands and tests. What brings the panel into view raises
   /// the `show` event of its form (toolkit::Form, named "ZANCtrl").

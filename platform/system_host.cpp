@@ -47,6 +47,8 @@ Host systemHost(const SystemOptions& options) {
               options.informationBox ? options.informationBox : platform::printInformation,
           .log = options.log,
           .exchanges = options.exchanges,
+          .observing = options.observing,
+          .address = options.address,
           .owned = system};
 }
 

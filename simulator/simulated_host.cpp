@@ -71,6 +71,8 @@ Host simulatedHost(const SimulatedOptions& options) {
               options.informationBox ? options.informationBox : platform::printInformation,
           .log = options.log,
           .exchanges = options.exchanges,
+          .observing = options.observing,
+          .address = options.address,
           .owned = simulation};
 }
 

@@ -86,6 +86,7 @@ ScreenCapture::ScreenCapture(const Host& host, form::Controls& form, link::Waits
       port_(links.serial.MSComm1),
       com_(links.visaCom),
       turns_(turns),
+      reports_(links.reports),
       files_(files) {
   FillScreenPalette(palette_);
   toolkit::handle(form_.cmdGetBMPFile.click, [this] { GetBitmap(); });
@@ -96,7 +97,7 @@ ScreenCapture::ScreenCapture(const Host& host, form::Controls& form, link::Waits
 // ---- buttons and members
 
 void ScreenCapture::GetBitmap() {
-  attempt([this] {
+  reports_.transfer([this] {
     files_.ensureFolder();
     const std::string name = timeStampedName();
     if (serial()) {
@@ -109,7 +110,7 @@ void ScreenCapture::GetBitmap() {
 }
 
 void ScreenCapture::GetDump() {
-  attempt([this] {
+  reports_.transfer([this] {
     files_.ensureFolder();
     CaptureRawDump(kDump, serial() ? kRawDump : kColourBitmap);
   });
@@ -124,10 +125,11 @@ void ScreenCapture::ConvertDump() {
 
 bool ScreenCapture::GetBMPFile() {
   if (!serial() && !form_.optVisa2.value()) {
+    reports_.fail(FailureKind::NotConnected, "the VISA library carries no pictures");
     return false;
   }
   bool captured = false;
-  attempt([&] {
+  reports_.transfer([&] {
     files_.ensureFolder();
     captured = serial() ? CaptureScreenSerial(kHostsBitmap, kColourBitmap)
                         : CaptureScreenVisa(kHostsBitmap, kRawDump);
@@ -147,7 +149,7 @@ std::string ScreenCapture::timeStampedName() const {
 
 bool ScreenCapture::CaptureScreenSerial(std::string_view sFile, int mode) {
   const bool raw = mode == kRawDump;
-  return attempt([&] {
+  return reports_.transfer([&] {
     if (turns_.inTurn()) {
       raw ? captureDumpInTurn(sFile) : captureBitmapInTurn(sFile);
     } else {
@@ -234,7 +236,7 @@ void ScreenCapture::captureBitmapOverSerial(std::string_view sFile) {
 
 bool ScreenCapture::CaptureScreenVisa(std::string_view sFile, int mode) {
   bool captured = false;
-  attempt([&] { captured = captureOverVisa(sFile, mode); });
+  reports_.transfer([&] { captured = captureOverVisa(sFile, mode); });
   return captured;
 }
 
@@ -252,6 +254,7 @@ bool ScreenCapture::captureOverVisa(std::string_view sFile, int mode) {
                                  transfer::BlockSession::End::Reading);
   const io::Bytes data = session.read(raw ? kDumpQuery : kBitmapQuery);
   if (data.size() < transfer::kLeastBlock) {
+    reports_.fail(FailureKind::BrokenAnswer);
     return false;
   }
   if (!raw) {

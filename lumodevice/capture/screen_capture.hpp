@@ -71,6 +71,7 @@ class ScreenCapture {
   io::SerialPort& port_;
   link::VisaComLink& com_;
   link::Turns& turns_;
+  link::Reports& reports_;
   transfer::WorkingFiles& files_;
   ScreenPalette palette_{};
   SeenValues seenValues_;

@@ -3,6 +3,7 @@
 #include <exception>
 #include <initializer_list>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "lumodevice/files/memory_files.hpp"
 #include "lumodevice/form/controls.hpp"
 #include "lumodevice/groups/group_editor.hpp"
+#include "lumodevice/link/address.hpp"
 #include "lumodevice/link/channel_list.hpp"
 #include "lumodevice/link/command_table.hpp"
 #include "lumodevice/link/console.hpp"
@@ -36,6 +38,9 @@
 namespace lumodevice {
 
 namespace {
+
+/// What the timer of the auto query runs at most.
+constexpr std::int32_t kLongestWaitUnit = 65535;
 
 /// A step of the component's end. What is no Fault is a mistake in somebody's program; it cannot
 /// leave a destructor, so it is told where a program that ends by it would tell it.
@@ -72,10 +77,10 @@ class ZANCtrl::Component {
         autoQuery(form, state, exchange),
         intervals(form),
         tagged(exchange, commands),
-        settingButtons(form, waits, state, exchange, tagged),
         modes(form, state, exchange, tagged),
         channelPanel(form, state, exchange, tagged, modes),
-        switches(form, state, exchange, tagged),
+        settingButtons(form, waits, state, exchange, tagged, channelPanel),
+        switches(form, state, exchange, tagged, channelPanel),
         workingFiles(host.drive),
         memoryFiles(form, waits, links, turns, workingFiles),
         capture(host, form, waits, links, turns, workingFiles),
@@ -90,6 +95,7 @@ class ZANCtrl::Component {
         .showNoGroups = [this] { groups.showNoGroups(); },
         .refreshGroups = [this] { groups.Refresh(); },
     };
+    links.reports.leaveLink = [this] { return leaveLink(); };
     toolkit::handle(form.cmdConnect.click, [this] { showConnectionPanel(); });
     toolkit::handle(form.cmdConnectOK.click, [this] { form.frmSetting.setVisible(false); });
     toolkit::handle(form.Label14.click, [this] { displayCommands(true); });
@@ -135,15 +141,45 @@ class ZANCtrl::Component {
   monitor::AutoQuery autoQuery;
   monitor::IntervalFields intervals;
   panel::TaggedCommands tagged;
-  panel::SettingButtons settingButtons;
   panel::Modes modes;
   panel::ChannelPanel channelPanel;
+  panel::SettingButtons settingButtons;
   panel::Switches switches;
   transfer::WorkingFiles workingFiles;
   files::MemoryFiles memoryFiles;
   capture::ScreenCapture capture;
   groups::GroupEditor groups;
   monitor::FrontPanelKeys frontPanelKeys;
+
+  /// By the search of the link that the address names, which finds that one instrument.
+  bool connectTo(std::string_view text, std::string_view wanted) {
+    const auto address = link::parseAddress(text, host.serialDevices);
+    links.reports.begin();
+    if (!address) {
+      links.reports.fail(FailureKind::BadAddress, text);
+      return false;
+    }
+    if (address->port != 0) {
+      serial.SelectAlone();
+      serial.ConnectTo(address->port, wanted);
+    } else {
+      form.optVISA.setValue(true);
+      visa.ConnectTo(address->resource, wanted);
+    }
+    return state.connected() && state.bDevAvaliable();
+  }
+
+  bool reconnect() {
+    const link::Reports::Instrument last = links.reports.instrument();
+    if (last.address.empty()) {
+      links.reports.begin();
+      links.reports.fail(FailureKind::NotConnected);
+      return false;
+    }
+    visa.leaveLostLink();
+    links.serial.close();
+    return connectTo(last.address, last.identity);
+  }
 
   /// Shows or hides the command box and the buttons that go with it.
   void displayCommands(bool show) {
@@ -173,10 +209,23 @@ class ZANCtrl::Component {
     }
   }
 
+  /// In turn a link whose instrument has gone is none, and its device is free for when it comes
+  /// back. Interleaved it stays open, as hosts of that way know it.
+  bool leaveLink() {
+    if (!state.connected() || !turns.inTurn()) {
+      return state.connected();
+    }
+    visa.leaveLostLink();
+    links.serial.close();
+    state.setDevAvaliable(false);
+    channels.NotConnect();
+    return true;
+  }
+
   /// A panel that comes into view after a serial search starts from the first mode, as the
   /// instrument does.
   void shown() const {
-    if (!serial.found() || state.linkName() != link::kSerial) {
+    if (!serial.found() || state.linkName() != link::kSerial || links.gate.observing()) {
       return;
     }
     toolkit::OptionButton& first = form.optMode(0);
@@ -292,6 +341,9 @@ void ZANCtrl::ShowConnect() {
 bool ZANCtrl::AutoConnect() {
   return run([](Component& component) {
     component.form.cmdConnect.click.raise();
+    if (!component.host.address.empty()) {
+      return component.connectTo(component.host.address, "");
+    }
     if (component.form.optConnRS232.value()) {
       component.serial.AutoConnect();
     } else {
@@ -344,6 +396,58 @@ toolkit::Subscription ZANCtrl::observeReadings(std::function<void(const Reading&
       [told = std::move(observer)](const monitor::RotationEntry& entry, const std::string& answer) {
         told({.query = entry.query, .answer = answer});
       });
+}
+
+bool ZANCtrl::connectTo(std::string_view address, Panel panel) {
+  return run([&](Component& component) {
+    struct Connect {
+      explicit Connect(bool& readsBack) : setting(readsBack) {}
+      ~Connect() { setting = true; }
+      bool& setting;
+    } const connect(component.channels.readsBack);
+    connect.setting = panel == Panel::ReadBack;
+    return component.connectTo(address, "");
+  });
+}
+
+bool ZANCtrl::reconnect() {
+  return run([](Component& component) { return component.reconnect(); });
+}
+
+Failure ZANCtrl::failure() const {
+  return component_->links.reports.failure();
+}
+
+std::int32_t ZANCtrl::waitUnit() const {
+  return component_->form.Timer1.interval();
+}
+void ZANCtrl::waitUnit(std::int32_t milliseconds) {
+  if (milliseconds < 1 || milliseconds > kLongestWaitUnit) {
+    throw std::out_of_range("a wait unit is 1 to 65535 milliseconds");
+  }
+  run([milliseconds](Component& component) {
+    component.form.Text5.setText(std::to_string(milliseconds));
+    component.form.Text5.keyDown.raise(toolkit::Key::Enter);
+  });
+}
+
+bool ZANCtrl::observing() const {
+  return component_->links.gate.observing();
+}
+void ZANCtrl::observing(bool on) {
+  component_->links.gate.observe(on);
+}
+
+toolkit::Subscription ZANCtrl::observeHeldBack(std::function<void(const std::string&)> observer) {
+  return component_->links.gate.heldBack.observe(std::move(observer));
+}
+
+toolkit::Subscription ZANCtrl::observeLinkLost(std::function<void(const Failure&)> observer) {
+  return component_->links.reports.linkLost.observe(std::move(observer));
+}
+
+toolkit::Subscription ZANCtrl::observeLinkRegained(std::function<void()> observer) {
+  return component_->links.reports.linkRegained.observe(std::move(observer));
 }
 
 toolkit::Surface& ZANCtrl::surface() {

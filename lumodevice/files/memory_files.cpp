@@ -14,6 +14,9 @@ namespace {
 using InputModes = io::SerialPort::InputModes;
 
 constexpr std::string_view kSystemUpload = "c:\\temp\\ZANProgUpload.b";
+/// What an operator is told of where it is held back.
+constexpr std::string_view kSystemCommand = ":SYST:SET";
+constexpr std::string_view kPresetCommand = ":MEM:FILE:PRES";
 constexpr std::string_view kPresetQuery = ":MEM:FILE:PRES?";
 constexpr std::string_view kPreset = "c:\\temp\\zanbank.dev";
 /// Its presence allows a host to send the preset.
@@ -56,6 +59,8 @@ MemoryFiles::MemoryFiles(form::Controls& form, link::Waits& waits, link::Links& 
       port_(links.serial.MSComm1),
       com_(links.visaCom),
       turns_(turns),
+      gate_(links.gate),
+      reports_(links.reports),
       files_(files) {
   toolkit::handle(form_.cmdGetSeqFile.click, [this] { GetSequence(); });
   toolkit::handle(form_.cmdGetSystemFile.click, [this] { GetSystem(); });
@@ -67,11 +72,11 @@ MemoryFiles::MemoryFiles(form::Controls& form, link::Waits& waits, link::Links& 
 // ---- sequence and system settings
 
 void MemoryFiles::GetSequence() {
-  attempt([this] { getFile(kSequence); });
+  reports_.transfer([this] { getFile(kSequence); });
 }
 
 void MemoryFiles::GetSystem() {
-  attempt([this] { getFile(kSystem); });
+  reports_.transfer([this] { getFile(kSystem); });
 }
 
 void MemoryFiles::getFile(const Reading& reading) {
@@ -133,11 +138,12 @@ void MemoryFiles::save(std::string_view target, std::span<const std::uint8_t> da
 }
 
 void MemoryFiles::SendSystem() {
-  attempt([this] {
+  reports_.transfer([this] {
     files_.ensureFolder();
     if (!files_.exists(kSystemUpload)) {
       return;
     }
+    gate_.passBlock(kSystemCommand);
     if (!serial()) {
       sendSystemOverVisa();
     } else if (turns_.inTurn()) {
@@ -178,8 +184,7 @@ void MemoryFiles::sendSystemOverVisa() {
   auto session = blockSession(transfer::BlockSession::End::Writing);
   const transfer::Bytes data = systemFile();
   session.begin();
-  com_.device().FlushWrite(false);
-  com_.device().SetBufferSize(io::kInputBuffer | io::kOutputBuffer, kBufferSize);
+  com_.makeRoom(kBufferSize);
   session.write(":SYST:SET ", data);
   session.restore();
 }
@@ -191,14 +196,14 @@ transfer::BlockSession MemoryFiles::blockSession(transfer::BlockSession::End end
 // ---- preset
 
 void MemoryFiles::GetPreset() {
-  attempt([this] {
+  reports_.transfer([this] {
     files_.ensureFolder();
     ReadPresetFromDevice(kPreset);
   });
 }
 
 void MemoryFiles::SetPreset() {
-  attempt([this] {
+  reports_.transfer([this] {
     files_.ensureFolder();
     if (files_.exists(kPreset)) {
       SendPresetToDevice(kPreset);
@@ -209,7 +214,7 @@ void MemoryFiles::SetPreset() {
 }
 
 bool MemoryFiles::ReadPresetFromDevice(std::string_view sFile) {
-  return attempt([&] {
+  return reports_.transfer([&] {
     if (turns_.inTurn()) {
       files_.expectRoom(sFile, kRawPresetSize);
     }
@@ -256,7 +261,8 @@ bool MemoryFiles::SendPresetToDevice(std::string_view sFile) {
   if (!files_.exists(sFile)) {
     return false;
   }
-  return attempt([&] {
+  return reports_.transfer([&] {
+    gate_.passBlock(kPresetCommand);
     if (serial()) {
       sendPresetOverSerial(sFile);
     } else {
@@ -305,7 +311,7 @@ bool MemoryFiles::SendSystemForHost() {
     return false;
   }
   SendSystem();
-  return true;
+  return reports_.failure().kind != FailureKind::HeldBack;
 }
 
 bool MemoryFiles::GetPresetForHost() {
@@ -315,7 +321,7 @@ bool MemoryFiles::GetPresetForHost() {
 
 bool MemoryFiles::SetPresetForHost() {
   bool sent = false;
-  attempt([&] {
+  reports_.transfer([&] {
     files_.ensureFolder();
     sent = files_.exists(kPresetMarker) && SendPresetToDevice(kPreset);
   });

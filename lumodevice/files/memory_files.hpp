@@ -80,6 +80,8 @@ class MemoryFiles {
   io::SerialPort& port_;
   link::VisaComLink& com_;
   link::Turns& turns_;
+  link::Gate& gate_;
+  link::Reports& reports_;
   transfer::WorkingFiles& files_;
 };
 

@@ -84,7 +84,9 @@ void GroupEditor::Close() {
 
 void GroupEditor::Send() {
   const link::Turns::Operation operation(exchange_.turns());
-  if (!state_.connected() || !sendGroups() || !sendDisplayStyle()) {
+  // Not even the channels are chosen that would be joined.
+  if (!state_.connected() || exchange_.gate().holdsBack(":CONF:PAR:UNIT") || !sendGroups() ||
+      !sendDisplayStyle()) {
     return;
   }
   attempt([&] { refreshChannels(); });

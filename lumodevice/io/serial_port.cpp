@@ -113,7 +113,9 @@ void SerialPort::setPortOpen(bool open) {
 
 void SerialPort::Output(std::string_view data) {
   if (!line_) throw SerialFault(kSerialNotOpen, "the port is not open");
-  if (!data.empty()) line_->write(data);
+  if (data.empty()) return;
+  leaves(data);
+  line_->write(data);
 }
 
 std::string SerialPort::Input() {

@@ -20,6 +20,7 @@ inline constexpr int kSerialNotOpen = 8018;
 inline constexpr int kSerialDeviceBusy = 8019;
 inline constexpr int kSerialReadError = 8020;
 inline constexpr int kSerialUnavailable = 68;
+inline constexpr int kSerialNoPermission = 70;
 
 struct LUMODEVICE_API SerialSettings {
   std::int32_t baud = 9600;
@@ -50,9 +51,13 @@ class LUMODEVICE_API SerialDevices {
  public:
   virtual ~SerialDevices() = default;
   /// Throws SerialFault: 8002 for a port that does not exist, 8005 for one in use by another
-  /// program, 68 for a device that cannot be opened, 380 for settings that it refuses.
+  /// program, 70 for one that this user may not open, 68 for a device that cannot be opened, 380
+  /// for settings that it refuses.
   [[nodiscard]] virtual std::unique_ptr<SerialLine> open(int port,
                                                          const SerialSettings& settings) = 0;
+  /// The number of the port that stands for a device of the machine ("/dev/ttyUSB0"); 0 where none
+  /// does.
+  [[nodiscard]] virtual int portNamed(std::string_view /*device*/) { return 0; }
 };
 
 /// The serial port control: the properties that the component uses, with their error numbers, and
@@ -62,6 +67,9 @@ class LUMODEVICE_API SerialPort {
   enum class InputModes { Text = 0, Binary = 1 };
 
   explicit SerialPort(SerialDevices& devices) : devices_(devices) {}
+  virtual ~SerialPort() = default;
+  SerialPort(const SerialPort&) = delete;
+  SerialPort& operator=(const SerialPort&) = delete;
 
   /// 1 to 16. Throws 8002 outside them, 8000 while the port is open.
   [[nodiscard]] int CommPort() const { return port_; }
@@ -90,6 +98,10 @@ class LUMODEVICE_API SerialPort {
 
   /// The number of bytes that wait in the queue; 0 on a closed port.
   [[nodiscard]] std::size_t InBufferCount();
+
+ protected:
+  /// Told of what is about to be written; what it throws keeps it from being.
+  virtual void leaves(std::string_view /*data*/) {}
 
  private:
   SerialDevices& devices_;

@@ -47,9 +47,11 @@ inline constexpr ViStatus VI_ERROR_NSUP_ATTR_STATE = viStatus(0xBFFF001E);
 inline constexpr ViStatus VI_ERROR_ATTR_READONLY = viStatus(0xBFFF001F);
 inline constexpr ViStatus VI_ERROR_ALLOC = viStatus(0xBFFF003C);
 inline constexpr ViStatus VI_ERROR_IO = viStatus(0xBFFF003E);
+inline constexpr ViStatus VI_ERROR_NLISTENERS = viStatus(0xBFFF005F);
 inline constexpr ViStatus VI_ERROR_RSRC_BUSY = viStatus(0xBFFF0072);
 inline constexpr ViStatus VI_ERROR_LIBRARY_NFOUND = viStatus(0xBFFF009E);
 inline constexpr ViStatus VI_ERROR_CONN_LOST = viStatus(0xBFFF00A6);
+inline constexpr ViStatus VI_ERROR_MACHINE_NAVAIL = viStatus(0xBFFF00A7);
 inline constexpr ViStatus VI_ERROR_NPERMISSION = viStatus(0xBFFF00A8);
 
 /// Access modes of viOpen.

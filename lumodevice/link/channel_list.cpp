@@ -26,7 +26,7 @@ void ChannelList::RefreshChannelList() {
   toolkit::ComboBox& channels = form_.cmbChannel;
   state_.showNoChannel();
   channels.clear();
-  if (!text::contains(form_.txtReturn.text(), kProduct)) {
+  if (!readsBack || !text::contains(form_.txtReturn.text(), kProduct)) {
     return;
   }
   if (callbacks.refreshGroups && !identity_.fields().versionParts[2].empty()) {

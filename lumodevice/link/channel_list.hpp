@@ -41,6 +41,8 @@ class ChannelList {
       : form_(form), state_(state), identity_(identity), exchange_(exchange) {}
 
   ConnectCallbacks callbacks;
+  /// Else a connect leaves the panel as it is.
+  bool readsBack = true;
 
   /// The connected look: the console may send.
   void linkUp();

@@ -61,18 +61,30 @@ Exchange::Exchange(const Host& host, form::Controls& form, Waits& waits, const L
 
 void Exchange::Send() {
   if (turns_.inTurn()) {
-    takeTurn(form_.Text2.text());
+    if (!heldBack(form_.Text2.text())) {
+      takeTurn(form_.Text2.text());
+    }
     return;
   }
   form_.txtReturn.setText("");
   waits_.processEvents();
   const std::string command = form_.Text2.text();
+  if (heldBack(command)) {
+    return;
+  }
   Transport* const transport = links_.carrying(state_, form_);
   if (transport == nullptr) {
+    links_.reports.fail(FailureKind::NotConnected);
     return;
   }
   const Manner& manner = transport->manner();
-  const bool written = attempt([&] { transport->write(line(text::Trim(command))); });
+  bool written = false;
+  links_.reports.transfer([&] {
+    if (!transport->write(line(text::Trim(command)))) {
+      links_.reports.fail(transport->trouble(), command);
+    }
+    written = true;
+  });
   if (!isQuery(command)) {
     if (manner.logsCommands && host_.log != nullptr) {
       logCommand(command);
@@ -108,6 +120,8 @@ void Exchange::readAnswer(Transport& transport, const std::string& command) {
 /// ran meanwhile.
 std::optional<std::string> Exchange::takeTurn(const std::string& command) {
   form_.txtReturn.setText("");
+  links_.reports.begin();
+  FailureKind trouble = FailureKind::NotConnected;
   ++exchanges_;
   channelChoices_ += choosesChannel(command) ? 1 : 0;
   wentOut_ = false;
@@ -117,6 +131,7 @@ std::optional<std::string> Exchange::takeTurn(const std::string& command) {
     answer = turns_.run(*transport, lineOf(text::Trim(command), command),
                         query ? patience(*transport, command) : kNoPatience);
     wentOut_ = query || turns_.wrote();
+    trouble = turns_.trouble();
     if (!query) {
       turns_.keepDistance(waits_.unit());
     } else if (answer) {
@@ -128,7 +143,32 @@ std::optional<std::string> Exchange::takeTurn(const std::string& command) {
   }
   form_.Text2.setText(command);
   form_.txtReturn.setText(answer.value_or(""));
+  report(command, trouble);
   return answer;
+}
+
+void Exchange::report(const std::string& command, FailureKind trouble) {
+  if (trouble == FailureKind::None) {
+    if (isQuery(command)) {
+      links_.reports.answered();
+    }
+    return;
+  }
+  links_.reports.fail(trouble, command);
+  if (trouble == FailureKind::Vanished) {
+    links_.reports.lose();
+  }
+}
+
+/// What will not go out spares its waits, and the box about an answer that nobody asked for.
+bool Exchange::heldBack(std::string_view command) {
+  links_.reports.begin();
+  if (!links_.gate.holdsBack(command)) {
+    return false;
+  }
+  wentOut_ = false;
+  form_.txtReturn.setText("");
+  return true;
 }
 
 /// On the serial link one queued command follows each answer.
@@ -199,6 +239,9 @@ std::optional<std::string> Exchange::takeReading(std::string_view command) {
   const std::uint64_t before = exchanges_;
   const std::uint64_t changes = state_.changes();
   auto answer = takeTurn(std::string(command));
+  if (!answer) {
+    links_.reports.unansweredReading();
+  }
   return exchanges_ == before + 1 && changes == state_.changes() ? answer : std::nullopt;
 }
 
@@ -226,12 +269,24 @@ void Exchange::commandChanged() {
     if (turns_.inTurn()) {
       form_.txtReturn.setText("");  // the answer of an earlier query is none to this one
     }
+    if (!state_.connected()) {
+      links_.reports.fail(FailureKind::NotConnected);
+    }
     return;
   }
-  const bool answered = turns_.inTurn()
-                            ? !takeTurn(command).value_or("").empty() || !isQuery(command)
-                            : sendInStages();
-  if (!answered) {
+  if (heldBack(command)) {
+    return;
+  }
+  bool answered = false;
+  if (turns_.inTurn()) {
+    answered = !takeTurn(command).value_or("").empty() || !isQuery(command);
+  } else {
+    answered = sendInStages();
+    report(command, answered ? FailureKind::None : FailureKind::NoAnswer);
+  }
+  // Where the instrument has gone, the panel shows that.
+  const bool gone = turns_.inTurn() && !state_.connected();
+  if (!answered && !gone) {
     waits_.showBox(kNoAnswer);
   }
 }

@@ -29,8 +29,8 @@ class Exchange {
 
   /// Puts a command into the command box, which sends it and waits for the answer in three growing
   /// stages. Every operation that sends through the command box goes through here: a text box that
-  /// already holds the text raises no change, and the exchange must run all the same. False where,
-  /// in turn, the command did not go out.
+  /// already holds the text raises no change, and the exchange must run all the same. False where
+  /// the command was held back, or, in turn, did not go out.
   bool runCommand(std::string_view command);
 
   /// Runs a command and returns the answer, "" when there was none.
@@ -49,6 +49,7 @@ class Exchange {
   std::optional<std::string> takeReading(std::string_view command);
 
   [[nodiscard]] Turns& turns() const { return turns_; }
+  [[nodiscard]] Gate& gate() const { return links_.gate; }
 
   /// The public SendCmd: a blank command does nothing.
   void SendCmd(std::string_view sVar);
@@ -62,6 +63,8 @@ class Exchange {
 
  private:
   void commandChanged();
+  [[nodiscard]] bool heldBack(std::string_view command);
+  void report(const std::string& command, FailureKind trouble);
   std::optional<std::string> takeTurn(const std::string& command);
   void sendQueued(Transport& transport);
   [[nodiscard]] double patience(const Transport& transport, std::string_view command) const;

@@ -27,7 +27,8 @@ SerialConnection::SerialConnection(form::Controls& form, Waits& waits, LinkState
       library_(links.visaLibrary),
       serial_(links.serial),
       turns_(turns),
-      channels_(channels) {
+      channels_(channels),
+      reports_(links.reports) {
   toolkit::handle(form_.optConnRS232.click, [this] { SelectSerial(); });
   toolkit::handle(form_.cmdAuto.click, [this] { AutoConnect(); });
   toolkit::handle(form_.Command2.click, [this] { Connect(); });
@@ -40,8 +41,8 @@ void SerialConnection::SelectSerial() {
   form_.Command2.setEnabled(true);
   form_.cmdAutoConnVISA.setEnabled(false);
   form_.cmdConnVISA.setEnabled(false);
-  if (form_.Combo1.listCount() == 0) {
-    ScanSerialPorts(connect);
+  if (form_.Combo1.listCount() == 0 && !selecting_) {
+    ScanSerialPorts(connect, kAllPorts);
   }
 }
 
@@ -62,6 +63,7 @@ void SerialConnection::closePort() {
 
 std::uint64_t SerialConnection::begin() {
   turns_.settle();
+  reports_.begin();
   if (state_.linkName() == kVisa) {
     leaveVisa();
   }
@@ -71,10 +73,28 @@ std::uint64_t SerialConnection::begin() {
 }
 
 void SerialConnection::AutoConnect() {
+  search(kAllPorts, "");
+}
+
+void SerialConnection::ConnectTo(std::int16_t port, std::string_view identity) {
+  search({port, port}, identity);
+}
+
+void SerialConnection::SelectAlone() {
+  struct Selecting {
+    explicit Selecting(bool& set) : flag(set) { flag = true; }
+    ~Selecting() { flag = false; }
+    bool& flag;
+  } const selecting(selecting_);
+  form_.optConnRS232.setValue(true);
+}
+
+void SerialConnection::search(const PortRange& ports, std::string_view identity) {
   const Turns::Operation operation(turns_);
+  wanted_ = identity;
   found_ = false;
   const std::uint64_t connect = begin();
-  ScanSerialPorts(connect);
+  ScanSerialPorts(connect, ports);
   if (form_.Combo1.listCount() > 0) {
     FindSerialInstrument(connect);
   }
@@ -83,18 +103,45 @@ void SerialConnection::AutoConnect() {
   }
   connected_ = found_;
   state_.setDevAvaliable(found_);
+  takeIntoUse();
+}
+
+void SerialConnection::takeIntoUse() {
+  if (connected_ && text::contains(form_.txtReturn.text(), kProduct)) {
+    reports_.reached(form_.txtReturn.text(), "COM" + std::to_string(serial_.MSComm1.CommPort()));
+  }
   attempt([&] { channels_.ApplyConnectResult(connected_); });
+  if (state_.connected()) {
+    reports_.connected();
+  }
+}
+
+/// The first of several says most; that a port is not there says least.
+void SerialConnection::noteWhy(FailureKind kind, std::string_view more) {
+  if (!reports_.failed() || reports_.failure().kind == FailureKind::NothingFound) {
+    reports_.fail(kind, more);
+  }
+}
+
+/// Like attempt(), for a step that opens a port.
+template <typename Step>
+void SerialConnection::tryOpening(Step&& step) {
+  try {
+    step();
+  } catch (const Fault& fault) {
+    noteWhy(kindOf(fault, true), fault.what());
+  }
 }
 
 /// Ends early for a connect that was begun meanwhile: the port that comes next would take its
 /// place.
-void SerialConnection::ScanSerialPorts(std::uint64_t connect) {
+void SerialConnection::ScanSerialPorts(std::uint64_t connect, const PortRange& range) {
   ports_.fill(0);
   form_.Combo1.clear();
   portCount_ = 0;
-  for (std::int16_t port = 1; port <= kPorts && state_.isLatest(connect); ++port) {
+  for (std::int16_t port = range.first; port <= range.last && state_.isLatest(connect); ++port) {
     closePort();
-    attempt([&] {
+    tryOpening([&] {
       serial_.MSComm1.setCommPort(port);
       serial_.MSComm1.setPortOpen(true);
     });
@@ -119,19 +166,27 @@ void SerialConnection::FindSerialInstrument(std::uint64_t connect) {
     while (portCount_ > 0 && goesOn()) {
       std::string answer;
       // A port that has gone since the scan is passed over like one that does not answer.
-      attempt([&] { answer = tryPort(portCount_, baud, connect); });
+      tryOpening([&] { answer = tryPort(portCount_, baud, connect); });
       if (!state_.isLatest(connect)) {
         return;
       }
-      if (text::contains(answer, kProduct)) {
+      if (isWanted(answer)) {
         searching = false;
         form_.txtReturn.setText(answer);
+      } else {
+        noteWhy(answer.empty() ? FailureKind::NoAnswer : FailureKind::WrongInstrument,
+                form_.Combo1.text());
       }
       --portCount_;
       waits_.processEvents();
     }
   }
   found_ = !searching && state_.isLatest(connect);
+}
+
+bool SerialConnection::isWanted(std::string_view answer) const {
+  const std::string_view identity = answer.substr(0, answer.find_last_not_of("\r\n") + 1);
+  return text::contains(identity, kProduct) && (wanted_.empty() || identity == wanted_);
 }
 
 /// "" where another connect was begun meanwhile: the port is that one's then.
@@ -197,11 +252,13 @@ void SerialConnection::Connect() {
   const Before before{.port = serial_.MSComm1.CommPort(),
                       .settings = serial_.MSComm1.Settings(),
                       .linkIsOpen = serial_.MSComm1.PortOpen() && state_.connected()};
-  const bool asked = attempt([&] {
+  bool asked = false;
+  tryOpening([&] {
     openChosenPort();
     // An answer left over from earlier must not pass for the one that this connect waits for.
     form_.txtReturn.setText("");
     askIdentity();
+    asked = true;
   });
   if (!state_.isLatest(connect)) {
     return;
@@ -211,7 +268,7 @@ void SerialConnection::Connect() {
     return;
   }
   takeIdentity();
-  attempt([&] { channels_.ApplyConnectResult(connected_); });
+  takeIntoUse();
 }
 
 void SerialConnection::openChosenPort() {
@@ -245,6 +302,10 @@ void SerialConnection::askIdentity() {
 /// to an answer, there is no instrument then.
 void SerialConnection::takeIdentity() {
   const std::string& answer = form_.txtReturn.text();
+  if (!text::contains(answer, kProduct)) {
+    noteWhy(answer.empty() ? FailureKind::NoAnswer : FailureKind::WrongInstrument,
+            "COM" + std::to_string(serial_.MSComm1.CommPort()));
+  }
   if (answer.empty() && !turns_.inTurn()) {
     return;
   }

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "lumodevice/form/controls.hpp"
 #include "lumodevice/io/serial_port.hpp"
+#include "lumodevice/link/gate.hpp"
 #include "lumodevice/link/transport.hpp"
 
 namespace lumodevice::link {
@@ -16,11 +18,23 @@ class SerialLink : public Transport {
   /// Polls after which an answer without a terminator is given up.
   static constexpr std::int16_t kMostPolls = 10;
 
-  SerialLink(form::Controls& form, io::SerialDevices& devices)
-      : MSComm1(devices), timer_(form.Timer2) {}
+  SerialLink(form::Controls& form, io::SerialDevices& devices, Gate& gate)
+      : MSComm1(devices, gate), timer_(form.Timer2) {}
+
+  /// Writes nothing but what may leave.
+  class Port : public io::SerialPort {
+   public:
+    Port(io::SerialDevices& devices, Gate& gate) : SerialPort(devices), gate_(gate) {}
+
+   protected:
+    void leaves(std::string_view data) override { gate_.pass(data); }
+
+   private:
+    Gate& gate_;
+  };
 
   /// Opened by the connects; memory files and captures read and write it as it is.
-  io::SerialPort MSComm1;
+  Port MSComm1;
 
   /// Closes the port, open or not. What its instrument had not said to the end never will be.
   void close();

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "lumodevice/failure.hpp"
+
 namespace lumodevice::link {
 
 /// What a link takes off the end of an answer.
@@ -80,6 +82,8 @@ class Transport {
   [[nodiscard]] virtual Reading readOn(std::string& received) = 0;
   /// Drops what has come and was not read, and tells what that was.
   virtual std::string dropUnread() = 0;
+  /// Why the last write was refused, or the last reading failed, without a Fault.
+  [[nodiscard]] virtual FailureKind trouble() const { return FailureKind::BrokenAnswer; }
 };
 
 }  // namespace lumodevice::link

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lumodevice/text/fault.hpp"
+#include "lumodevice/link/link_fault.hpp"
 
 namespace lumodevice::link {
 
@@ -102,11 +102,15 @@ bool Turns::run(Transport& transport, const std::string& line,
 }
 
 bool Turns::write(Transport& transport, const std::string& line) {
-  wrote_ = false;
-  attempt([&] {
+  FailureKind trouble = FailureKind::NotConnected;
+  try {
     claim(transport);
-    wrote_ = transport.write(line);
-  });
+    trouble = transport.write(line) ? FailureKind::None : transport.trouble();
+  } catch (const Fault& fault) {
+    trouble = kindOf(fault);
+  }
+  trouble_ = trouble;
+  wrote_ = trouble == FailureKind::None;
   return wrote_;
 }
 
@@ -145,6 +149,7 @@ void Turns::await(Outstanding& query) {
       poll(query);
     }
   }
+  trouble_ = query.answered ? FailureKind::None : query.trouble;
 }
 
 void Turns::poll(Outstanding& query) {
@@ -152,7 +157,13 @@ void Turns::poll(Outstanding& query) {
   const std::size_t before = query.answer.size();
   const Duration start = now();
   if (query.linkChanges == state_.changes()) {
-    attempt([&] { reading = query.answer.readOn(); });
+    try {
+      reading = query.answer.readOn();
+      query.trouble =
+          reading == Reading::Failed ? query.transport.trouble() : FailureKind::NoAnswer;
+    } catch (const Fault& fault) {
+      query.trouble = kindOf(fault);
+    }
   }
   const Duration end = now();
   query.deadline -= unseenWait(query.transport, end - start);

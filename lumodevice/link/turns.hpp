@@ -70,6 +70,9 @@ class Turns {
     Turns& turns_;
   };
 
+  /// Why the last run brought no answer, or its line did not go out; None for one that was well.
+  [[nodiscard]] FailureKind trouble() const { return trouble_; }
+
   /// Exchanges run in turn here; where they do not, nobody calls the functions above.
   [[nodiscard]] bool inTurn() const { return host_.exchanges == Exchanges::InTurn; }
 
@@ -104,6 +107,7 @@ class Turns {
     Duration end{0};
     bool done = false;
     bool answered = false;
+    FailureKind trouble = FailureKind::NoAnswer;
   };
 
   [[nodiscard]] Duration now() const { return host_.loop.now(); }
@@ -124,6 +128,7 @@ class Turns {
   Duration lastByte_ = -kLongestLateness;
   int operations_ = 0;
   bool wrote_ = false;
+  FailureKind trouble_ = FailureKind::None;
 };
 
 }  // namespace lumodevice::link

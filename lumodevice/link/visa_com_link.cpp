@@ -7,7 +7,6 @@ namespace lumodevice::link {
 
 namespace {
 
-constexpr int kObjectNotSet = 91;
 constexpr std::int32_t kOpenTimeout = 2000;  // milliseconds
 
 constexpr Manner kManner{.reads = 2,
@@ -35,6 +34,21 @@ std::shared_ptr<io::MessageSession> VisaComLink::session() const {
     throw io::VisaComFault(kObjectNotSet, "the formatted-I/O object has no session");
   }
   return session;
+}
+
+void VisaComLink::send(std::string_view message) {
+  gate_.pass(message);
+  device().WriteString(message, true);
+}
+
+void VisaComLink::sendBlock(std::string_view command, std::span<const std::uint8_t> data) {
+  gate_.passBlock(command);
+  device().WriteIEEEBlock(command, data, true);
+}
+
+void VisaComLink::makeRoom(std::int32_t bytes) const {
+  device().FlushWrite(false);
+  device().SetBufferSize(io::kInputBuffer | io::kOutputBuffer, bytes);
 }
 
 std::int32_t VisaComLink::chosenTimeout() const {
@@ -66,14 +80,14 @@ const Manner& VisaComLink::manner() const {
 
 bool VisaComLink::write(const std::string& line) {
   attempt([&] { session()->setTimeout(chosenTimeout()); });
-  device().WriteString(line, true);
+  send(line);
   return true;
 }
 
 /// What came before a time-out stays in the object and is read with the rest.
 Reading VisaComLink::readOn(std::string& received) {
   try {
-    received += device().ReadString();
+    received += receive();
   } catch (const io::VisaComFault& fault) {
     if (fault.number() != static_cast<int>(io::E_VISA_TMO)) {
       throw;

@@ -3,10 +3,14 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "lumodevice/form/controls.hpp"
 #include "lumodevice/io/visa_com.hpp"
+#include "lumodevice/link/gate.hpp"
 #include "lumodevice/link/transport.hpp"
 
 namespace lumodevice::link {
@@ -15,8 +19,8 @@ namespace lumodevice::link {
 /// it or put another one, also null, at any time.
 class VisaComLink : public Transport {
  public:
-  VisaComLink(const form::Controls& form, io::VisaCom& visaCom)
-      : timeout_(form.txtVISATimeout), visaCom_(visaCom) {}
+  VisaComLink(const form::Controls& form, io::VisaCom& visaCom, Gate& gate)
+      : timeout_(form.txtVISATimeout), visaCom_(visaCom), gate_(gate) {}
 
   [[nodiscard]] const std::shared_ptr<io::FormattedIO488>& devZAN() const { return devZAN_; }
   void setDevZAN(std::shared_ptr<io::FormattedIO488> device) {
@@ -24,10 +28,17 @@ class VisaComLink : public Transport {
     descriptor_.clear();
   }
 
-  /// devZAN, where there is one; throws VisaComFault(91) otherwise, as session() does where it has
-  /// no session.
-  [[nodiscard]] io::FormattedIO488& device() const;
+  /// The session of devZAN. This and what follows throws VisaComFault(91) where there is none, or
+  /// no devZAN, and what the object throws.
   [[nodiscard]] std::shared_ptr<io::MessageSession> session() const;
+  void send(std::string_view message);
+  void sendBlock(std::string_view command, std::span<const std::uint8_t> data);
+  /// One message.
+  [[nodiscard]] std::string receive() const { return device().ReadString(); }
+  /// The data of a block at the start of a message, the rest of which is dropped.
+  [[nodiscard]] io::Bytes receiveBlock() const { return device().ReadIEEEBlock(false, true); }
+  /// Nothing waits to be written, and there is room for so many bytes in one write.
+  void makeRoom(std::int32_t bytes) const;
   /// The time-out that the operator chose, milliseconds. Throws text::NumberFault for one that is
   /// negative or does not fit.
   [[nodiscard]] std::int32_t chosenTimeout() const;
@@ -44,13 +55,16 @@ class VisaComLink : public Transport {
   [[nodiscard]] const Manner& manner() const override;
   /// With the chosen time-out, where the session takes it.
   bool write(const std::string& line) override;
-  [[nodiscard]] std::optional<std::string> read() override { return device().ReadString(); }
+  [[nodiscard]] std::optional<std::string> read() override { return receive(); }
   [[nodiscard]] Reading readOn(std::string& received) override;
   std::string dropUnread() override { return session()->discardUnread(); }
 
  private:
+  [[nodiscard]] io::FormattedIO488& device() const;
+
   const toolkit::TextBox& timeout_;
   io::VisaCom& visaCom_;
+  Gate& gate_;
   std::shared_ptr<io::ResourceManager> manager_;
   std::shared_ptr<io::FormattedIO488> devZAN_;
   std::string descriptor_;

@@ -12,6 +12,7 @@ namespace {
 constexpr std::string_view kAllInstruments = "?*INSTR";
 constexpr std::string_view kIdentityQuery = "*IDN?\r";
 constexpr std::size_t kIdentitySize = 72;
+constexpr std::size_t kDescriptorSize = 256;
 /// Milliseconds that an identity is waited for at most, in turn.
 constexpr double kIdentityPatience = 1400;
 constexpr int kHourglass = 11;
@@ -39,6 +40,10 @@ bool isOurInterface(std::string_view interfaceName) {
   return text::contains(interfaceName, "GPIB") || text::contains(interfaceName, kProduct);
 }
 
+std::string_view withoutEnd(std::string_view identity) {
+  return identity.substr(0, identity.find_last_not_of("\r\n") + 1);
+}
+
 /// A text as it stands in a fixed-length buffer: cut, or padded with blanks.
 std::string padded(std::string text, std::size_t size) {
   text.resize(size, ' ');
@@ -58,17 +63,30 @@ VisaConnection::VisaConnection(form::Controls& form, io::Visa& visa, LinkState& 
       com_(links.visaCom),
       serial_(links.serial),
       turns_(turns),
-      channels_(channels) {
+      channels_(channels),
+      reports_(links.reports),
+      gate_(links.gate) {
   toolkit::handle(form_.cmdAutoConnVISA.click, [this] { AutoConnect(); });
   toolkit::handle(form_.cmdConnVISA.click, [this] { Connect(); });
   toolkit::handle(form_.optVISA.click, [this] { SelectVisa(); });
 }
 
 void VisaConnection::AutoConnect() {
+  search({std::string(kAllInstruments), kDescriptorSize});
+}
+
+void VisaConnection::ConnectTo(std::string_view address, std::string_view identity) {
+  search({.expression = std::string(address),
+          .descriptorSize = kDescriptorSize,
+          .address = address.find_first_of("?*[]|+") == std::string_view::npos,
+          .identity = std::string(identity)});
+}
+
+void VisaConnection::search(const Search& search) {
   toolkit::Form& panel = form_.panel;
   try {
     panel.setMousePointer(kHourglass);
-    connectToAny();
+    connectToAny(search);
   } catch (...) {  // thrown by the host
     panel.setMousePointer(kArrow);
     throw;
@@ -76,14 +94,14 @@ void VisaConnection::AutoConnect() {
   panel.setMousePointer(kArrow);
 }
 
-void VisaConnection::connectToAny() {
+void VisaConnection::connectToAny(const Search& search) {
   const Turns::Operation operation(turns_);
   begin();
   channels_.callbacks.forgetGroups();
   form_.cmbVISARes.clear();
   form_.cmbVISARes.setTag("");
   form_.cmbVISARes.setText("");
-  if (!open({std::string(kAllInstruments), 256})) {
+  if (!open(search)) {
     return;
   }
   identity_.setAnswer(form_.txtReturn.text());
@@ -91,9 +109,17 @@ void VisaConnection::connectToAny() {
     channels_.NotConnect();
     return;
   }
-  channels_.linkUp();
   identity_.ParseIdentity();
+  takeIntoUse();
+}
+
+void VisaConnection::takeIntoUse() {
+  reports_.reached(form_.txtReturn.text(), foundDescriptor());
+  channels_.linkUp();
   attempt([&] { channels_.RefreshChannelList(); });
+  if (state_.connected()) {
+    reports_.connected();
+  }
 }
 
 void VisaConnection::Connect() {
@@ -107,20 +133,20 @@ void VisaConnection::Connect() {
     channels_.NotConnect();
     return;
   }
-  channels_.linkUp();
-  attempt([&] { channels_.RefreshChannelList(); });
+  takeIntoUse();
 }
 
 /// Whoever waits for an answer over the link before has it first.
 void VisaConnection::begin() {
   turns_.settle();
+  reports_.begin();
   (void)state_.beginConnect();
   state_.setDevAvaliable(false);
 }
 
 /// A search that finds nothing leaves the link that there was, and it goes on working.
 bool VisaConnection::open(const Search& search) {
-  VisaLibraryLink found(visa_);
+  VisaLibraryLink found(visa_, gate_);
   if (!probe(found, search)) {
     return false;
   }
@@ -137,6 +163,7 @@ bool VisaConnection::open(const Search& search) {
   }
   const bool silent = form_.txtReturn.text().empty();
   if (turns_.inTurn() && silent) {
+    noteWhy(FailureKind::NoAnswer, foundDescriptor());
     library_.closeWhatIsOpen();
     com_.close();
   }
@@ -150,16 +177,22 @@ bool VisaConnection::open(const Search& search) {
 
 bool VisaConnection::probe(VisaLibraryLink& found, const Search& search) {
   if (!found.openManager()) {
+    noteWhy(kindOf(found.status()), "VISA");
     return false;
   }
   std::uint32_t count = 0;
   std::string descriptor;
   if (!found.find(search.expression, count, descriptor)) {
-    found.closeManager();
-    return false;
+    if (!search.address) {
+      noteWhy(kindOf(found.status()), search.expression);
+      found.closeManager();
+      return false;
+    }
+    count = 1;
+    descriptor = search.expression;
   }
   while (count != 0) {
-    probeCandidate(found, descriptor, search.descriptorSize);
+    probeCandidate(found, descriptor, search);
     --count;
     if (!found.findNext(descriptor)) {
       break;  // fewer than promised: asking the last one again would only list it twice
@@ -173,18 +206,30 @@ bool VisaConnection::probe(VisaLibraryLink& found, const Search& search) {
 }
 
 void VisaConnection::probeCandidate(VisaLibraryLink& found, const std::string& descriptor,
-                                    std::size_t descriptorSize) {
-  if (text::contains(identityOf(found, descriptor), kProduct)) {
-    toolkit::ComboBox& resources = form_.cmbVISARes;
-    resources.addItem(text::Trim(descriptor));
-    resources.setTag(padded(descriptor, descriptorSize));
-    resources.setText(text::Trim(descriptor));
+                                    const Search& search) {
+  const std::string identity = identityOf(found, descriptor, search.address);
+  const bool wanted = search.identity.empty() || search.identity.starts_with(withoutEnd(identity));
+  if (!text::contains(identity, kProduct) || !wanted) {
+    noteWhy(identity.empty() ? FailureKind::NoAnswer : FailureKind::WrongInstrument, descriptor);
+    return;
+  }
+  toolkit::ComboBox& resources = form_.cmbVISARes;
+  resources.addItem(text::Trim(descriptor));
+  resources.setTag(padded(descriptor, search.descriptorSize));
+  resources.setText(text::Trim(descriptor));
+}
+
+/// The first of several says most: what comes later may be any other resource.
+void VisaConnection::noteWhy(FailureKind kind, std::string_view descriptor) {
+  if (!reports_.failed()) {
+    reports_.fail(kind, descriptor);
   }
 }
 
 /// The instrument of the link that there is would refuse a second session: it is asked over the one
 /// that it has.
-std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string& descriptor) {
+std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string& descriptor,
+                                       bool anyInterface) {
   if (descriptor == library_.descriptor()) {
     library_.set(kProbeAttributes);
     std::string identity = library_.ask(kIdentityQuery, kIdentitySize);
@@ -202,20 +247,24 @@ std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string
     leaveLostLink();
   }
   if (!found.open(descriptor)) {
+    noteWhy(kindOf(found.status()), descriptor);
     return {};
   }
   std::string identity;
-  if (isOurInterface(found.interfaceName())) {
+  if (isOurInterface(found.interfaceName()) || anyInterface) {
     found.set(kProbeAttributes);
     identity = found.ask(kIdentityQuery, kIdentitySize);
+    if (found.status() < 0) {
+      noteWhy(kindOf(found.status()), descriptor);
+    }
   }
   found.closeSession();
   return identity;
 }
 
 std::string VisaConnection::askOverCom() {
-  com_.device().WriteString(kIdentityQuery, true);
-  return com_.device().ReadString();
+  com_.send(kIdentityQuery);
+  return com_.receive();
 }
 
 /// "" when the instrument did not answer in time; nothing when the session is lost.

@@ -23,6 +23,14 @@ class VisaConnection {
   /// cmdAutoConnVISA: searches all instruments and keeps the identity of the one that it opens.
   void AutoConnect();
 
+  /// The same of the instrument at one address (or of those that a search expression finds). An
+  /// address in full need not be among what the VISA library finds, and is asked who is there
+  /// whatever its interface. `identity`: that instrument alone, "" for any.
+  void ConnectTo(std::string_view address, std::string_view identity);
+
+  /// The sessions of a link whose instrument has gone are closed, and it is none any more.
+  void leaveLostLink();
+
   /// cmdConnVISA: searches with the expression in cmbVISARes. Its list keeps growing, and the
   /// identity stays that of the last automatic connect.
   void Connect();
@@ -35,17 +43,23 @@ class VisaConnection {
   struct Search {
     std::string expression;
     std::size_t descriptorSize;
+    /// The expression is the address of one instrument, in full.
+    bool address = false;
+    /// What the instrument must answer; "" for any of ours.
+    std::string identity = {};
   };
 
   void begin();
-  void connectToAny();
+  void search(const Search& search);
+  void connectToAny(const Search& search);
+  void takeIntoUse();
   [[nodiscard]] bool probe(VisaLibraryLink& found, const Search& search);
-  void probeCandidate(VisaLibraryLink& found, const std::string& descriptor,
-                      std::size_t descriptorSize);
-  [[nodiscard]] std::string identityOf(VisaLibraryLink& found, const std::string& descriptor);
+  void probeCandidate(VisaLibraryLink& found, const std::string& descriptor, const Search& search);
+  [[nodiscard]] std::string identityOf(VisaLibraryLink& found, const std::string& descriptor,
+                                       bool anyInterface);
   [[nodiscard]] std::string askOverCom();
   [[nodiscard]] std::optional<std::string> identityOverCom();
-  void leaveLostLink();
+  void noteWhy(FailureKind kind, std::string_view descriptor);
   [[nodiscard]] bool open(const Search& search);
   [[nodiscard]] std::string foundDescriptor() const;
   void openThroughLibrary(VisaLibraryLink& found);
@@ -62,6 +76,8 @@ class VisaConnection {
   SerialLink& serial_;
   Turns& turns_;
   ChannelList& channels_;
+  Reports& reports_;
+  Gate& gate_;
 };
 
 }  // namespace lumodevice::link

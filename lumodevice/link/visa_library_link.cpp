@@ -80,9 +80,8 @@ void VisaLibraryLink::set(std::span<const Attribute> attributes) {
 
 std::string VisaLibraryLink::ask(std::string_view query, std::size_t size) {
   std::string answer(size, '\0');
+  send(query);
   std::uint32_t count = 0;
-  status_ = visa_.viWrite(session_, query, count);
-  count = 0;
   status_ = visa_.viRead(session_, answer, count);
   answer.resize(std::min<std::size_t>(count, size));
   return answer;
@@ -122,9 +121,14 @@ const Manner& VisaLibraryLink::manner() const {
   return kManner;
 }
 
-bool VisaLibraryLink::write(const std::string& line) {
+void VisaLibraryLink::send(std::string_view message) {
+  gate_.pass(message);
   std::uint32_t count = 0;
-  status_ = visa_.viWrite(session_, line, count);
+  status_ = visa_.viWrite(session_, message, count);
+}
+
+bool VisaLibraryLink::write(const std::string& line) {
+  send(line);
   return status_ >= 0;
 }
 
@@ -158,6 +162,10 @@ Reading VisaLibraryLink::readOn(std::string& received) {
 
 std::string VisaLibraryLink::dropUnread() {
   return visa_.discardUnread(session_);
+}
+
+FailureKind VisaLibraryLink::trouble() const {
+  return status_ < 0 ? kindOf(status_) : Transport::trouble();
 }
 
 }  // namespace lumodevice::link

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "lumodevice/io/visa.hpp"
+#include "lumodevice/link/gate.hpp"
 #include "lumodevice/link/transport.hpp"
 
 namespace lumodevice::link {
@@ -19,7 +20,7 @@ class VisaLibraryLink : public Transport {
  public:
   using Attribute = std::pair<io::ViAttr, std::uint32_t>;
 
-  explicit VisaLibraryLink(io::Visa& visa) : visa_(visa) {}
+  VisaLibraryLink(io::Visa& visa, Gate& gate) : visa_(visa), gate_(gate) {}
 
   /// Status of the last call; negative is an error.
   [[nodiscard]] io::ViStatus status() const { return status_; }
@@ -59,11 +60,14 @@ class VisaLibraryLink : public Transport {
   [[nodiscard]] std::optional<std::string> read() override;
   [[nodiscard]] Reading readOn(std::string& received) override;
   std::string dropUnread() override;
+  [[nodiscard]] FailureKind trouble() const override;
 
  private:
+  void send(std::string_view message);
   void closeObject(io::ViObject& handle);
 
   io::Visa& visa_;
+  Gate& gate_;
   io::ViStatus status_ = io::VI_SUCCESS;
   io::ViSession manager_ = 0;
   io::ViSession session_ = 0;

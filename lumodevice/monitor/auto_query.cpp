@@ -41,7 +41,10 @@ void AutoQuery::tick() {
   } else if (!state_.connected() || exchange_.turns().busy()) {
     return;  // the rotation goes on when the line is free
   } else if (const auto answer = exchange_.takeReading(entry.query)) {
-    attempt([&] { showReading(form_, entry, *answer); });
+    attempt([&] {
+      const link::Gate::Echo echo(exchange_.gate());
+      showReading(form_, entry, *answer);
+    });
     goOn();
     readings.tell(entry, *answer);
     return;

@@ -59,6 +59,7 @@ void ReceivePoll::updateReadOut() {
   const std::string query = text::Trim(form_.Text2.text());
   const auto* const entry = std::ranges::find(kRotation, query, &RotationEntry::query);
   if (entry != kRotation.end()) {
+    const link::Gate::Echo echo(exchange_.gate());
     showReading(form_, *entry, form_.txtReturn.text());
   }
 }

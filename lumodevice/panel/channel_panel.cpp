@@ -1,5 +1,6 @@
 #include "lumodevice/panel/channel_panel.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -75,19 +76,19 @@ void showNotKnown(Control& control) {
 
 /// One query of the settings read-back: the control whose tag names the command, and how the answer
 /// is shown (in that control, where nothing else is said).
-struct ReadBack {
+struct ReadBackRow {
   std::string_view control;
   std::optional<int> index;
   void (*show)(Controls&, Control&, const std::string& answer);
 };
-constexpr auto kReadBacks = std::to_array<ReadBack>({{"cmbVolRange", {}, showRange},
-                                                     {"chkVON", {}, showWhole},
-                                                     {"txtInput", kVonBox, showText},
-                                                     {"chkLoad", {}, showWhole},
-                                                     {"chkOCP", {}, showWhole},
-                                                     {"chkOVP", {}, showWhole},
-                                                     {"cmdSet", kUvpBox, showUvpState},
-                                                     {"chkGoNogo", {}, showWhole}});
+constexpr auto kReadBacks = std::to_array<ReadBackRow>({{"cmbVolRange", {}, showRange},
+                                                        {"chkVON", {}, showWhole},
+                                                        {"txtInput", kVonBox, showText},
+                                                        {"chkLoad", {}, showWhole},
+                                                        {"chkOCP", {}, showWhole},
+                                                        {"chkOVP", {}, showWhole},
+                                                        {"cmdSet", kUvpBox, showUvpState},
+                                                        {"chkGoNogo", {}, showWhole}});
 
 }  // namespace
 
@@ -147,10 +148,11 @@ void ChannelPanel::showUnconnected() const {
 }
 
 void ChannelPanel::SettingsReadBack() {
-  for (const ReadBack& row : kReadBacks) {
+  for (const ReadBackRow& row : kReadBacks) {
     auto& control = form_.surface().get<Control>(row.control, row.index);
     if (const auto answer = exchange_.ask(commands_.query(control))) {
       const bool known = !answer->empty() || !exchange_.turns().inTurn();
+      const link::Gate::Echo echo(exchange_.gate());
       attempt([&] { known ? row.show(form_, control, *answer) : showNotKnown(control); });
     }
   }
@@ -161,6 +163,26 @@ void ChannelPanel::SettingsReadBack() {
   modes_.tagGoNogoBoxes();
   for (int i = kFirstLimitBox; i <= kLastLimitBox; ++i) {
     commands_.readBack(form_.txtInput(i));
+  }
+}
+
+/// chkUVP has no command of its own.
+void ChannelPanel::ReadBack(Control& control) {
+  const Control& asked = &control == &form_.chkUVP ? form_.cmdSet(kUvpBox) : control;
+  const auto row = std::ranges::find_if(kReadBacks, [&](const ReadBackRow& each) {
+    return each.control == asked.name() && each.index == asked.index();
+  });
+  const bool tabled = row != kReadBacks.end();
+  const std::string answer =
+      tabled ? exchange_.ask(commands_.query(asked)).value_or("") : std::string();
+  const link::Gate::Echo echo(exchange_.gate());
+  if (answer.empty()) {
+    attempt([&] { showNotKnown(control); });
+  } else {
+    attempt([&] { row->show(form_, control, answer); });
+  }
+  if (&control == &form_.cmbCVFreq) {
+    modes_.readCvResponse();
   }
 }
 

@@ -24,6 +24,10 @@ class ChannelPanel {
   /// fit leaves its control as it was. Controls that change raise their events between two queries.
   void SettingsReadBack();
 
+  /// A switch as the instrument has it, for an act that was held back: `control` is one of those of
+  /// SettingsReadBack, or cmbCVFreq. Without an answer it does not show what was not done.
+  void ReadBack(toolkit::Control& control);
+
   /// Voltage, current and power, once.
   void ReadingsReadBack();
 

@@ -69,6 +69,7 @@ const Mode& modeAt(int index) {
   return kModes.at(static_cast<std::size_t>(index));
 }
 
+/// The mode that an answer selects.
 int modeOf(std::string_view answer) {
   for (int i = 0; i < static_cast<int>(kModes.size()); ++i) {
     if (modeAt(i).answer == answer) {
@@ -90,19 +91,22 @@ Modes::Modes(form::Controls& form, const link::LinkState& state, link::Exchange&
 
 void Modes::ModeReadBack() {
   const auto answer = exchange_.ask(":Mode?");
+  const bool observing = exchange_.gate().observing();
   if (!answer) {
     return;
   }
-  if (answer->empty() && exchange_.turns().inTurn()) {
+  const int mode = observing ? modeNamed(*answer) : modeOf(*answer);
+  const bool known = !answer->empty() || !exchange_.turns().inTurn();
+  if (!known || (observing && mode == kNoBox)) {
     showNotKnown();
     return;
   }
-  const int mode = modeOf(*answer);
   mode_ = mode;
   toolkit::OptionButton& option = form_.optMode(mode == kNoBox ? kCcHigh : mode);
+  const link::Gate::Echo echo(exchange_.gate());
   if (!option.value()) {
     option.setValue(true);
-  } else if (mode == kCv) {
+  } else if (mode == kCv && !observing) {
     ModeFieldsReadBack(kCv);
   } else if (mode != kNoBox) {
     click(mode);
@@ -117,13 +121,33 @@ void Modes::showNotKnown() {
   }
 }
 
+/// The option whose command would choose the mode that the instrument is in. Where nothing is sent,
+/// no other one may be shown.
+int Modes::modeNamed(std::string_view answer) const {
+  for (int i = 0; i < form_.optMode.count(); ++i) {
+    const std::string command = text::Trim(commands_.prefix(form_.optMode(i)));
+    if (!answer.empty() && command.substr(command.find(' ') + 1) == answer) {
+      return i;
+    }
+  }
+  return kNoBox;
+}
+
 void Modes::click(int mode) {
   const Mode& chosen = modeAt(mode);
+  const bool echo = exchange_.gate().takeEcho();
   showOnly(kNoFrame);
-  if (!isGroupChannel() && state_.connected()) {
-    if (exchange_.runCommand(commands_.prefix(form_.optMode(mode)))) {
+  if (state_.connected() && !echo) {
+    const bool sends = !isGroupChannel();
+    const bool wentOut = sends && exchange_.runCommand(commands_.prefix(form_.optMode(mode)));
+    if (exchange_.gate().observing()) {
+      showNotKnown();  // until the instrument has said which it is in
+      ModeReadBack();
+      return;
+    }
+    if (wentOut) {
       mode_ = mode;
-    } else if (mode_ != kNoBox && mode_ != mode) {
+    } else if (sends && mode_ != kNoBox && mode_ != mode) {
       form_.optMode(mode_).setValue(true);
       return;
     }
@@ -182,6 +206,7 @@ void Modes::readCvResponse() {
   toolkit::ComboBox& speed = form_.cmbCVFreq;
   const auto answer = exchange_.ask(commands_.query(speed));
   if (answer == "0" || answer == "1") {
+    const link::Gate::Echo echo(exchange_.gate());
     attempt([&] { speed.setListIndex(answer == "1" ? 1 : 0); });
   }
 }

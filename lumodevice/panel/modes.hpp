@@ -17,7 +17,8 @@ class Modes {
         const TaggedCommands& commands);
 
   /// Asks the instrument for its mode and selects the option of it. The two CR dynamic answers
-  /// select the option of the other one, which sends its own mode command.
+  /// select the option of the other one, which sends its own mode command. Where the component
+  /// observes, the option is that of the instrument's mode, or none.
   void ModeReadBack();
 
   /// Reads the boxes of a mode.
@@ -29,12 +30,15 @@ class Modes {
   /// Go/NoGo limits are current limits in CV and voltage limits in every other mode.
   void tagGoNogoBoxes() const;
 
+  /// cmbCVFreq as the instrument has it.
+  void readCvResponse();
+
  private:
   void showNotKnown();
   void click(int mode);
   void showOnly(std::string_view frame) const;
+  [[nodiscard]] int modeNamed(std::string_view answer) const;
   [[nodiscard]] bool isGroupChannel() const;
-  void readCvResponse();
 
   form::Controls& form_;
   const link::LinkState& state_;

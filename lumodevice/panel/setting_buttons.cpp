@@ -13,15 +13,20 @@ std::string FormatValue(double value) {
 
 SettingButtons::SettingButtons(form::Controls& form, link::Waits& waits,
                                const link::LinkState& state, link::Exchange& exchange,
-                               const TaggedCommands& commands)
-    : form_(form), waits_(waits), state_(state), exchange_(exchange), commands_(commands) {
+                               const TaggedCommands& commands, ChannelPanel& channel)
+    : form_(form),
+      waits_(waits),
+      state_(state),
+      exchange_(exchange),
+      commands_(commands),
+      channel_(channel) {
   for (int i = 0; i < form_.cmdSet.count(); ++i) {
     toolkit::handle(form_.cmdSet(i).click, [this, i] { set(i); });
   }
 }
 
 void SettingButtons::set(int index) {
-  const toolkit::TextBox& box = form_.txtInput(index);
+  toolkit::TextBox& box = form_.txtInput(index);
   if (text::Trim(box.text()).empty()) {
     waits_.showBox("You Should input setting up new value! first");
     return;
@@ -32,6 +37,10 @@ void SettingButtons::set(int index) {
   }
   if (state_.connected()) {
     exchange_.runCommand(commands_.prefix(box) + box.text());
+    if (exchange_.gate().observing()) {
+      commands_.readBack(box);
+      return;
+    }
   }
   if (state_.connected() && index == kUvpBox) {
     attempt([&] {

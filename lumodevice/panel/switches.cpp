@@ -73,8 +73,8 @@ void setState(Control& control, int state) {
 }  // namespace
 
 Switches::Switches(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
-                   const TaggedCommands& commands)
-    : form_(form), state_(state), exchange_(exchange), commands_(commands) {
+                   const TaggedCommands& commands, ChannelPanel& channel)
+    : form_(form), state_(state), exchange_(exchange), commands_(commands), channel_(channel) {
   for (std::size_t row = 0; row < kSwitches.size(); ++row) {
     auto& control = form_.surface().get<Control>(kSwitches.at(row).control);
     states_.push_back(stateOf(control));
@@ -90,10 +90,15 @@ void Switches::click(std::size_t row) {
   if (goingBack_) {
     return;
   }
-  if (value && panelLoaded() && !exchange_.runCommand(commands_.prefix(control) + *value)) {
+  const bool echo = exchange_.gate().takeEcho();
+  const bool sends = value && panelLoaded() && !echo;
+  if (sends && !exchange_.runCommand(commands_.prefix(control) + *value)) {
     goBack(control, states_.at(row));
   } else {
     states_.at(row) = state;
+  }
+  if (!echo) {
+    showTruth(control);
   }
 }
 
@@ -112,13 +117,24 @@ bool Switches::panelLoaded() const {
          (state_.panelState() == link::kLoadedAutoQuery || state_.panelState() == link::kLoaded);
 }
 
+/// What an operator has switched while the component observes was not done.
+void Switches::showTruth(toolkit::Control& control) {
+  if (state_.connected() && exchange_.gate().observing()) {
+    channel_.ReadBack(control);
+  }
+}
+
 /// Unlike the others, UVP has a level for a state, and looks at the link alone.
 void Switches::switchUvp() {
+  if (exchange_.gate().takeEcho()) {
+    return;
+  }
   if (form_.chkUVP.value() == CheckBox::kTicked) {
     form_.cmdSet(kUvpBox).click.raise();
   } else if (state_.connected()) {
     exchange_.runCommand(":CONF:PROT:UVP:LEV MIN");
   }
+  showTruth(form_.chkUVP);
 }
 
 }  // namespace lumodevice::panel

@@ -4,6 +4,7 @@
 
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link_state.hpp"
+#include "lumodevice/panel/channel_panel.hpp"
 #include "lumodevice/panel/tagged_commands.hpp"
 
 namespace lumodevice::panel {
@@ -15,12 +16,13 @@ class Switches {
  public:
   /// Takes over chkOCP, chkOVP, chkGoNogo, chkVON, chkLoad, chkUVP, cmbCVFreq and cmbVolRange.
   Switches(form::Controls& form, const link::LinkState& state, link::Exchange& exchange,
-           const TaggedCommands& commands);
+           const TaggedCommands& commands, ChannelPanel& channel);
 
  private:
   void click(std::size_t row);
   void goBack(toolkit::Control& control, int state);
   void switchUvp();
+  void showTruth(toolkit::Control& control);
   [[nodiscard]] bool panelLoaded() const;
 
   form::Controls& form_;
@@ -30,6 +32,7 @@ class Switches {
   /// By row: what the switch was set to last, as far as the load knows.
   std::vector<int> states_;
   bool goingBack_ = false;
+  ChannelPanel& channel_;
 };
 
 }  // namespace lumodevice::panel

@@ -37,10 +37,10 @@ void BlockSession::begin() {
 }
 
 io::Bytes BlockSession::read(std::string_view query) {
-  link_.device().WriteString(text::Trim(query) + '\n', true);
+  link_.send(text::Trim(query) + '\n');
   begin();
   try {
-    return link_.device().ReadIEEEBlock(false, true);
+    return link_.receiveBlock();
   } catch (const io::VisaComFault&) {
     if (turns_.inTurn()) {
       turns_.giveUp(link_);
@@ -50,7 +50,7 @@ io::Bytes BlockSession::read(std::string_view query) {
 }
 
 void BlockSession::write(std::string_view command, std::span<const std::uint8_t> data) {
-  link_.device().WriteIEEEBlock(command, data, true);
+  link_.sendBlock(command, data);
 }
 
 void BlockSession::restore() {

@@ -23,6 +23,9 @@ std::shared_ptr<const SerialBlock> askForBlock(link::Turns& turns, link::SerialL
   const link::Patience patience{
       .firstByte = milliseconds, .silence = kLongestSilence, .whole = kLongestReading};
   if (!turns.run(link, line(query), block, patience)) {
+    if (turns.trouble() != FailureKind::NoAnswer || block->size() == 0) {
+      throw link::LinkFault(turns.trouble());
+    }
     throw BlockFault("no complete block arrived");
   }
   return block;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -90,7 +91,7 @@ class TermiosLine : public io::SerialLine {
   }
   std::string what = "cannot open " + path + ": " + std::generic_category().message(error);
   if (error == EACCES) what += "; " + platform::permissionAdvice(path);
-  throw io::SerialFault(io::kSerialUnavailable, what);
+  throw io::SerialFault(error == EACCES ? io::kSerialNoPermission : io::kSerialUnavailable, what);
 }
 
 /// The kernel has a node for every built-in port that a machine might have; those without a UART
@@ -116,6 +117,7 @@ std::vector<std::string> listSerialDevices(const SystemRoots& roots) {
 }
 
 std::string TermiosDevices::deviceOf(int port) const {
+  if (const auto named = named_.find(port); named != named_.end()) return named->second;
   if (!given_.empty()) {
     const auto device = given_.find(port);
     return device == given_.end() ? std::string() : device->second;
@@ -123,6 +125,25 @@ std::string TermiosDevices::deviceOf(int port) const {
   const auto devices = listSerialDevices(options_.roots);
   if (port < 1 || static_cast<std::size_t>(port) > devices.size()) return {};
   return devices[static_cast<std::size_t>(port) - 1];
+}
+
+/// A device that stands behind no port takes the last free one.
+int TermiosDevices::portNamed(std::string_view device) {
+  std::error_code missing;
+  const auto same = [&](const std::string& other) {
+    return other == device || std::filesystem::equivalent(other, device, missing);
+  };
+  int free = 0;
+  for (int port = 1; port <= kPorts; ++port) {
+    const std::string behind = deviceOf(port);
+    if (behind.empty()) {
+      free = port;
+    } else if (same(behind)) {
+      return port;
+    }
+  }
+  if (free != 0) named_.emplace(free, device);
+  return free;
 }
 
 std::unique_ptr<io::SerialLine> TermiosDevices::open(int port, const io::SerialSettings& settings) {

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -31,8 +32,14 @@ class TermiosDevices : public platform::MachineSerialDevices {
 
   [[nodiscard]] std::string deviceOf(int port) const override;
 
+  [[nodiscard]] int portNamed(std::string_view device) override;
+
  private:
+  static constexpr int kPorts = 16;
+
   std::map<int, std::string> given_;
+  /// What was asked for by its name.
+  std::map<int, std::string> named_;
   Options options_;
 };
 

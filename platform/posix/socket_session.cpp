@@ -39,6 +39,7 @@ int connectWithin(const FileDescriptor& socket, const addrinfo& target, const De
 
 io::ViStatus openStatus(int error) {
   if (error == ETIMEDOUT) return io::VI_ERROR_TMO;
+  if (error == ECONNREFUSED) return io::VI_ERROR_NLISTENERS;
   if (error == EACCES || error == EPERM) return io::VI_ERROR_NPERMISSION;
   return io::VI_ERROR_RSRC_NFOUND;
 }
@@ -84,7 +85,7 @@ std::unique_ptr<SocketSession> SocketSession::connect(const SocketAddress& addre
   hints.ai_socktype = SOCK_STREAM;
   hints.ai_flags = AI_NUMERICSERV;
   addrinfo* found = nullptr;
-  status = io::VI_ERROR_RSRC_NFOUND;
+  status = io::VI_ERROR_MACHINE_NAVAIL;
   if (::getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &found) !=
       0) {
     return nullptr;

@@ -58,6 +58,7 @@ struct Settings {
     double fall = 0;
     double time1 = 0;
     double time2 = 0;
+    friend bool operator==(const DynamicOhms&, const DynamicOhms&) = default;
   };
   DynamicOhms dynamicLowOhms;
   DynamicOhms dynamicHighOhms;
@@ -76,6 +77,8 @@ struct Settings {
 
   double onVolts = 0;
   bool onLatch = false;
+
+  friend bool operator==(const Settings&, const Settings&) = default;
 
   /// Of the present voltage range, and of the current range of the constant-current modes.
   [[nodiscard]] double fullScaleVolts(const Module& module) const;

@@ -64,7 +64,7 @@ TEST(SocketSession, aQueryIsAnsweredUpToItsLineFeed) {
   EXPECT_EQ(link.read(72, VI_SUCCESS), "you said *IDN?\n");
 }
 
-TEST(SocketSession, aPeerThatDoesNotListenIsNotFound) {
+TEST(SocketSession, aPeerThatDoesNotListenRefuses) {
   std::uint16_t port = 0;
   {
     port = ScriptedPeer([](PeerConnection&) {}).port();
@@ -72,7 +72,15 @@ TEST(SocketSession, aPeerThatDoesNotListenIsNotFound) {
   io::ViStatus status = VI_SUCCESS;
   EXPECT_EQ(SocketSession::connect({.board = 0, .host = "127.0.0.1", .port = port}, 0, status),
             nullptr);
-  EXPECT_EQ(status, io::VI_ERROR_RSRC_NFOUND);
+  EXPECT_EQ(status, io::VI_ERROR_NLISTENERS);
+}
+
+TEST(SocketSession, aHostThatNobodyKnowsIsToldApart) {
+  io::ViStatus status = VI_SUCCESS;
+  EXPECT_EQ(
+      SocketSession::connect({.board = 0, .host = "no-such-host.invalid", .port = 5025}, 0, status),
+      nullptr);
+  EXPECT_EQ(status, io::VI_ERROR_MACHINE_NAVAIL);
 }
 
 TEST(SocketSession, oneAnswerCanBeReadInParts) {

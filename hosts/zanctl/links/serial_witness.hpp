@@ -4,6 +4,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "hosts/zanctl/output/output.hpp"
 #include "lumodevice/io/serial_port.hpp"
@@ -17,6 +18,9 @@ class WitnessedSerialDevices : public lumodevice::io::SerialDevices {
   explicit WitnessedSerialDevices(SerialDevices& devices) : devices_(devices) {}
   [[nodiscard]] std::unique_ptr<lumodevice::io::SerialLine> open(
       int port, const lumodevice::io::SerialSettings& settings) override;
+  [[nodiscard]] int portNamed(std::string_view device) override {
+    return devices_.portNamed(device);
+  }
 
   /// One line on why nothing was found, and what to try.
   [[nodiscard]] std::string advice() const;

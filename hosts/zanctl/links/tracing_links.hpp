@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "hosts/zanctl/links/wire_trace.hpp"
 #include "lumodevice/io/forwarding_visa.hpp"
@@ -49,6 +50,9 @@ class TracingSerialDevices : public lumodevice::io::SerialDevices {
       : devices_(devices), trace_(trace) {}
   [[nodiscard]] std::unique_ptr<lumodevice::io::SerialLine> open(
       int port, const lumodevice::io::SerialSettings& settings) override;
+  [[nodiscard]] int portNamed(std::string_view device) override {
+    return devices_.portNamed(device);
+  }
 
  private:
   SerialDevices& devices_;

@@ -36,6 +36,10 @@ struct LUMODEVICE_API SystemOptions {
   std::ostream* log = nullptr;
   /// See Host. A host that was written for interleaved exchanges chooses them.
   Exchanges exchanges = Exchanges::InTurn;
+  /// See Host.
+  bool observing = false;
+  /// See Host.
+  std::string address = {};
 };
 
 /// The machine that the program runs on: real time, its VISA library with VISA COM over it, its

@@ -46,6 +46,10 @@ struct LUMODEVICE_API SimulatedOptions {
   std::ostream* log = nullptr;
   /// See Host. A host that was written for interleaved exchanges chooses them.
   Exchanges exchanges = Exchanges::InTurn;
+  /// See Host.
+  bool observing = false;
+  /// See Host.
+  std::string address = {};
 };
 
 /// A bench with one simulated instrument, on USB behind VISA and VISA COM and on COM3 at 9600
