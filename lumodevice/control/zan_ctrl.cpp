@@ -165,6 +165,9 @@ class ZANCtrl::Component {
     } else {
       form.optVISA.setValue(true);
       visa.ConnectTo(address->resource, wanted);
+      if (links.reports.failure().kind == FailureKind::NothingFound) {
+        links.reports.fail(FailureKind::NothingFound, text);
+      }
     }
     return state.connected() && state.bDevAvaliable();
   }

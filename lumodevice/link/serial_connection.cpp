@@ -116,9 +116,15 @@ void SerialConnection::takeIntoUse() {
   }
 }
 
-/// The first of several says most; that a port is not there says least.
+/// The first of several says most. That a port is not there says least, and that nothing answers
+/// there little: the next baud rate may be the right one.
 void SerialConnection::noteWhy(FailureKind kind, std::string_view more) {
-  if (!reports_.failed() || reports_.failure().kind == FailureKind::NothingFound) {
+  const auto weight = [](FailureKind each) {
+    const bool silent = each == FailureKind::NoAnswer;
+    return each == FailureKind::None || each == FailureKind::NothingFound ? 0 : (silent ? 1 : 2);
+  };
+  const FailureKind before = reports_.failure().kind;
+  if (before == FailureKind::None || weight(kind) > weight(before)) {
     reports_.fail(kind, more);
   }
 }
