@@ -145,7 +145,7 @@ TEST_F(SerialDevicesTest, aDeviceThatTheUserMayNotUseNamesTheGroupToJoin) {
               return what.find("add yourself to the dialout group") != std::string::npos ? number
                                                                                          : 1;
             }),
-            io::kSerialUnavailable);
+            io::kSerialNoPermission);
 }
 
 TEST(ListSerialDevices, givesPortsWithAUartThenAdaptersEachByNumber) {
