@@ -173,8 +173,8 @@ class LUMODEVICE_API ZANCtrl {
   [[nodiscard]] Failure failure() const;
 
   /// The wait unit in milliseconds (Text5), 200 in a new component: an answer is waited for seven
-  /// units, and the auto query asks one question each. A line without flow control is left alone
-  /// for a unit behind each command. Throws std::out_of_range outside 1 to 65535.
+  /// units, and the auto query asks one question each. Behind a command, which has no answer, a
+  /// unit passes before anything else goes out. Throws std::out_of_range outside 1 to 65535.
   [[nodiscard]] std::int32_t waitUnit() const;
   void waitUnit(std::int32_t milliseconds);
 
