@@ -322,7 +322,7 @@ TEST(SwitchesInTurn, whoseCommandsDoNotGoOutGoBack) {
   for (const CheckRow& row : kChecks) {
     PanelBench bench({.exchanges = Exchanges::InTurn});
     bench.connect();
-    bench.script.fail("viWrite", io::VI_ERROR_CONN_LOST);
+    bench.script.fail("viWrite", io::VI_ERROR_IO);
     bench.click(row.control);
     EXPECT_EQ(bench.read(row.control, "Value"), "0") << row.control;
     EXPECT_EQ(bench.read(row.control, "Caption"), row.caption);
@@ -338,7 +338,7 @@ TEST(SwitchesInTurn, thatAreListsGoBackToo) {
   PanelBench bench({.exchanges = Exchanges::InTurn});
   bench.connect();
   bench.select("cmbVolRange", 1);
-  bench.script.fail("viWrite", io::VI_ERROR_CONN_LOST);
+  bench.script.fail("viWrite", io::VI_ERROR_IO);
   bench.select("cmbVolRange", 0);
   EXPECT_EQ(bench.text("cmbVolRange"), "HIGH");
 }
