@@ -168,10 +168,14 @@ void checkPrinted(std::string_view bytes) {
   for (const char c : zanctl::escaped(bytes)) require(c >= ' ' && c <= '~', "bytes print as ASCII");
   const std::string caption = zanctl::escapedCaption(bytes);
   require(zanctl::columns(caption) <= caption.size(), "a character is no wider than its bytes");
-  for (const char c : caption) {
-    const auto code = static_cast<unsigned char>(c);
-    require(code >= ' ' && code != 0x7F, "a caption moves no cursor");
+  const std::string line = zanctl::printable(bytes);
+  for (const std::string& shown : {caption, line}) {
+    for (const char c : shown) {
+      const auto code = static_cast<unsigned char>(c);
+      require(code >= ' ' && code != 0x7F, "what is printed moves no cursor");
+    }
   }
+  require(zanctl::printable(line) == line, "what was made printable stays as it is");
 }
 
 void checkValues(const std::string& word) {
