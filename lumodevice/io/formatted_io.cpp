@@ -13,7 +13,7 @@ constexpr auto kInvalidArgument = static_cast<int>(0x80070057U);
 
 /// The most that is set aside before the link has delivered anything to justify it.
 constexpr std::size_t kLargestReserve = std::size_t{1} << 20;
-constexpr std::size_t kFirstBlockPiece = std::size_t{64} << 10;
+constexpr std::size_t kFirstBlockPiece = std::size_t{128} << 10;
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';

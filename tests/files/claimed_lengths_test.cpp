@@ -13,7 +13,7 @@ using support::takeLargestRequest;
 
 constexpr std::size_t kReserve = std::size_t{1} << 20;
 /// And beside it the few bytes that have arrived.
-constexpr std::size_t kFirstPiece = (std::size_t{64} << 10) + 64;
+constexpr std::size_t kFirstPiece = (std::size_t{128} << 10) + 64;
 
 /// Headers that claim far more than follows.
 const char* const kClaims[] = {"#9999999999",      "#9999999998", "#9999999999hello\n",

@@ -423,7 +423,7 @@ TEST_F(FormattedIOTest, aBlockCutAtAnyByteIsRefusedWhenItEndsAndTimesOutWhenItSt
 TEST_F(FormattedIOTest, aClaimedLengthAloneSetsNoMemoryAside) {
   visa.answers = {{"#9999999999ab", VI_ERROR_TMO}};
   EXPECT_EQ(blockFault(), kTimedOut);
-  EXPECT_THAT(visa.asked, Each(Le(std::size_t{64} << 10)));
+  EXPECT_THAT(visa.asked, Each(Le(std::size_t{128} << 10)));
 }
 
 /// A device that drips justifies no larger pieces, however often it is read.
@@ -431,7 +431,7 @@ TEST_F(FormattedIOTest, piecesGrowOnlyWhereTheyAreFilled) {
   visa.answers = {{"#9999999999", VI_SUCCESS_MAX_CNT}};
   visa.answers.insert(visa.answers.end(), 20, {"drip", VI_SUCCESS_MAX_CNT});
   EXPECT_EQ(blockFault(), kTimedOut);
-  EXPECT_THAT(visa.asked, Each(Le(std::size_t{64} << 10)));
+  EXPECT_THAT(visa.asked, Each(Le(std::size_t{128} << 10)));
 
   visa.asked.clear();
   formatted->WriteString("?", true);
