@@ -28,6 +28,14 @@ if(LUMODEVICE_WITH_QT)
 endif()
 install(TARGETS zansim_visa LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS zanctl zansim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(TARGET zanpanel)
+  install(TARGETS zanpanel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(FILES docs/man/zanpanel.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES hosts/zanpanel/desktop/zanpanel.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+  install(FILES hosts/zanpanel/desktop/zanpanel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+  install(FILES hosts/zanpanel/desktop/org.lumodevice.zanpanel.metainfo.xml
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+endif()
 
 # The headers that a host includes, or needs to make a part of its own.
 file(GLOB toplevel_headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/lumodevice/*.hpp)
