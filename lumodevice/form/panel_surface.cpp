@@ -19,6 +19,7 @@ static_assert(containersComeFirst(kControls));
 static_assert(settingsFit(kSettings, kControls));
 static_assert(lettersAreThere(kControls, kSettings));
 static_assert(tipsAreThere(kControls));
+static_assert(enterClicksButtons(kControls));
 
 namespace {
 
@@ -26,18 +27,20 @@ using toolkit::Control;
 using toolkit::Kind;
 
 // Where the parts of a setting stand within their frame, in twips.
-constexpr int kFirstRowTop = 360;
-constexpr int kRowHeight = 420;
-constexpr int kLabelTop = 60;
+constexpr int kFirstRowTop = 540;
+constexpr int kRowHeight = 480;
+constexpr int kHeight = 360;
 
 struct SettingColumns {
   int label;
   int box;
+  int boxWidth;
   int button;
 };
-constexpr SettingColumns kColumns{240, 2160, 3840};
+constexpr SettingColumns kColumns{180, 2100, 1500, 3720};
 /// With room for a check box on the left.
-constexpr SettingColumns kColumnsBeside{1500, 2880, 4560};
+constexpr SettingColumns kColumnsBeside{1680, 3180, 1800, 5100};
+constexpr int kButtonWidth = 900;
 
 Control& make(toolkit::Surface& surface, const ControlRow& row) {
   auto* container = dynamic_cast<toolkit::Container*>(surface.find(row.container));
@@ -135,6 +138,8 @@ void dress(const toolkit::Surface& surface, Control& control, const ControlRow& 
       .toolTip = std::string(details.tip.empty() ? row.command.text() : details.tip),
       .accessibleName =
           details.name.empty() ? spokenName(surface, control) : std::string(details.name),
+      .typedWhole = details.typedWhole,
+      .enterClicks = std::string(details.enterClicks),
   });
 }
 
@@ -155,17 +160,18 @@ void putSetting(toolkit::Surface& surface, const SettingRow& row) {
                   .container = row.frame,
                   .text = row.caption,
                   .command = {},
-                  .place = {columns.label, top + kLabelTop, columns.box - columns.label - 60, 255},
+                  .place = {columns.label, top, columns.box - columns.label - 60, kHeight},
                   .details = {.mnemonic = row.mnemonic}});
   }
+  const std::string button = "cmdSet(" + std::to_string(row.index) + ")";
   put(surface, {.name = "txtInput",
                 .index = row.index,
                 .kind = Kind::TextBox,
                 .container = row.frame,
                 .text = "",
                 .command = row.command,
-                .place = {columns.box, top, 1560, 315},
-                .details = {.alignment = toolkit::Alignment::Right}});
+                .place = {columns.box, top, columns.boxWidth, kHeight},
+                .details = {.alignment = toolkit::Alignment::Right, .enterClicks = button}});
   const std::string name = "Set " + surface.find("txtInput", row.index)->look().accessibleName;
   put(surface, {.name = "cmdSet",
                 .index = row.index,
@@ -173,7 +179,7 @@ void putSetting(toolkit::Surface& surface, const SettingRow& row) {
                 .container = row.frame,
                 .text = "Set",
                 .command = row.command,
-                .place = {columns.button, top - 15, 720, 345},
+                .place = {columns.button, top, kButtonWidth, kHeight},
                 .details = {.name = name}});
 }
 

@@ -99,4 +99,13 @@ constexpr bool tipsAreThere(ControlRows rows) {
   });
 }
 
+/// What the Enter key clicks is a button of the form.
+constexpr bool enterClicksButtons(ControlRows rows) {
+  return std::all_of(rows.begin(), rows.end(), [&](const ControlRow& row) {
+    const std::size_t button = checks::find(rows, row.details.enterClicks);
+    return row.details.enterClicks.empty() ||
+           (button < rows.size() && rows[button].kind == toolkit::Kind::CommandButton);
+  });
+}
+
 }  // namespace lumodevice::form

@@ -45,6 +45,11 @@ struct LUMODEVICE_API Look {
   std::string toolTip = {};
   /// What a screen reader calls it, without the colon of a label.
   std::string accessibleName = {};
+  /// Of a text box: what is typed goes to the control when it is complete (the Enter key, or the
+  /// field is left), not with each letter.
+  bool typedWhole = false;
+  /// Of a text or combo box: the full name of the button that the Enter key clicks as well.
+  std::string enterClicks = {};
   friend bool operator==(const Look&, const Look&) = default;
 };
 

@@ -136,6 +136,7 @@ TEST_F(PanelLook, usesEachMnemonicOnceInEveryStateOfThePanel) {
       }
     }
   }
+  form.fraParallel.setVisible(false);
   EXPECT_EQ(letters()['f'], std::set<std::string>{"lblFrequence"});
   form.frmSetting.setVisible(true);
   form.frmSetting.bringToFront();
@@ -228,7 +229,7 @@ TEST_F(PanelLook, speaksOfEveryControlByANameOfItsOwn) {
 TEST_F(PanelLook, showsReadingsLargeAndNumbersOnTheRight) {
   for (const toolkit::TextBox* box :
        {&form.txtVoltage(0), &form.txtCurrent(0), &form.txtPower(0)}) {
-    EXPECT_EQ(box->look().fontSize, 14);
+    EXPECT_EQ(box->look().fontSize, 20);
     EXPECT_TRUE(box->look().bold);
     EXPECT_EQ(box->look().alignment, toolkit::Alignment::Right);
     EXPECT_EQ(box->look().colorRole, toolkit::ColorRole::Value);
@@ -243,6 +244,27 @@ TEST_F(PanelLook, hasRoomForItsLetters) {
   for (const Control* control : controls()) {
     const int lineHeight = control->look().fontSize * kTwipsPerPoint * 6 / 5;
     EXPECT_LE(lineHeight, control->place().height) << control->fullName();
+  }
+}
+
+TEST_F(PanelLook, hasEnterSetAValueAndConnect) {
+  for (const Control* control : controls()) {
+    const std::string& button = control->look().enterClicks;
+    const bool setting = control->name() == "txtInput";
+    const std::set<std::string> connecting = {"cmbVISARes", "Text1", "Combo2"};
+    EXPECT_EQ(!button.empty(), setting || connecting.contains(control->name()))
+        << control->fullName();
+    if (setting) {
+      EXPECT_EQ(button, "cmdSet(" + std::to_string(*control->index()) + ")");
+    }
+  }
+  EXPECT_EQ(form.cmbVISARes.look().enterClicks, "cmdConnVISA");
+  EXPECT_EQ(form.Text1.look().enterClicks, "Command2");
+}
+
+TEST_F(PanelLook, takesTheCommandBoxWhenItIsTypedToTheEnd) {
+  for (const Control* control : controls()) {
+    EXPECT_EQ(control->look().typedWhole, control == &form.TXT) << control->fullName();
   }
 }
 

@@ -69,6 +69,14 @@ TEST(TheFormsTables, haveATipForAllThatIsWorkedWith) {
   static_assert(!tipsAreThere(controlsWith("chkOCP", [](auto& row) { row.command = {}; })));
 }
 
+TEST(TheFormsTables, haveButtonsForTheEnterKey) {
+  static_assert(enterClicksButtons(kControls));
+  static_assert(!enterClicksButtons(
+      controlsWith("Text1", [](auto& row) { row.details.enterClicks = "Text2"; })));
+  static_assert(!enterClicksButtons(
+      controlsWith("Text1", [](auto& row) { row.details.enterClicks = "Command3"; })));
+}
+
 template <typename Text>
 concept NamesACommand = requires {
   typename std::integral_constant<bool, Command(Text::kText).none()>;

@@ -1,6 +1,7 @@
 #include "views/qt/body.hpp"
 
 #include <QtWidgets/QLabel>
+#include <algorithm>
 
 #include "lumodevice/toolkit/reach.hpp"
 #include "views/qt/dress.hpp"
@@ -10,6 +11,16 @@ namespace lumodevice::qt {
 
 using toolkit::Control;
 using toolkit::Property;
+
+namespace {
+
+bool contains(const toolkit::Place& outer, const toolkit::Place& inner) {
+  return outer.left <= inner.left && outer.top <= inner.top &&
+         outer.left + outer.width >= inner.left + inner.width &&
+         outer.top + outer.height >= inner.top + inner.height;
+}
+
+}  // namespace
 
 FormView::Body::Body(FormView& view, toolkit::Surface& surface)
     : view_(view), surface_(&surface), stage_(view), canvas_(new QWidget()) {
@@ -78,6 +89,9 @@ void FormView::Body::draw(const Control& control, Property property, int item) {
     case Property::MousePointer:
       drawPointer(form_->mousePointer());
       return;
+    case Property::Picture:
+      uncover();
+      break;
     default:
       break;
   }
@@ -99,11 +113,9 @@ void FormView::Body::redraw() {
     place(*form_);
     canvas_->setAccessibleName(shown(form_->look().accessibleName));
   }
-  for (const auto& control : surface_->controls()) {
-    if (const auto face = faces_.find(control.get()); face != faces_.end()) {
-      dressFace(*face->second);
-      place(*control);
-    }
+  for (const auto& [control, face] : faces_) {
+    dress(face->widget(), control->look(), stage_.scale(), view_.palette());
+    place(*control);
   }
 }
 
@@ -124,8 +136,18 @@ void FormView::Body::dressFace(Face& face) {
 
 void FormView::Body::uncover() {
   for (const auto& [control, face] : faces_) {
-    face->widget().setVisible(toolkit::reachable(*surface_, *control));
+    face->widget().setVisible(toolkit::reachable(*surface_, *control) &&
+                              !liesUnderPicture(*control));
   }
+}
+
+bool FormView::Body::liesUnderPicture(const Control& control) const {
+  return std::any_of(faces_.begin(), faces_.end(), [&control](const auto& other) {
+    const auto* const picture = dynamic_cast<const toolkit::Pictured*>(other.first);
+    return picture != nullptr && picture->picture() && picture->visible() &&
+           picture->container() == control.container() && picture->zOrder() > control.zOrder() &&
+           contains(picture->place(), control.place());
+  });
 }
 
 void FormView::Body::drawPointer(int pointer) {

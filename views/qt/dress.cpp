@@ -7,9 +7,40 @@
 
 namespace lumodevice::qt {
 
-QColor colourOf(toolkit::ColorRole role, const QPalette& around) {
+namespace {
+
+bool isDark(const QPalette& palette) {
   constexpr int kMiddle = 128;
-  const bool dark = around.color(QPalette::Window).lightness() < kMiddle;
+  return palette.color(QPalette::Window).lightness() < kMiddle;
+}
+
+QColor mixed(const QColor& from, const QColor& to, double share) {
+  const auto part = [share](int a, int b) { return qRound(a + (b - a) * share); };
+  return {part(from.red(), to.red()), part(from.green(), to.green()), part(from.blue(), to.blue())};
+}
+
+}  // namespace
+
+QColor cardColour(const QPalette& around) {
+  const QColor window = around.color(QPalette::Window);
+  return isDark(around) ? mixed(window, around.color(QPalette::WindowText), 0.05)
+                        : mixed(window, around.color(QPalette::Base), 0.65);
+}
+
+QColor edgeColour(const QPalette& around) {
+  return mixed(around.color(QPalette::Window), around.color(QPalette::WindowText), 0.18);
+}
+
+QColor alarmColour() {
+  return {0xc6, 0x28, 0x28};
+}
+
+QColor onAlarmColour() {
+  return Qt::white;
+}
+
+QColor colourOf(toolkit::ColorRole role, const QPalette& around) {
+  const bool dark = isDark(around);
   switch (role) {
     case toolkit::ColorRole::Heading:
       return dark ? QColor(0x8a, 0xbc, 0xf5) : QColor(0x1b, 0x4f, 0x91);

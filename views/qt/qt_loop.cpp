@@ -1,5 +1,6 @@
 #include "lumodevice/qt/qt_loop.hpp"
 
+#include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
 #include <QtCore/QThread>
@@ -65,6 +66,8 @@ void QtLoop::wait(Duration span) {
     wakeUp.start(wholeMilliseconds(left));
     events.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
   }
+  // Qt has seen the input that it kept back, and would look at it with the next event only.
+  QAbstractEventDispatcher::instance()->wakeUp();
 }
 
 void QtLoop::deliverInput() {

@@ -14,7 +14,7 @@ class Scale {
   /// drawn for, so that texts fit into their places.
   explicit Scale(const QWidget& widget);
 
-  [[nodiscard]] int pixels(int twips) const { return qRound(twips * pixelsPerTwip_); }
+  [[nodiscard]] int pixels(double twips) const { return qRound(twips * pixelsPerTwip_); }
   [[nodiscard]] QRect pixels(const toolkit::Place& place) const {
     const QPoint begin(pixels(place.left), pixels(place.top));
     const QPoint end(pixels(place.left + place.width), pixels(place.top + place.height));

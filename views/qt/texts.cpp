@@ -21,10 +21,10 @@ QString marked(std::string_view caption, int mnemonic) {
   const auto plainPart = [](std::string_view part) {
     return shown(part).replace(QLatin1Char('&'), QLatin1String("&&"));
   };
-  if (mnemonic < 0 || static_cast<std::size_t>(mnemonic) >= caption.size()) {
+  const auto letter = static_cast<std::size_t>(mnemonic);
+  if (mnemonic < 0 || letter >= caption.size() || caption[letter] == '&') {
     return plainPart(caption);
   }
-  const auto letter = static_cast<std::size_t>(mnemonic);
   return plainPart(caption.substr(0, letter)) + QLatin1Char('&') +
          plainPart(caption.substr(letter));
 }

@@ -7,7 +7,6 @@
 #include "hosts/zanctl/script/numbers.hpp"
 #include "hosts/zanctl/script/script.hpp"
 #include "hosts/zanctl/script/values.hpp"
-#include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
@@ -16,7 +15,6 @@ namespace zanctl {
 namespace {
 
 namespace toolkit = lumodevice::toolkit;
-namespace hand = lumodevice::toolkit::hand;
 
 /// A control or a property refused what the script asked of it.
 template <typename Act>
@@ -119,12 +117,12 @@ void report(Script& script, bool taken, const toolkit::Control& control) {
 
 void click(Script& script, Script::Words words) {
   toolkit::Control& control = script.control(words[0]);
-  report(script, asked([&] { return hand::click(control); }), control);
+  report(script, asked([&] { return script.hand().click(control); }), control);
 }
 
 void type(Script& script, Script::Words words) {
   toolkit::Control& control = script.control(words[0]);
-  report(script, asked([&] { return hand::type(control, words[1]); }), control);
+  report(script, asked([&] { return script.hand().type(control, words[1]); }), control);
 }
 
 void select(Script& script, Script::Words words) {
@@ -133,7 +131,7 @@ void select(Script& script, Script::Words words) {
   if (!index) {
     throw ScriptMistake("select takes the index of an entry, not " + escaped(words[1]));
   }
-  report(script, asked([&] { return hand::select(control, *index); }), control);
+  report(script, asked([&] { return script.hand().select(control, *index); }), control);
 }
 
 void key(Script& script, Script::Words words) {
@@ -146,7 +144,7 @@ void key(Script& script, Script::Words words) {
   toolkit::Control& control = script.control(words[0]);
   for (const Named& candidate : kKeys) {
     if (candidate.name == words[1]) {
-      report(script, asked([&] { return hand::press(control, candidate.key); }), control);
+      report(script, asked([&] { return script.hand().press(control, candidate.key); }), control);
       return;
     }
   }
@@ -164,7 +162,7 @@ toolkit::ListBox& listBox(Script& script, const std::string& name) {
 void drag(Script& script, Script::Words words) {
   toolkit::ListBox& from = listBox(script, words[0]);
   toolkit::ListBox& onto = listBox(script, words[2]);
-  report(script, asked([&] { return hand::drag(from, words[1], onto); }),
+  report(script, asked([&] { return script.hand().drag(from, words[1], onto); }),
          from.usable() ? onto : from);
 }
 

@@ -8,6 +8,7 @@
 
 #include "hosts/zanctl/output/mistake.hpp"
 #include "hosts/zanctl/output/output.hpp"
+#include "hosts/zanctl/script/operator_hand.hpp"
 #include "lumodevice/records.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
 #include "lumodevice/zan_ctrl.hpp"
@@ -37,6 +38,9 @@ class Script {
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return loop_; }
   [[nodiscard]] Output& output() { return output_; }
   [[nodiscard]] Output& remarks() { return remarks_; }
+  [[nodiscard]] OperatorHand& hand() { return *hand_; }
+  /// Another hand does the operator's acts from now on; it must outlive the script.
+  void setHand(OperatorHand& hand) { hand_ = &hand; }
   /// "Name", or "Name(i)" for an element of a control array. Throws ScriptMistake.
   [[nodiscard]] lumodevice::toolkit::Control& control(const std::string& name);
   /// Puts a key area behind those of the front-panel picture. Throws ScriptMistake.
@@ -47,6 +51,8 @@ class Script {
   lumodevice::toolkit::EventLoop& loop_;
   Output& output_;
   Output& remarks_;
+  OperatorHand own_;
+  OperatorHand* hand_ = &own_;
   std::vector<lumodevice::devButton> keys_;
 };
 

@@ -163,7 +163,6 @@ class RestlessWidget : public QWidget {
     beat_.start();
   }
   int paints = 0;
-  int clicks = 0;
   qint64 longestGap = 0;
 
  protected:
@@ -173,7 +172,6 @@ class RestlessWidget : public QWidget {
     }
     since_.start();
   }
-  void mousePressEvent(QMouseEvent* /*event*/) override { ++clicks; }
 
  private:
   QTimer beat_;
@@ -189,6 +187,33 @@ TEST_F(OnQtLoop, aWindowIsRepaintedDuringAWait) {
   loop.sleep(400);
   EXPECT_GE(widget.paints, 8);
   EXPECT_LT(widget.longestGap, 50);
+}
+
+class ClickedWidget : public QWidget {
+ public:
+  int clicks = 0;
+
+ protected:
+  void mousePressEvent(QMouseEvent* /*event*/) override { ++clicks; }
+};
+
+TEST_F(OnQtLoop, noInputIsDeliveredDuringAWaitAndAllOfItAfterwards) {
+  ClickedWidget widget;
+  widget.show();
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(&widget));
+  QTimer::singleShot(20, [&widget] {
+    const QPointF at(5, 5);
+    const QPointF global = widget.mapToGlobal(at);
+    QWindowSystemInterface::handleMouseEvent(widget.windowHandle(), at, global, Qt::LeftButton,
+                                             Qt::LeftButton, QEvent::MouseButtonPress);
+  });
+  const std::clock_t before = std::clock();
+  loop.sleep(100);
+  const std::clock_t spent = std::clock() - before;
+  EXPECT_EQ(widget.clicks, 0);
+  EXPECT_LT(spent, CLOCKS_PER_SEC / 20) << "what waits keeps nobody busy";
+  loop.processEvents();
+  EXPECT_EQ(widget.clicks, 1);
 }
 
 TEST_F(OnQtLoop, aWaitEndsInTimeAlsoWhenTheProgramIsToldToQuit) {

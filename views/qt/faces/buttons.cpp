@@ -3,8 +3,12 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionButton>
+#include <QtWidgets/QStylePainter>
+#include <algorithm>
 
 #include "lumodevice/toolkit/hand.hpp"
+#include "views/qt/dress.hpp"
 #include "views/qt/faces/face.hpp"
 #include "views/qt/texts.hpp"
 
@@ -75,12 +79,54 @@ class CommandButtonFace : public ButtonFace<toolkit::CommandButton, QPushButton>
   }
 };
 
-class CheckBoxFace : public ButtonFace<toolkit::CheckBox, QCheckBox> {
+/// One that must not be overlooked is painted all over while it is ticked.
+class CheckWidget : public QCheckBox {
+ public:
+  using QCheckBox::QCheckBox;
+  void setWarning(bool warning) {
+    warning_ = warning;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (!warning_) {
+      QCheckBox::paintEvent(event);
+      return;
+    }
+    QStylePainter painter(this);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    if (isEnabled() && checkState() == Qt::Checked) {
+      constexpr double kRounding = 4;
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(alarmColour());
+      painter.drawRoundedRect(rect(), kRounding, kRounding);
+      option.palette.setColor(QPalette::WindowText, onAlarmColour());
+    } else if (isEnabled()) {
+      option.palette.setColor(QPalette::WindowText,
+                              window()->palette().color(QPalette::WindowText));
+    }
+    option.rect.adjust(kMargin, 0, 0, 0);
+    painter.drawControl(QStyle::CE_CheckBox, option);
+  }
+  [[nodiscard]] bool hitButton(const QPoint& position) const override {
+    return rect().contains(position);
+  }
+
+ private:
+  static constexpr int kMargin = 8;
+  bool warning_ = false;
+};
+
+class CheckBoxFace : public ButtonFace<toolkit::CheckBox, CheckWidget> {
  public:
   using ButtonFace::ButtonFace;
 
  protected:
   void drawValue() override {
+    button().setWarning(model().look().colorRole == toolkit::ColorRole::Warning);
     const bool greyed = model().value() == toolkit::CheckBox::kGreyed;
     button().setTristate(greyed);
     button().setCheckState(greyed                                          ? Qt::PartiallyChecked

@@ -79,6 +79,9 @@ class ComboBoxFace : public Face {
   ComboBoxFace(Stage& stage, toolkit::ComboBox& box, QWidget& parent)
       : ComboBoxFace(stage, box, *new ComboWidget(parent, [&stage, &box](toolkit::Key key) {
                        stage.act(box, [&box, key] { toolkit::hand::press(box, key); });
+                       if (key == toolkit::Key::Enter) {
+                         clickEntered(stage, box);
+                       }
                      })) {}
 
   void draw(Property property, int item) override {

@@ -1,5 +1,8 @@
+#include <QtGui/QPainter>
 #include <QtWidgets/QGroupBox>
+#include <QtWidgets/QStyle>
 
+#include "views/qt/dress.hpp"
 #include "views/qt/faces/face.hpp"
 #include "views/qt/texts.hpp"
 
@@ -7,33 +10,78 @@ namespace lumodevice::qt {
 
 namespace {
 
+/// A frame as a card with its caption within, the same in every style; one that is as wide as what
+/// it sits in is a page.
+class FrameWidget : public QGroupBox {
+ public:
+  FrameWidget(Stage& stage, QWidget& parent) : QGroupBox(&parent), stage_(stage) {
+    // It may lie over others, which then must not show through.
+    setAutoFillBackground(true);
+  }
+  void setPage(bool page) {
+    page_ = page;
+    update();
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    constexpr int kMargin = 180;
+    constexpr int kCaptionTop = 90;
+    constexpr double kRounding = 75;
+    QPainter painter(this);
+    if (!page_) {
+      painter.setRenderHint(QPainter::Antialiasing);
+      painter.setPen(edgeColour(palette()));
+      painter.setBrush(cardColour(palette()));
+      const double rounding = stage_.scale().pixels(kRounding);
+      painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), rounding, rounding);
+    }
+    QFont letters = font();
+    letters.setBold(true);
+    letters.setPointSizeF(letters.pointSizeF() * (page_ ? kPageCaption : 1));
+    painter.setFont(letters);
+    const int margin = stage_.scale().pixels(kMargin);
+    const int top = stage_.scale().pixels(page_ ? kMargin : kCaptionTop);
+    const QRect place(margin, top, width() - 2 * margin, painter.fontMetrics().height());
+    style()->drawItemText(&painter, place, Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic,
+                          palette(), isEnabled(), title(), QPalette::WindowText);
+  }
+
+ private:
+  static constexpr double kPageCaption = 1.3;
+
+  Stage& stage_;
+  bool page_ = false;
+};
+
 class FrameFace : public Face {
  public:
-  FrameFace(const toolkit::Frame& frame, QWidget& parent)
-      : FrameFace(frame, *new QGroupBox(&parent)) {}
+  FrameFace(Stage& stage, const toolkit::Frame& frame, QWidget& parent)
+      : FrameFace(frame, *new FrameWidget(stage, parent)) {}
 
   void draw(toolkit::Property property, int /*item*/) override {
     if (property == toolkit::Property::Caption) {
       drawAll();
     }
   }
-  void drawAll() override { box_.setTitle(marked(frame_.caption(), frame_.look().mnemonic)); }
-
- private:
-  FrameFace(const toolkit::Frame& frame, QGroupBox& box)
-      : Face(frame, box), frame_(frame), box_(box) {
-    // It may lie over others, which then must not show through.
-    box.setAutoFillBackground(true);
+  void drawAll() override {
+    const toolkit::Container* around = frame_.container();
+    box_.setPage(around != nullptr && around->place().width <= frame_.place().width);
+    box_.setTitle(marked(frame_.caption(), frame_.look().mnemonic));
   }
 
+ private:
+  FrameFace(const toolkit::Frame& frame, FrameWidget& box)
+      : Face(frame, box), frame_(frame), box_(box) {}
+
   const toolkit::Frame& frame_;
-  QGroupBox& box_;
+  FrameWidget& box_;
 };
 
 }  // namespace
 
-std::unique_ptr<Face> makeFrame(Stage& /*stage*/, toolkit::Frame& frame, QWidget& parent) {
-  return std::make_unique<FrameFace>(frame, parent);
+std::unique_ptr<Face> makeFrame(Stage& stage, toolkit::Frame& frame, QWidget& parent) {
+  return std::make_unique<FrameFace>(stage, frame, parent);
 }
 
 }  // namespace lumodevice::qt

@@ -4,25 +4,14 @@
 #include <optional>
 
 #include "lumodevice/toolkit/fields.hpp"
+#include "views/qt/faces/face.hpp"
 
 namespace lumodevice::qt {
 
 /// The key that fields know, if it is one and pressed by itself.
-[[nodiscard]] inline std::optional<toolkit::Key> fieldKey(const QKeyEvent& event) {
-  if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
-    return std::nullopt;
-  }
-  switch (event.key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-      return toolkit::Key::Enter;
-    case Qt::Key_Up:
-      return toolkit::Key::Up;
-    case Qt::Key_Down:
-      return toolkit::Key::Down;
-    default:
-      return std::nullopt;
-  }
-}
+[[nodiscard]] std::optional<toolkit::Key> fieldKey(const QKeyEvent& event);
+
+/// The Enter key in a field clicks the button that its look names; false where it names none.
+bool clickEntered(Stage& stage, const toolkit::Control& field);
 
 }  // namespace lumodevice::qt

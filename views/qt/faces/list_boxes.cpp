@@ -31,6 +31,7 @@ class ListWidget : public QListWidget {
   ListWidget(Stage& stage, toolkit::ListBox& list, QWidget& parent)
       : QListWidget(&parent), stage_(stage), list_(list) {
     setUniformItemSizes(true);
+    setSpacing(2);
     viewport()->setAcceptDrops(true);
     setDragDropMode(QAbstractItemView::DropOnly);
     setDropIndicatorShown(false);
