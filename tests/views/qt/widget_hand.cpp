@@ -77,7 +77,14 @@ bool WidgetHand::type(const toolkit::Control& control, std::string_view text) {
   if (text.empty()) {
     QTest::keyClick(&edit, Qt::Key_Delete);
   } else {
-    QTest::keyClicks(&edit, textOf(text));
+    for (const QChar letter : textOf(text)) {
+      constexpr char16_t kLastOnKeys = 0x7e;
+      if (letter.unicode() <= kLastOnKeys) {
+        QTest::keyClick(&edit, letter.toLatin1());
+      } else {
+        QTest::sendKeyEvent(QTest::Click, &edit, Qt::Key_unknown, letter, Qt::NoModifier);
+      }
+    }
   }
   edit.clearFocus();
   flush();

@@ -106,7 +106,7 @@ class CheckWidget : public QCheckBox {
       option.palette.setColor(QPalette::WindowText, onAlarmColour());
     } else if (isEnabled()) {
       option.palette.setColor(QPalette::WindowText,
-                              window()->palette().color(QPalette::WindowText));
+                              parentWidget()->palette().color(QPalette::WindowText));
     }
     option.rect.adjust(kMargin, 0, 0, 0);
     painter.drawControl(QStyle::CE_CheckBox, option);

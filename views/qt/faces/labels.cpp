@@ -1,6 +1,9 @@
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QStyle>
 #include <QtWidgets/QStylePainter>
+#include <functional>
+#include <utility>
 
 #include "lumodevice/toolkit/hand.hpp"
 #include "views/qt/faces/face.hpp"
@@ -10,7 +13,8 @@ namespace lumodevice::qt {
 
 namespace {
 
-/// A text that is too long for its place ends in dots.
+/// A text that is too long for its place ends in dots. QLabel itself would show the marks of a
+/// caption that leads nowhere.
 class LabelWidget : public QLabel {
  public:
   LabelWidget(QWidget& parent, std::function<void()> onClick)
@@ -23,14 +27,15 @@ class LabelWidget : public QLabel {
   }
 
  protected:
-  void paintEvent(QPaintEvent* event) override {
-    if (fontMetrics().horizontalAdvance(whole_) <= width()) {
-      QLabel::paintEvent(event);
-      return;
-    }
+  void paintEvent(QPaintEvent* /*event*/) override {
     QStylePainter painter(this);
-    const QString text = fontMetrics().elidedText(whole_, Qt::ElideRight, width());
-    painter.drawItemText(rect(), static_cast<int>(alignment()), palette(), isEnabled(), text,
+    const bool fits = fontMetrics().horizontalAdvance(whole_) <= width();
+    const bool underlined = style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0;
+    const int letter = !fits        ? Qt::TextSingleLine
+                       : underlined ? Qt::TextShowMnemonic
+                                    : Qt::TextHideMnemonic;
+    painter.drawItemText(rect(), static_cast<int>(alignment()) | letter, palette(), isEnabled(),
+                         fits ? text() : fontMetrics().elidedText(whole_, Qt::ElideRight, width()),
                          foregroundRole());
   }
   void mousePressEvent(QMouseEvent* event) override {

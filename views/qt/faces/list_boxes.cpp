@@ -47,7 +47,7 @@ class ListWidget : public QListWidget {
   void mouseMoveEvent(QMouseEvent* event) override {
     const int far = (event->position().toPoint() - pressedAt_).manhattanLength();
     if (pressed_ >= 0 && far >= QApplication::startDragDistance()) {
-      startDrag(std::exchange(pressed_, kNoItem));
+      dragItem(std::exchange(pressed_, kNoItem));
     }
   }
   void mouseReleaseEvent(QMouseEvent* event) override {
@@ -105,7 +105,7 @@ class ListWidget : public QListWidget {
     });
   }
 
-  void startDrag(int index) {
+  void dragItem(int index) {
     stage_.act(list_, [&list = list_, index, text = entry(index)] {
       if (index >= list.listCount() || list.list(index) != text) {
         list.confirm();

@@ -17,8 +17,8 @@ namespace lumodevice::qt {
 ///
 /// One alarm is set to the next due time; nothing polls. While the component waits, windows are
 /// repainted and the program's own timers tick, but nobody's input is delivered and none of the
-/// component's timers ticks; what the operator does meanwhile happens at its next pass. A program
-/// that has blocked the component's thread itself is repainted when it lets go of it.
+/// component's timers ticks; what the operator does meanwhile happens at its next pass. A VISA
+/// library that waits by itself, within viRead, holds the windows up for as long.
 ///
 /// Made, used and ended on the thread of the QApplication, while there is one.
 class LUMODEVICE_API QtLoop : public toolkit::EventLoop {
