@@ -14,10 +14,22 @@ using toolkit::Property;
 
 namespace {
 
-bool contains(const toolkit::Place& outer, const toolkit::Place& inner) {
-  return outer.left <= inner.left && outer.top <= inner.top &&
-         outer.left + outer.width >= inner.left + inner.width &&
-         outer.top + outer.height >= inner.top + inner.height;
+QRect rectOf(const toolkit::Place& place) {
+  return {place.left, place.top, place.width, place.height};
+}
+
+/// Whether the picture lies over a part of the control. Over a page it lies as over what sits
+/// there.
+bool touches(const toolkit::Pictured& picture, const Control& control) {
+  QRect place = rectOf(control.place());
+  const Control* beside = &control;
+  while (beside->container() != nullptr && beside->container() != picture.container()) {
+    beside = beside->container();
+    place.translate(beside->place().left, beside->place().top);
+  }
+  const bool inFront =
+      beside->container() == picture.container() && picture.zOrder() > beside->zOrder();
+  return inFront && !isPage(control) && place.intersects(rectOf(picture.place()));
 }
 
 }  // namespace
@@ -144,9 +156,8 @@ void FormView::Body::uncover() {
 bool FormView::Body::liesUnderPicture(const Control& control) const {
   return std::any_of(faces_.begin(), faces_.end(), [&control](const auto& other) {
     const auto* const picture = dynamic_cast<const toolkit::Pictured*>(other.first);
-    return picture != nullptr && picture->picture() && picture->visible() &&
-           picture->container() == control.container() && picture->zOrder() > control.zOrder() &&
-           contains(picture->place(), control.place());
+    return picture != nullptr && picture != &control && picture->picture() && picture->visible() &&
+           touches(*picture, control);
   });
 }
 

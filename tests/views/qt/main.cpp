@@ -3,9 +3,12 @@
 #include <QtWidgets/QStyleFactory>
 #include <gtest/gtest.h>
 
-/// Windows without a screen; the style and the font that a plain desktop has.
+/// Windows without a screen, unless a platform is named; the style and the font that a plain
+/// desktop has.
 int main(int argc, char** argv) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
   qputenv("QT_SCALE_FACTOR", "1");
   const QApplication application(argc, argv);
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));

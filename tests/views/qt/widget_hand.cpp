@@ -6,6 +6,7 @@
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QListWidget>
+#include <chrono>
 #include <stdexcept>
 
 namespace lumodevice::support {
@@ -133,18 +134,19 @@ bool WidgetHand::drag(const toolkit::ListBox& from, std::string_view text,
   const QPoint begin = source.visualItemRect(items.front()).center();
   const QPoint end = target.viewport()->rect().center();
   mouse(QEvent::MouseButtonPress, *source.viewport(), begin, true);
-  // The drag has a loop of its own, in which the mouse goes on.
-  QTimer::singleShot(0, &target, [&target, end] {
-    for (const QPoint& step : {end - QPoint(2, 2), end}) {
-      mouse(QEvent::MouseMove, *target.viewport(), step, true);
-    }
-    QTimer::singleShot(0, &target, [&target, end] {
-      mouse(QEvent::MouseButtonRelease, *target.viewport(), end, false);
-    });
+  // The drag has a loop of its own, in which the mouse goes on when the screen has heard of it.
+  constexpr std::chrono::milliseconds kStep{60};
+  QTimer::singleShot(kStep, &target, [&target, end] {
+    mouse(QEvent::MouseMove, *target.viewport(), end - QPoint(2, 2), true);
+  });
+  QTimer::singleShot(2 * kStep, &target,
+                     [&target, end] { mouse(QEvent::MouseMove, *target.viewport(), end, true); });
+  QTimer::singleShot(4 * kStep, &target, [&target, end] {
+    mouse(QEvent::MouseButtonRelease, *target.viewport(), end, false);
   });
   mouse(QEvent::MouseMove, *source.viewport(), begin + QPoint(0, 30), true);
   flush();
-  QTest::qWait(20);
+  QTest::qWait(static_cast<int>(kStep.count()));
   return true;
 }
 

@@ -65,8 +65,7 @@ class FrameFace : public Face {
     }
   }
   void drawAll() override {
-    const toolkit::Container* around = frame_.container();
-    box_.setPage(around != nullptr && around->place().width <= frame_.place().width);
+    box_.setPage(isPage(frame_));
     box_.setTitle(marked(frame_.caption(), frame_.look().mnemonic));
   }
 

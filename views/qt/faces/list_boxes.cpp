@@ -44,6 +44,8 @@ class ListWidget : public QListWidget {
     pressed_ = left && indexAt(event->position().toPoint()).isValid() ? currentRow() : kNoItem;
     pressedAt_ = event->position().toPoint();
   }
+  /// A drag may begin right after another one.
+  void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
   void mouseMoveEvent(QMouseEvent* event) override {
     const int far = (event->position().toPoint() - pressedAt_).manhattanLength();
     if (pressed_ >= 0 && far >= QApplication::startDragDistance()) {
