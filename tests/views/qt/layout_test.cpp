@@ -44,9 +44,12 @@ std::vector<const QWidget*> seen(const FormView& view, const toolkit::Surface& s
   return found;
 }
 
+/// A label without a text shows nothing, and a frame as wide as the form is the ground of others.
 bool isFilled(const QWidget& widget) {
   const auto* const label = qobject_cast<const QLabel*>(&widget);
-  return label == nullptr || !label->text().isEmpty();
+  const bool page = qobject_cast<const QGroupBox*>(&widget) != nullptr &&
+                    widget.width() == widget.parentWidget()->width();
+  return !page && (label == nullptr || !label->text().isEmpty());
 }
 
 std::string overlaps(const FormView& view, const std::vector<const QWidget*>& widgets) {
