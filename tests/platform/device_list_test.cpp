@@ -1,6 +1,8 @@
 #include "platform/posix/device_list.hpp"
 
+#include <algorithm>
 #include <fcntl.h>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -117,6 +119,30 @@ TEST_F(DeviceListTest, adviceNamesTheGroupThatMayUseADeviceElseItsOwner) {
   ASSERT_EQ(::chown(device.c_str(), 0, 0), 0);
   EXPECT_EQ(permissionAdviceForResource(resource, roots), "only root may use it");
   EXPECT_EQ(permissionAdviceForResource("USB0::1::2::SN2::INSTR", roots), "");
+}
+
+/// The rule of the package makes the links that are looked for here, and names the group that
+/// documents and messages name.
+TEST(UdevRule, makesLastingNamesAndNamesTheGroup) {
+  std::ifstream file(UDEV_RULES);
+  int usbtmc = 0;
+  int serial = 0;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('#') || line.empty()) {
+      continue;
+    }
+    const bool names = line.find("SYMLINK+=") != std::string::npos;
+    usbtmc += names && line.find("\"usbmisc\"") != std::string::npos &&
+                      line.find("=\"usbtmc/by-id/") != std::string::npos
+                  ? 1
+                  : 0;
+    serial += names && line.find("=\"serial/by-id/") != std::string::npos ? 1 : 0;
+    const std::size_t group = line.find("GROUP=");
+    EXPECT_TRUE(group == std::string::npos || line.substr(group).starts_with("GROUP=\"dialout\""));
+    EXPECT_EQ(std::ranges::count(line, '"') % 2, 0) << line;
+  }
+  EXPECT_EQ(usbtmc, 1);
+  EXPECT_EQ(serial, 1);
 }
 
 }  // namespace

@@ -83,7 +83,10 @@ Run prepare(CLI::App& parser) {
       parser, "FILE", *file,
       "Where to: a PNG for a name that ends in .png, else a Windows bitmap; - is standard output; "
       "on drive C: when it is absent");
-  return [file](Station& station) { return capture(station, *file); };
+  return [file](Station& station) {
+    checkPictureName(file->value_or(""));
+    return capture(station, *file);
+  };
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+#include <memory>
+
+#include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
 
@@ -5,12 +8,22 @@ namespace zanctl {
 
 namespace {
 
-ExitStatus connect(Station& station) {
+ExitStatus connect(Station& station, bool json) {
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  printConnection(station);
+  if (json) {
+    station.output().line(jsonLine(connectionObject(station)));
+  } else {
+    printConnection(station);
+  }
   return kDone;
+}
+
+Run prepare(CLI::App& parser) {
+  const auto json = std::make_shared<bool>(false);
+  addJson(parser, *json);
+  return [json](Station& station) { return connect(station, *json); };
 }
 
 }  // namespace
@@ -18,8 +31,8 @@ ExitStatus connect(Station& station) {
 const Command kConnect = {
     .name = "connect",
     .summary = "Search for an instrument; print link, identity and channels",
-    .usage = "",
-    .prepare = [](CLI::App& /*parser*/) -> Run { return connect; },
+    .usage = "[--json]",
+    .prepare = prepare,
 };
 
 }  // namespace zanctl

@@ -1,6 +1,8 @@
 #include "hosts/zanctl/commands/connection.hpp"
 
+#include <array>
 #include <optional>
+#include <vector>
 
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/station/search_report.hpp"
@@ -38,18 +40,26 @@ std::string linkText(Station& station, Link link) {
   return "VISA (" + origin + ") " + resource;
 }
 
-/// The identity with a blank behind each comma. The serial search does not keep it, so it is asked
-/// for.
-std::string identityText(Station& station) {
+/// The identity in its parts. The serial search does not keep it, so it is asked for.
+std::vector<std::string> identityParts(Station& station) {
   lumodevice::ZANCtrl& component = station.component();
   if (component.IDN().empty()) {
     component.SendCmd("*IDN?");
   }
   std::string identity = component.IDN().empty() ? component.ResultStr() : component.IDN();
   identity.erase(identity.find_last_not_of("\r\n") + 1);
+  std::vector<std::string> parts = text::Split(identity, ',');
+  for (std::string& part : parts) {
+    part = text::Trim(part);
+  }
+  return parts;
+}
+
+/// With a blank behind each comma.
+std::string identityText(Station& station) {
   std::string joined;
-  for (const std::string& part : text::Split(identity, ',')) {
-    joined += (joined.empty() ? "" : ", ") + text::Trim(part);
+  for (const std::string& part : identityParts(station)) {
+    joined += (joined.empty() ? "" : ", ") + part;
   }
   return escaped(joined);
 }
@@ -85,6 +95,37 @@ void printConnection(Station& station) {
   if (channels.listCount() == 0) {
     output.line("Channels:  none");
   }
+}
+
+Json connectionObject(Station& station) {
+  const Link link = station.options().link;
+  const bool serial = link == Link::Serial;
+  Json object = {{"link", serial                  ? "serial"
+                          : link == Link::VisaCom ? "visacom"
+                                                  : "visa"},
+                 {"origin", station.links().origin(link, chosenPort(station))},
+                 {"resource", nullptr},
+                 {"port", nullptr},
+                 {"baud", nullptr}};
+  if (serial) {
+    object["port"] = std::string(combo(station, "Combo1").text());
+    object["baud"] = static_cast<int>(text::Val(combo(station, "Combo2").text()));
+  } else {
+    object["resource"] = wireText(text::Trim(combo(station, "cmbVISARes").tag()));
+  }
+  constexpr std::array kParts = {"maker", "model", "serial_number", "firmware"};
+  const std::vector<std::string> parts = identityParts(station);
+  for (std::size_t i = 0; i < kParts.size(); ++i) {
+    object[kParts[i]] = i < parts.size() ? wireText(parts[i]) : Json();
+  }
+  const ComboBox& channels = combo(station, "cmbChannel");
+  object["channels"] = Json::array();
+  for (int i = 0; i < channels.listCount(); ++i) {
+    object["channels"].push_back(wireText(channels.list(i)));
+  }
+  object["channel"] =
+      channels.listIndex() < 0 ? Json() : wireText(channels.list(channels.listIndex()));
+  return object;
 }
 
 bool sendAndPrint(Station& station, const std::string& command) {

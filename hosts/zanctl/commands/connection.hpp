@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "hosts/zanctl/output/json_line.hpp"
 #include "hosts/zanctl/station/station.hpp"
 
 namespace zanctl {
@@ -16,6 +17,9 @@ namespace zanctl {
 
 /// Prints link, identity and channels of the connected instrument.
 void printConnection(Station& station);
+
+/// The same as an object.
+[[nodiscard]] Json connectionObject(Station& station);
 
 /// Sends a command and prints the answer when it is a query; false for a query without an answer.
 bool sendAndPrint(Station& station, const std::string& command);

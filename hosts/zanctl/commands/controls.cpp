@@ -2,7 +2,9 @@
 
 #include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/output/control_names.hpp"
 #include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/output/nearest.hpp"
 #include "hosts/zanctl/output/table.hpp"
 #include "hosts/zanctl/station/station.hpp"
 #include "lumodevice/toolkit/properties.hpp"
@@ -32,7 +34,10 @@ ExitStatus printControls(Station& station, const std::optional<std::string>& nam
     }
   }
   if (rows.size() == 1) {
-    throw Unusable("unknown control " + escaped(name.value_or("")) + " (see zanctl controls)");
+    const std::string unknown = name.value_or("");
+    throw Unusable("unknown control " + escaped(unknown) +
+                   didYouMean(unknown, namesOfControls(station.component().surface())) +
+                   " (see zanctl controls)");
   }
   station.output().write(alignedTable(rows));
   return kDone;

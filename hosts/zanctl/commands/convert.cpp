@@ -53,7 +53,10 @@ Run prepare(CLI::App& parser) {
   const auto files = std::make_shared<Files>();
   addArgument(parser, "DUMP", files->dump, "The dump; - is standard input");
   addArgument(parser, "FILE", files->picture, "The picture, as for capture");
-  return [files](Station& station) { return convert(station, *files); };
+  return [files](Station& station) {
+    checkPictureName(files->picture);
+    return convert(station, *files);
+  };
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
+#include "hosts/zanctl/output/json_line.hpp"
 #include "hosts/zanctl/output/table.hpp"
 #include "hosts/zanctl/station/station.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
@@ -89,6 +90,7 @@ struct Options {
   std::optional<std::string> file;
   /// A file of the wrong size is sent, too.
   bool force = false;
+  bool json = false;
 };
 
 /// No memory file comes near it.
@@ -129,11 +131,18 @@ std::string changedAt(const fs::path& file) {
   return stamp.data();
 }
 
-void list(Output& output, const WorkingFolder& folder) {
+void list(Output& output, const WorkingFolder& folder, bool json) {
   std::vector<Row> rows{{"What", "Bytes", "Changed", "File"}};
   const auto add = [&](std::string_view what, std::string_view name) {
     const fs::path file = folder.place(name);
     const auto size = sizeOf(file);
+    if (json) {
+      output.line(jsonLine({{"what", what},
+                            {"bytes", size ? Json(*size) : Json()},
+                            {"changed", size ? Json(changedAt(file)) : Json()},
+                            {"file", file.string()}}));
+      return;
+    }
     rows.push_back({std::string(what), size ? std::to_string(*size) : "none",
                     size ? changedAt(file) : "", file.string()});
   };
@@ -146,7 +155,9 @@ void list(Output& output, const WorkingFolder& folder) {
   for (const OtherFile& other : kOtherFiles) {
     add(other.what, other.name);
   }
-  output.write(alignedTable(rows));
+  if (!json) {
+    output.write(alignedTable(rows));
+  }
 }
 
 // ---- get
@@ -278,7 +289,7 @@ const Kind& kindOf(const Options& options) {
 
 ExitStatus runFiles(Station& station, const Options& options) {
   if (options.action == "list" && !options.kind) {
-    list(station.output(), WorkingFolder(station));
+    list(station.output(), WorkingFolder(station), options.json);
     return kDone;
   }
   if (options.action == "get") {
@@ -306,6 +317,7 @@ Run prepare(CLI::App& parser) {
   addArgument(parser, "FILE", options->file,
               "Where to or where from; - is a standard stream; on drive C: when it is absent");
   parser.add_flag("--force", options->force, "Send a file of the wrong size, too");
+  addJson(parser, options->json);
   return [options](Station& station) { return runFiles(station, *options); };
 }
 
@@ -314,7 +326,7 @@ Run prepare(CLI::App& parser) {
 const Command kFiles = {
     .name = "files",
     .summary = "Save and send the instrument's memory files",
-    .usage = "list | get KIND [FILE] | [--force] send KIND [FILE]",
+    .usage = "list [--json] | get KIND [FILE] | [--force] send KIND [FILE]",
     .prepare = prepare,
     .transfers = true,
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hosts/zanctl/output/control_names.hpp"
 #include "lumodevice/form/panel_surface.hpp"
 
 namespace zanctl {
@@ -29,14 +30,7 @@ Offer offerFor(const Placeholder& placeholder) {
 }
 
 std::vector<std::string> controlNames() {
-  const lumodevice::form::PanelSurface panel;
-  std::vector<std::string> names;
-  for (const auto& control : panel.controls()) {
-    if (std::ranges::find(names, control->name()) == names.end()) {
-      names.emplace_back(control->name());
-    }
-  }
-  return names;
+  return namesOfControls(lumodevice::form::PanelSurface());
 }
 
 std::string joined(const std::vector<std::string>& words) {

@@ -12,6 +12,10 @@ namespace zanctl {
 /// Whether a file of that name is to be a PNG file: it ends in ".png", in any case.
 [[nodiscard]] bool namesPng(std::string_view name);
 
+/// Throws Unusable for a name that asks for a picture of another kind, as one that ends in ".jpg":
+/// a bitmap under such a name would be read by no other program.
+void checkPictureName(std::string_view name);
+
 /// The bytes of a PNG file; `picture` is not empty.
 [[nodiscard]] std::string pngFile(const lumodevice::toolkit::Picture& picture);
 

@@ -9,6 +9,7 @@
 
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
+#include "hosts/zanctl/output/nearest.hpp"
 #include "hosts/zanctl/script/values.hpp"
 #include "lumodevice/members.hpp"
 
@@ -106,7 +107,11 @@ std::span<const Member> members() {
 const Member& findMember(std::string_view name) {
   const auto found = std::ranges::find(members(), name, &Member::name);
   if (found == members().end()) {
-    throw ScriptMistake("unknown member " + escaped(name));
+    std::vector<std::string> names;
+    for (const Member& member : members()) {
+      names.emplace_back(member.name);
+    }
+    throw ScriptMistake("unknown member " + escaped(name) + didYouMean(name, names));
   }
   return *found;
 }

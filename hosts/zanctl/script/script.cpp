@@ -6,7 +6,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "hosts/zanctl/output/control_names.hpp"
 #include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/output/nearest.hpp"
 #include "hosts/zanctl/script/numbers.hpp"
 #include "hosts/zanctl/script/words.hpp"
 
@@ -19,7 +21,11 @@ namespace toolkit = lumodevice::toolkit;
 const Instruction& findInstruction(const std::string& name) {
   const auto found = std::ranges::find(instructions(), name, &Instruction::name);
   if (found == instructions().end()) {
-    throw ScriptMistake("unknown instruction " + escaped(name));
+    std::vector<std::string> names;
+    for (const Instruction& instruction : instructions()) {
+      names.emplace_back(instruction.name);
+    }
+    throw ScriptMistake("unknown instruction " + escaped(name) + didYouMean(name, names));
   }
   return *found;
 }
@@ -84,7 +90,10 @@ toolkit::Control& Script::control(const std::string& name) {
   const auto namesake = std::ranges::find_if(
       surface.controls(), [&](const auto& candidate) { return candidate->name() == plain; });
   if (namesake == surface.controls().end()) {
-    throw ScriptMistake("unknown control " + escaped(name));
+    // An index that is none is not a matter of the name.
+    const bool named = plain.find('(') == std::string::npos;
+    throw ScriptMistake("unknown control " + escaped(name) +
+                        (named ? didYouMean(plain, namesOfControls(surface)) : ""));
   }
   throw ScriptMistake((*namesake)->index()
                           ? plain + " is a control array without the element " + escaped(name) +

@@ -127,6 +127,31 @@ TEST_F(Program, controlsOfAnUnknownNameSaysWhereTheNamesAre) {
   const Ended ended = simulate({"controls", "cmdNothing"});
   EXPECT_EQ(ended.status, kUnusable);
   EXPECT_EQ(ended.errors, "zanctl: unknown control cmdNothing (see zanctl controls)\n");
+  EXPECT_EQ(simulate({"controls", "cmdsendcmd"}).errors,
+            "zanctl: unknown control cmdsendcmd; did you mean cmdSendCmd? (see zanctl controls)\n");
+}
+
+TEST_F(Program, connectAsJsonIsOneObject) {
+  const Ended visa = simulate({"connect", "--json"});
+  EXPECT_EQ(visa.status, kDone);
+  EXPECT_EQ(visa.output,
+            R"({"link":"visa","origin":"simulated",)"
+            R"("resource":"USB0::0x5A41::0x0200::SIM00001::INSTR","port":null,"baud":null,)"
+            R"("maker":"Ostbrook Instruments","model":"ZAN63200","serial_number":"SIM00001",)"
+            R"("firmware":"1.02.3","channels":["CH1-2021L","CH2-2021R","CH3-2040","CH4-2040",)"
+            R"("CH5-2041","CH6-2050","CH7-2030"],"channel":"CH1-2021L"})"
+            "\n");
+  EXPECT_THAT(simulate({"connect", "--json", "--link", "serial"}).output,
+              StartsWith(R"({"link":"serial","origin":"simulated","resource":null,"port":"COM3",)"
+                         R"("baud":9600,"maker":"Ostbrook Instruments",)"));
+}
+
+TEST_F(Program, ofAWrongNameInAScriptTheNearestRightOneIsNamed) {
+  EXPECT_EQ(mistake("get isConected"), "unknown member isConected; did you mean isConnected?");
+  EXPECT_EQ(mistake("click cmdSendCnd"), "unknown control cmdSendCnd; did you mean cmdSendCmd?");
+  EXPECT_EQ(mistake("set txtInptu(3).Text 1"),
+            "unknown control txtInptu(3); did you mean txtInput?");
+  EXPECT_EQ(mistake("clik cmdSendCmd"), "unknown instruction clik; did you mean click?");
 }
 
 TEST_F(Program, aScriptComesFromAFile) {

@@ -238,5 +238,24 @@ TEST_F(Transfers, aTerminalSeesWhatGoesOnAndNothingOfItStays) {
   EXPECT_THAT(ended.errors, EndsWith(" s\r\x1B[K"));
 }
 
+TEST_F(Transfers, aPictureOfAnotherKindIsRefusedBeforeTheInstrumentIsAsked) {
+  const Ended ended = simulate({"--trace", "-", "capture", file("x.JPG")});
+  EXPECT_EQ(ended.status, kUnusable);
+  EXPECT_EQ(ended.errors, "zanctl: cannot write " + file("x.JPG") + ": a picture is a PNG (" +
+                              file("x") + ".png) or a Windows bitmap (" + file("x") + ".bmp)\n");
+  EXPECT_EQ(simulate({"convert", file("none"), file("a.jpeg")}).status, kUnusable);
+  EXPECT_FALSE(std::filesystem::exists(file("x.JPG")));
+}
+
+TEST_F(Transfers, aListAsJsonIsAnObjectAFile) {
+  const std::string drive = file("c");
+  EXPECT_EQ(simulate({"--drive-c", drive, "files", "get", "system"}).status, kDone);
+  const Ended ended = simulate({"--drive-c", drive, "files", "list", "--json"});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_THAT(ended.output,
+              StartsWith(R"({"what":"sequence","bytes":null,"changed":null,"file":")"));
+  EXPECT_THAT(ended.output, HasSubstr(R"({"what":"system","bytes":5580,"changed":"20)"));
+}
+
 }  // namespace
 }  // namespace zanctl

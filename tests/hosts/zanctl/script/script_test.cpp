@@ -211,9 +211,9 @@ TEST_F(ScriptTest, aMistakeEndsItAndIsReportedWithItsLine) {
 
 TEST_F(ScriptTest, namesThatDoNotExistAreReported) {
   EXPECT_EQ(mistake("frobnicate"), "unknown instruction frobnicate");
-  EXPECT_EQ(mistake("GET IDN"), "unknown instruction GET");
+  EXPECT_EQ(mistake("GET IDN"), "unknown instruction GET; did you mean get?");
   EXPECT_EQ(mistake("\"\""), "unknown instruction ");
-  EXPECT_EQ(mistake("get isconnected"), "unknown member isconnected");
+  EXPECT_EQ(mistake("get isconnected"), "unknown member isconnected; did you mean isConnected?");
   EXPECT_EQ(mistake("put Nothing 1"), "unknown member Nothing");
   EXPECT_EQ(mistake("call Nothing"), "unknown member Nothing");
   EXPECT_EQ(mistake("get Text2"), "Text2 is a control; write get Text2.PROPERTY");

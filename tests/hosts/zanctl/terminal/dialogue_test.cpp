@@ -29,6 +29,12 @@ class DialogueTest : public testing::Test {
     words.emplace_back("run");
     return {words, environment};
   }
+  /// What stands in front of the next prompt, at which it edits the line.
+  static std::string beforePrompt(TerminalSession& session) {
+    std::string shown = session.until(kPrompt);
+    session.untilItEdits();
+    return shown;
+  }
   [[nodiscard]] std::string history() const {
     std::ifstream file(home.path() / ".local/state/lumodevice/history");
     return {std::istreambuf_iterator<char>(file), {}};
@@ -37,15 +43,15 @@ class DialogueTest : public testing::Test {
 
 TEST_F(DialogueTest, runsEachLineAndStaysAfterAMistake) {
   TerminalSession session = start();
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("help"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("help"));
   session.type("call AutoConnect\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nTrue\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nTrue\r\n"));
   session.type("get NoMember\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nunknown member NoMember\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nunknown member NoMember\r\n"));
   session.type("get isConnected\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nTrue\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nTrue\r\n"));
   session.type("help\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("Instructions, one a line:"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("Instructions, one a line:"));
   session.type("quit\n");
   EXPECT_EQ(session.end(), 0);
   EXPECT_TRUE(session.isAsAShellExpects());
@@ -53,15 +59,15 @@ TEST_F(DialogueTest, runsEachLineAndStaysAfterAMistake) {
 
 TEST_F(DialogueTest, completesInstructionsMembersAndControls) {
   TerminalSession session = start();
-  session.until(kPrompt);
+  beforePrompt(session);
   session.type("get cmdSendCm\t");
   EXPECT_THAT(session.until("d."), EndsWith("d.")) << "what is drawn is what is new";
   session.type("Caption\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nSend Command\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nSend Command\r\n"));
   session.type("pri\t\"a b\"\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\na b\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\na b\r\n"));
   session.type("call Auto\t\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nTrue\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nTrue\r\n"));
   session.type("click cmdSet(2\t");
   EXPECT_THAT(session.until("cmdSet(28)"), HasSubstr("cmdSet(20)  cmdSet(21)"));
 }
@@ -69,36 +75,35 @@ TEST_F(DialogueTest, completesInstructionsMembersAndControls) {
 TEST_F(DialogueTest, endsWithCtrlDAndKeepsItsHistory) {
   {
     TerminalSession session = start();
-    session.until(kPrompt);
+    beforePrompt(session);
     session.type("print once\n");
-    EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nonce\r\n"));
+    EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nonce\r\n"));
     session.type("\x04");
     EXPECT_EQ(session.end(), 0);
     EXPECT_TRUE(session.isAsAShellExpects());
   }
   EXPECT_THAT(history(), HasSubstr("once"));
   TerminalSession again = start();
-  again.until(kPrompt);
+  beforePrompt(again);
   again.type("\x1B[A\n");
-  EXPECT_THAT(again.until(kPrompt), HasSubstr("\r\nonce\r\n"));
+  EXPECT_THAT(beforePrompt(again), HasSubstr("\r\nonce\r\n"));
 }
 
 TEST_F(DialogueTest, givesALineUpWithCtrlC) {
   TerminalSession session = start();
-  session.until(kPrompt);
+  beforePrompt(session);
   session.type("print never");
   session.until("never");
   session.type("\x03");
-  EXPECT_THAT(session.until(kPrompt), Not(HasSubstr("\nnever")));
+  EXPECT_THAT(beforePrompt(session), Not(HasSubstr("\nnever")));
   session.type("print \"still here\"\n");
-  EXPECT_THAT(session.until(kPrompt), HasSubstr("\r\nstill here\r\n"));
+  EXPECT_THAT(beforePrompt(session), HasSubstr("\r\nstill here\r\n"));
   EXPECT_THAT(history(), Not(HasSubstr("never")));
 }
 
 TEST_F(DialogueTest, leavesTheTerminalAsItWasWhenItIsEndedAtThePrompt) {
   TerminalSession session = start();
-  session.until(kPrompt);
-  EXPECT_FALSE(session.isAsAShellExpects()) << "it edits lines";
+  beforePrompt(session);
   session.signal(SIGTERM);
   EXPECT_EQ(session.end(), -1);
   EXPECT_TRUE(session.isAsAShellExpects());

@@ -98,6 +98,13 @@ std::string TerminalSession::until(const std::string& text) {
   return shown_.substr(from, seen_ - from);
 }
 
+void TerminalSession::untilItEdits() const {
+  const auto end = Clock::now() + kPatience;
+  while (isAsAShellExpects() && Clock::now() < end) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
 int TerminalSession::end() {
   const auto last = Clock::now() + kPatience;
   int status = 0;

@@ -27,6 +27,9 @@ class TerminalSession {
   std::string until(const std::string& text);
   [[nodiscard]] const std::string& shown() const { return shown_; }
   void signal(int number) const { ::kill(program_, number); }
+  /// Waits until the program edits the line that is typed, ten seconds at most: keys that come
+  /// before are the terminal's.
+  void untilItEdits() const;
   /// Waits for the program's end, ten seconds at most: its exit status, -1 when it does not end in
   /// order.
   int end();
