@@ -26,7 +26,8 @@ if(LUMODEVICE_WITH_QT)
   install(TARGETS ${delivered_qt} EXPORT LumoDeviceQtTargets
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endif()
-install(TARGETS zansim_visa LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# Loaded by its path, like any VISA library; nothing links with it.
+install(TARGETS zansim_visa LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/lumodevice)
 install(TARGETS zanctl zansim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(TARGET zanpanel)
   install(TARGETS zanpanel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -65,15 +66,37 @@ if(LUMODEVICE_WITH_QT)
   install(EXPORT LumoDeviceQtTargets NAMESPACE LumoDevice:: DESTINATION ${package_folder})
 endif()
 
-# For pkg-config, which tells where its file lies.
+# For pkg-config, which tells where its files lie.
 file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
-configure_file(cmake/lumodevice.pc.in lumodevice.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/lumodevice.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(name lumodevice lumodevice-simulator)
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
+
+# What shells complete command lines with.
+set(LUMODEVICE_ZSH_COMPLETIONS share/zsh/site-functions CACHE STRING "Folder of zsh's functions, under the prefix")
+if(NOT CMAKE_CROSSCOMPILING)
+  set(completions ${PROJECT_BINARY_DIR}/completions)
+  file(MAKE_DIRECTORY ${completions})
+  foreach(shell bash zsh fish)
+    add_custom_command(OUTPUT ${completions}/${shell} DEPENDS zanctl VERBATIM
+      COMMAND zanctl --completion ${shell} > ${completions}/${shell})
+  endforeach()
+  add_custom_target(completions ALL DEPENDS ${completions}/bash ${completions}/zsh ${completions}/fish)
+  install(FILES ${completions}/bash DESTINATION share/bash-completion/completions RENAME zanctl)
+  install(FILES ${completions}/zsh DESTINATION ${LUMODEVICE_ZSH_COMPLETIONS} RENAME _zanctl)
+  install(FILES ${completions}/fish DESTINATION share/fish/vendor_completions.d RENAME zanctl.fish)
+endif()
+
+# Who may use instruments on USB, and their lasting names.
+if(CMAKE_SYSTEM_NAME STREQUAL Linux)
+  install(FILES platform/posix/70-lumodevice.rules DESTINATION lib/udev/rules.d)
+endif()
 
 install(FILES docs/man/zanctl.1 docs/man/zansim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES README.md LICENSE CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN man EXCLUDE)
+install(FILES docs/installed/README.md LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN man EXCLUDE PATTERN installed EXCLUDE)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN examples/CMakeLists.txt EXCLUDE)
 
 # The examples of this tree find the targets of this tree.

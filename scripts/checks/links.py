@@ -17,7 +17,7 @@ HEADING = re.compile(r"^#{1,6} (.+)$", re.MULTILINE)
 FENCED = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
 
 # Paths elsewhere that look like ours.
-NOT_OF_THE_TREE = {"lumodevice/drive_c", "lumodevice/history"}
+NOT_OF_THE_TREE = {"lumodevice/drive_c", "lumodevice/history", "lumodevice/libzansim_visa.so"}
 
 
 def prose(text):
