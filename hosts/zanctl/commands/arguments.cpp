@@ -33,8 +33,8 @@ void addArgument(CLI::App& parser, const std::string& name, std::vector<std::str
   parser.add_option(name, words, help)->type_name(kNoType)->required();
 }
 
-void addJson(CLI::App& parser, bool& json) {
-  parser.add_flag("--json", json, "One JSON object a line");
+CLI::Option* addJson(CLI::App& parser, bool& json) {
+  return parser.add_flag("--json", json, "One JSON object a line");
 }
 
 }  // namespace zanctl

@@ -6,7 +6,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace zanctl {
 
@@ -25,6 +26,6 @@ void addArgument(CLI::App& parser, const std::string& name, std::vector<std::str
                  const std::string& help);
 
 /// Adds `--json` to a command that prints one object a line then. The flag must live as long.
-void addJson(CLI::App& parser, bool& json);
+CLI::Option* addJson(CLI::App& parser, bool& json);
 
 }  // namespace zanctl

@@ -1,3 +1,4 @@
+#include <CLI/App.hpp>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/output/picture_files.hpp"
+#include "hosts/zanctl/output/preview.hpp"
 #include "hosts/zanctl/station/station.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/transfer/working_files.hpp"
@@ -34,8 +36,22 @@ std::optional<Picture> pictureIn(const std::string& bitmap) {
   }
 }
 
+struct Options {
+  std::optional<std::string> file;
+  bool show = false;
+};
+
+/// On a terminal, in its colours or in characters.
+void show(Station& station, const Picture& picture) {
+  constexpr int kStep = 5;  // 64 characters by 24 lines
+  Output& output = station.output();
+  const bool colours = station.options().trueColour && output.isTerminal();
+  output.write((colours ? preview : previewInShades)(picture, kStep, ""));
+}
+
 /// Into the file, or where the component would leave it on drive C:.
-ExitStatus capture(Station& station, const std::optional<std::string>& file) {
+ExitStatus capture(Station& station, const Options& options) {
+  const std::optional<std::string>& file = options.file;
   auto outside = file ? roomFor(*file, kBitmapRoom, station.output()) : std::nullopt;
   const Link link = station.options().link;
   const WorkingFolder folder(station);
@@ -74,18 +90,25 @@ ExitStatus capture(Station& station, const std::optional<std::string>& file) {
   } else {
     tellSaved(*picture, place, station.output());
   }
+  if (options.show) {
+    show(station, *picture);
+  }
   return kDone;
 }
 
 Run prepare(CLI::App& parser) {
-  const auto file = std::make_shared<std::optional<std::string>>();
+  const auto options = std::make_shared<Options>();
   addArgument(
-      parser, "FILE", *file,
+      parser, "FILE", options->file,
       "Where to: a PNG for a name that ends in .png, else a Windows bitmap; - is standard output; "
       "on drive C: when it is absent");
-  return [file](Station& station) {
-    checkPictureName(file->value_or(""));
-    return capture(station, *file);
+  parser.add_flag("--show", options->show, "Draw it on the terminal, too");
+  return [options](Station& station) {
+    if (options->show && options->file == kStandardStream) {
+      throw WrongCommandLine("--show draws where - puts the picture");
+    }
+    checkPictureName(options->file.value_or(""));
+    return capture(station, *options);
   };
 }
 
@@ -94,7 +117,7 @@ Run prepare(CLI::App& parser) {
 const Command kCapture = {
     .name = "capture",
     .summary = "Connect and save the instrument's screen",
-    .usage = "[FILE]",
+    .usage = "[--show] [FILE]",
     .prepare = prepare,
     .transfers = true,
 };

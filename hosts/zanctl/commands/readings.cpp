@@ -10,9 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/output/json_line.hpp"
 #include "hosts/zanctl/output/table.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/controls.hpp"
@@ -34,6 +36,7 @@ struct Options {
   int count = 1;     ///< rounds; 0: until the program is ended
   int every = 1000;  ///< milliseconds from the start of one round to that of the next
   bool csv = false;
+  bool json = false;
 };
 
 /// What a channel is asked for, and what it is called in a table and in a file.
@@ -112,7 +115,7 @@ Row readChannel(Station& station, const Options& options, bool& complete) {
     station.component().SendCmd(kReadings[i].query);
     std::string field;
     if (const auto number = numberIn(station.component().ResultStr())) {
-      const bool word = i == kLoad && !options.csv;
+      const bool word = i == kLoad && !options.csv && !options.json;
       field = word ? (text::Val(*number) == 0 ? "off" : "on") : *number;
     } else {
       complete = false;
@@ -144,6 +147,18 @@ std::string joined(const Row& row) {
   return line;
 }
 
+/// The answers of a channel as `--json` prints them: numbers under the names of the columns, the
+/// load's state as a truth value, null for an answer that is none.
+std::string jsonOf(const std::string& stamp, const Channel& channel, const Row& answers) {
+  Json object = {{"time", stamp}, {"channel", wireText(channel.name)}};
+  for (std::size_t i = 0; i < kReadings.size(); ++i) {
+    const Json number = wireNumber(answers[i]);
+    object[std::string(kReadings[i].column)] =
+        i == kLoad && !number.is_null() ? Json(number != 0) : number;
+  }
+  return jsonLine(object);
+}
+
 /// Nothing is sent where no channel is meant, or one beyond the ninth.
 void select(Station& station, int channel, int& selected) {
   if (selected != channel && channel >= 1 && channel <= kLastChannel) {
@@ -164,18 +179,21 @@ bool readRound(Station& station, const Options& options, const std::vector<Chann
     select(station, channel.number, selected);
     const std::string stamp = timeStamp(station.wallClock().now());
     Row row = readChannel(station, options, complete);
+    if (options.json) {
+      station.output().line(jsonOf(stamp, channel, row));
+    }
     row.insert(row.begin(), escaped(channel.name));
     if (options.csv) {
       row.insert(row.begin(), stamp);
       station.output().line(joined(row));
-    } else {
+    } else if (!options.json) {
       table.push_back(std::move(row));
     }
     if (station.output().closed()) {
       return complete;
     }
   }
-  if (!options.csv) {
+  if (!options.csv && !options.json) {
     station.output().write(alignedTable(table));
   }
   return complete;
@@ -242,7 +260,9 @@ Run prepare(CLI::App& parser) {
   parser.add_option("--every", options->every, "From one round to the next, 1000 when not given")
       ->type_name("MS")
       ->check(CLI::Range(0, kLongestPeriod));
-  parser.add_flag("--csv", options->csv, "Comma-separated values with time stamps");
+  CLI::Option* const csv =
+      parser.add_flag("--csv", options->csv, "Comma-separated values with time stamps");
+  addJson(parser, options->json)->excludes(csv);
   return [options](Station& station) { return takeReadings(station, *options); };
 }
 
@@ -251,7 +271,7 @@ Run prepare(CLI::App& parser) {
 const Command kReadings = {
     .name = "readings",
     .summary = "Connect and print voltage, current, power and load of each channel",
-    .usage = "[--channel N] [--count N] [--every MS] [--csv]",
+    .usage = "[--channel N] [--count N] [--every MS] [--csv] [--json]",
     .prepare = prepare,
 };
 

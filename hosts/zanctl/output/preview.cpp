@@ -1,5 +1,8 @@
 #include "hosts/zanctl/output/preview.hpp"
 
+#include <algorithm>
+#include <vector>
+
 namespace zanctl {
 
 namespace {
@@ -52,14 +55,22 @@ std::string preview(const Picture& picture, int step, std::string_view indent) {
 
 std::string previewInShades(const Picture& picture, int step, std::string_view indent) {
   constexpr std::string_view kShades = " .:-=+*#%@";
-  constexpr int kBrightest = 3 * 255;
-  std::string lines;
+  std::vector<std::vector<int>> rows;
+  int brightest = 1;
   for (int top = 0; top + 2 * step <= picture.height(); top += 2 * step) {
-    std::string line(indent);
+    rows.emplace_back();
     for (int left = 0; left + step <= picture.width(); left += step) {
       const Mean mean = meanColour(picture, left, top, step, 2 * step);
-      const auto brightness = static_cast<std::size_t>(mean.red + mean.green + mean.blue);
-      line += kShades[brightness * (kShades.size() - 1) / kBrightest];
+      rows.back().push_back(mean.red + mean.green + mean.blue);
+      brightest = std::max(brightest, rows.back().back());
+    }
+  }
+  std::string lines;
+  for (const std::vector<int>& row : rows) {
+    std::string line(indent);
+    for (const int brightness : row) {
+      line += kShades[static_cast<std::size_t>(brightness) * (kShades.size() - 1) /
+                      static_cast<std::size_t>(brightest)];
     }
     line.erase(line.find_last_not_of(' ') + 1);
     lines += line + '\n';

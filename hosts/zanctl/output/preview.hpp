@@ -13,8 +13,8 @@ namespace zanctl {
 [[nodiscard]] std::string preview(const lumodevice::toolkit::Picture& picture, int step,
                                   std::string_view indent);
 
-/// The same in characters from blank to "@", brighter points in denser ones, for a terminal without
-/// colours.
+/// The same in characters from blank to "@", the brightest of the picture in "@", for a terminal
+/// without colours.
 [[nodiscard]] std::string previewInShades(const lumodevice::toolkit::Picture& picture, int step,
                                           std::string_view indent);
 

@@ -52,6 +52,9 @@ std::optional<int> takeIndex(std::string& name) {
   return index;
 }
 
+/// As some editors begin a file.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 
 /// The next line without its end; no more of it than shows that it is too long. False at the end.
@@ -133,6 +136,9 @@ ExitStatus Script::run(std::istream& lines, const std::string& file) {
     try {
       if (line.size() > kLongestLine) {
         throw ScriptMistake("the line has more than " + std::to_string(kLongestLine) + " bytes");
+      }
+      if (number == 1 && line.starts_with(kByteOrderMark)) {
+        line.erase(0, kByteOrderMark.size());
       }
       perform(line);
     } catch (const ScriptMistake& mistake) {

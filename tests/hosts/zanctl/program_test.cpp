@@ -162,6 +162,12 @@ TEST_F(Program, aScriptComesFromAFile) {
   EXPECT_EQ(ended.errors, file("a.zan") + ":2: unknown member Nothing\n");
 }
 
+TEST_F(Program, aScriptMayBeginWithAByteOrderMark) {
+  EXPECT_EQ(simulate({"run"}, "\xEF\xBB\xBFprint 1\r\nprint 2\r\n").output, "1\n2\n");
+  EXPECT_EQ(mistake("\xEF\xBB\xBF\xEF\xBB\xBFprint 1"),
+            "unknown instruction \\xEF\\xBB\\xBFprint; did you mean print?");
+}
+
 TEST_F(Program, aScriptComesFromStandardInputWhenNoneIsNamed) {
   EXPECT_EQ(simulate({"run"}, "print 1\n").output, "1\n");
   EXPECT_EQ(simulate({"run", "-"}, "print 1\n").output, "1\n");

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "hosts/zanctl/output/json_line.hpp"
 #include "tests/hosts/zanctl/program_fixture.hpp"
 
 namespace zanctl {
@@ -61,6 +62,20 @@ TEST_F(Readings, asCsvStartWithAHeaderThatNamesTheUnits) {
                                        "[.][0-9]{3}[+-][0-9]{2}:[0-9]{2},CH1-2021L,"
                                        "[0-9.]+,[0-9.]+,[0-9.]+,[01]"));
   }
+}
+
+TEST_F(Readings, asJsonAreAnObjectAChannelAndRound) {
+  const Ended ended = simulate({"readings", "--json", "--channel", "1", "--count", "2"});
+  EXPECT_EQ(ended.status, kDone);
+  const auto lines = linesOf(ended.output);
+  ASSERT_EQ(lines.size(), 2U) << ended.output;
+  const Json object = Json::parse(lines[1]);
+  EXPECT_EQ(object["channel"], "CH1-2021L");
+  EXPECT_NEAR(object["voltage_V"].get<double>(), 12.6, 0.1);
+  EXPECT_EQ(object["current_A"], 0.0);
+  EXPECT_EQ(object["load"], false);
+  EXPECT_THAT(object["time"].get<std::string>(), HasSubstr("T"));
+  EXPECT_EQ(simulate({"readings", "--json", "--csv"}).status, kWrongCommandLine);
 }
 
 TEST_F(Readings, areTakenWhenTheirRoundIsDue) {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <fstream>
@@ -255,6 +256,20 @@ TEST_F(Transfers, aListAsJsonIsAnObjectAFile) {
   EXPECT_THAT(ended.output,
               StartsWith(R"({"what":"sequence","bytes":null,"changed":null,"file":")"));
   EXPECT_THAT(ended.output, HasSubstr(R"({"what":"system","bytes":5580,"changed":"20)"));
+}
+
+TEST_F(Transfers, aCapturedScreenIsDrawnAsTheTerminalCan) {
+  const Ended plain = simulate({"capture", "--show", file("a.png")});
+  EXPECT_EQ(plain.status, kDone);
+  EXPECT_EQ(std::ranges::count(plain.output, '\n'), 1 + 24);
+  EXPECT_THAT(plain.output, HasSubstr("@"));
+  EXPECT_EQ(plain.output.find('\x1B'), std::string::npos);
+  outputGoesToATerminal = true;
+  variables["COLORTERM"] = "truecolor";
+  EXPECT_THAT(simulate({"capture", "--show", file("a.png")}).output, HasSubstr("\x1B[38;2;"));
+  variables["NO_COLOR"] = "1";
+  EXPECT_EQ(simulate({"capture", "--show", file("a.png")}).output, plain.output);
+  EXPECT_EQ(simulate({"capture", "--show", "-"}).status, kWrongCommandLine);
 }
 
 }  // namespace
