@@ -1,10 +1,15 @@
 // What a whole run of the terminal host costs: wall time and peak memory of a connect to the
 // simulated instrument on virtual time, against a C++ program that does nothing.
 //
-// Usage: process_bench ZANCTL EMPTY_PROGRAM
+// And what a query costs to somebody at a shell: wall time of zanctl that asks an instrument on a
+// loopback socket, against a program of one connect, one send and one receive.
+//
+// Usage: process_bench ZANCTL EMPTY_PROGRAM RAW_CLIENT
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
 #include <string>
@@ -14,6 +19,8 @@
 #include <vector>
 
 #include "bench/table.hpp"
+#include "platform/system_clock.hpp"
+#include "simulator/links/server.hpp"
 
 namespace {
 
@@ -50,11 +57,50 @@ Cost run(const std::vector<std::string>& words) {
           static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
+/// A simulated load on a loopback socket, in a process of its own.
+class LoadOnSocket {
+ public:
+  LoadOnSocket() : port_(server_.listenTcp(0)), child_(fork()) {
+    while (child_ == 0) {
+      server_.step(std::chrono::milliseconds(1000));
+    }
+  }
+  ~LoadOnSocket() {
+    kill(child_, SIGKILL);
+    waitpid(child_, nullptr, 0);
+  }
+  LoadOnSocket(const LoadOnSocket&) = delete;
+  LoadOnSocket& operator=(const LoadOnSocket&) = delete;
+  [[nodiscard]] std::string port() const { return std::to_string(port_); }
+
+ private:
+  zansim::Instrument instrument_;
+  lumodevice::platform::SystemClock clock_;
+  zansim::Server server_{instrument_, clock_};
+  std::uint16_t port_;
+  pid_t child_;
+};
+
+void queryOnSocket(const std::string& zanctl, const std::string& rawClient) {
+  const LoadOnSocket load;
+  const std::string resource = "TCPIP0::127.0.0.1::" + load.port() + "::SOCKET";
+  std::vector<double> ours;
+  std::vector<double> raw;
+  for (int i = 0; i < kRuns; ++i) {
+    ours.push_back(run({zanctl, "--resource", resource, "send", "*IDN?"}).milliseconds);
+    raw.push_back(run({rawClient, load.port(), "*IDN?"}).milliseconds);
+  }
+  bench::printHead("ms");
+  bench::printRatio("zanctl --resource TCPIP0::... send '*IDN?', wall time", bench::median(ours),
+                    bench::median(raw), 1.5);
+  std::printf("  (aim: under 50 ms)\n");
+}
+
 }  // namespace
 
 int main(int count, char** words) {
-  if (count != 3) {
-    std::fputs("usage: process_bench ZANCTL EMPTY_PROGRAM\n", stderr);
+  if (count != 4) {
+    std::fputs("usage: process_bench ZANCTL EMPTY_PROGRAM RAW_CLIENT\n", stderr);
     return 2;
   }
   const std::vector<std::string> connect = {words[1], "connect", "--simulate", "--virtual-time"};
@@ -79,4 +125,5 @@ int main(int count, char** words) {
   std::printf("  %.2f ms above the empty program (aim: at most 2 ms)\n", connectTime - nothingTime);
   bench::printHead("MB");
   bench::printRatio("the same, peak memory", connectMemory, nothingMemory, 8 / nothingMemory);
+  queryOnSocket(words[1], words[3]);
 }

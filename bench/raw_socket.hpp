@@ -5,6 +5,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <span>
+#include <string>
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -45,6 +46,21 @@ class RawSocket {
     if (line.find('?') != std::string_view::npos) {
       (void)!recv(descriptor_, buffer, sizeof buffer, 0);
     }
+  }
+
+  /// One line.
+  [[nodiscard]] std::string ask(std::string_view line) const {
+    (void)!send(descriptor_, line.data(), line.size(), 0);
+    std::string answer;
+    char piece[256];
+    while (!answer.ends_with('\n')) {
+      const ssize_t count = recv(descriptor_, piece, sizeof piece, 0);
+      if (count <= 0) {
+        break;
+      }
+      answer.append(piece, static_cast<std::size_t>(count));
+    }
+    return answer;
   }
 
  private:

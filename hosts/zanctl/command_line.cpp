@@ -19,6 +19,8 @@ namespace zanctl {
 namespace {
 
 constexpr int kLastPort = 16;
+constexpr int kLongestWaitUnit = 65535;
+constexpr std::string_view kPortName = "com";
 
 struct NamedLink {
   std::string_view name;
@@ -116,7 +118,7 @@ std::string environmentHelp() {
                     {"TERM", "\"dumb\": no line of progress, no colours, no editing of lines"}},
                    "  ") +
          "\nOptions come before or behind the command. Exit status: 0 done, 1 failed,\n"
-         "2 wrong command line.";
+         "2 wrong command line, 3 a load that was to be switched off may still be on.";
 }
 
 /// "; did you mean --simulate?" for the first of the words that nobody expected.
@@ -164,6 +166,17 @@ class Parser {
         ->type_name("DIR");
     app_.add_option("--link", link_, "Link to choose before the command runs")
         ->type_name("visa|visacom|serial");
+    app_.add_option("--resource", line_.options.resource,
+                    "Instrument to connect to: a VISA resource, a serial number, COMn, a device")
+        ->type_name("ADDRESS");
+    app_.add_flag("--observe", observe_,
+                  "Send nothing but queries and the choice of a channel; say what was held back");
+    app_.add_flag("--operate", operate_,
+                  "Let a command operate that else only watches, or connects watching");
+    app_.add_option("--wait", line_.options.wait,
+                    "Wait unit, 200 when not given: an answer has seven of them to come")
+        ->type_name("MS")
+        ->check(CLI::Range(1, kLongestWaitUnit));
     app_.add_flag("--virtual-time", line_.options.virtualTime,
                   "Let waits and timers run on a clock that jumps instead of sleeping");
     app_.add_flag("--interleaved", interleaved_,
@@ -204,6 +217,8 @@ class Parser {
     StationOptions& options = line_.options;
     options.ports = parsePorts(ports_);
     options.link = link();
+    options.watching = watching();
+    options.sendsNothing = observe_;
     if (interleaved_) {
       options.exchanges = lumodevice::Exchanges::Interleaved;
     }
@@ -212,19 +227,46 @@ class Parser {
   }
 
  private:
+  [[nodiscard]] Watching watching() const {
+    if (observe_ && operate_) {
+      throw WrongCommandLine("--observe and --operate are the opposite of each other");
+    }
+    if (observe_) {
+      return Watching::All;
+    }
+    return operate_ ? Watching::Nothing : line_.command->watching;
+  }
+
+  /// An address names its link; COMn and devices are serial.
+  [[nodiscard]] bool addressIsSerial() const {
+    const std::string address = line_.options.resource.value_or("");
+    return address.starts_with('/') || (address.size() <= kPortName.size() + 2 &&
+                                        CLI::detail::to_lower(address).starts_with(kPortName));
+  }
+
   /// The link that was named, else one that will do for the command.
   [[nodiscard]] Link link() const {
     const bool transfers = line_.command->transfers;
-    if (link_.empty()) {
+    const bool named = !link_.empty();
+    if (line_.options.resource) {
+      if (named && addressIsSerial() != (parseLink(link_) == Link::Serial)) {
+        throw WrongCommandLine("--resource " + *line_.options.resource +
+                               " is not reached over --link " + link_);
+      }
+      if (addressIsSerial()) {
+        return Link::Serial;
+      }
+    }
+    if (!named) {
       return transfers ? Link::VisaCom : Link::Visa;
     }
-    const Link named = parseLink(link_);
-    if (transfers && named == Link::Visa) {
+    const Link chosen = parseLink(link_);
+    if (transfers && chosen == Link::Visa) {
       throw WrongCommandLine(
           "the VISA library link carries no memory files and no pictures; take --link visacom or "
           "--link serial");
     }
-    return named;
+    return chosen;
   }
 
   [[nodiscard]] std::string completionScript() const {
@@ -252,6 +294,8 @@ class Parser {
   std::string link_;
   std::string completion_;
   bool interleaved_ = false;
+  bool observe_ = false;
+  bool operate_ = false;
 };
 
 }  // namespace

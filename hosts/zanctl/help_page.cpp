@@ -37,7 +37,8 @@ std::string HelpPage::make_subcommand(const CLI::App* command) const {
 std::string CommandHelpPage::make_usage(const CLI::App* /*app*/, std::string /*name*/) const {
   std::string usage = "Usage: zanctl [OPTIONS] ";
   usage.append(command_.name).append(command_.usage.empty() ? "" : " ").append(command_.usage);
-  return joined(wrapped(usage, kPageWidth), "\n         ") + "\n";
+  const std::string indent(9, ' ');
+  return joined(wrapped(usage, kPageWidth - indent.size()), "\n" + indent) + "\n";
 }
 
 }  // namespace zanctl

@@ -11,7 +11,8 @@ constexpr std::chrono::milliseconds kBreath{5};
 }  // namespace
 
 LoadOnSocket::LoadOnSocket()
-    : resource_("TCPIP0::127.0.0.1::" + std::to_string(server_.listenTcp(0)) + "::SOCKET") {
+    : port_(server_->listenTcp(0)),
+      resource_("TCPIP0::127.0.0.1::" + std::to_string(port_) + "::SOCKET") {
   start();
 }
 
@@ -32,9 +33,17 @@ void LoadOnSocket::healthy() {
 void LoadOnSocket::vanish() {
   with([this](zansim::Instrument& instrument) {
     instrument.faults.add("vanish=0");
-    while (server_.clients() > 0) {
-      server_.step(kBreath);
+    while (server_->clients() > 0) {
+      server_->step(kBreath);
     }
+  });
+}
+
+void LoadOnSocket::comeBack() {
+  with([this](zansim::Instrument& instrument) {
+    instrument.faults.clear();
+    server_.emplace(instrument, clock_);
+    (void)server_->listenTcp(port_);
   });
 }
 
@@ -42,7 +51,7 @@ void LoadOnSocket::start() {
   stop_ = false;
   thread_ = std::thread([this] {
     while (!stop_) {
-      server_.step(kBreath);
+      server_->step(kBreath);
     }
   });
 }

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "platform/posix/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
@@ -31,6 +34,8 @@ class LoadOnSocket {
   void healthy();
   /// Closes its end of every connection, and listens no more.
   void vanish();
+  /// Listens again at the same address, without a fault.
+  void comeBack();
 
  private:
   void start();
@@ -38,7 +43,8 @@ class LoadOnSocket {
 
   zansim::Instrument instrument_;
   lumodevice::platform::SystemClock clock_;
-  zansim::Server server_{instrument_, clock_};
+  std::optional<zansim::Server> server_{std::in_place, instrument_, clock_};
+  std::uint16_t port_;
   std::string resource_;
   std::atomic<bool> stop_ = false;
   std::thread thread_;

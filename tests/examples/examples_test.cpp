@@ -1,7 +1,9 @@
+#include <csignal>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "tests/end_to_end/socket_bench.hpp"
 #include "tests/support/child_program.hpp"
 
 namespace lumodevice::support {
@@ -106,6 +108,28 @@ TEST(OwnLoop, showsAnInformationBoxUntilEnter) {
               HasSubstr("[Error:Device has not sent back some data yet!] Enter goes on\n"
                         ":NOSUCH? -> \n"));
   EXPECT_THAT(ended.output, HasSubstr(":CHAN? -> 1\n"));
+}
+
+TEST(Reconnecting, oneGoesAndComesBackWhileTheOtherGoesOn) {
+  end_to_end::LoadOnSocket left;
+  end_to_end::LoadOnSocket right;
+  ChildProgram child(RECONNECTING, {left.resource(), right.resource()});
+  const auto lineOf = [&](const std::string& beginning) {
+    for (std::string line = child.line(); !line.empty(); line = child.line()) {
+      if (line.starts_with(beginning)) {
+        return line;
+      }
+    }
+    return std::string("nothing");
+  };
+  EXPECT_THAT(lineOf("left: 1"), HasSubstr(" V"));
+  left.vanish();
+  EXPECT_EQ(lineOf("left: lost"), "left: lost, the instrument has gone: :FETC:VOLT?");
+  EXPECT_THAT(lineOf("right: 1"), HasSubstr(" V"));
+  left.comeBack();
+  EXPECT_EQ(lineOf("left: back"), "left: back");
+  EXPECT_THAT(lineOf("left: 1"), HasSubstr(" V"));
+  EXPECT_EQ(child.end(SIGTERM), -1);
 }
 
 TEST(OwnLoop, tellsWhatIsWrongWithAVisaLibrary) {

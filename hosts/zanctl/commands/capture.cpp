@@ -120,6 +120,7 @@ const Command kCapture = {
     .usage = "[--show] [FILE]",
     .prepare = prepare,
     .transfers = true,
+    .watching = Watching::Connect,
 };
 
 }  // namespace zanctl

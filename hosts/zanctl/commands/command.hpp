@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "hosts/zanctl/output/mistake.hpp"
+#include "hosts/zanctl/station/watching.hpp"
 
 namespace CLI {
 class App;
@@ -31,6 +32,8 @@ struct Command {
   bool temporaryDrive = false;
   /// Needs a link that carries memory files and pictures; the VISA library link does not.
   bool transfers = false;
+  /// Unless the command line says otherwise.
+  Watching watching = Watching::Nothing;
 };
 
 }  // namespace zanctl

@@ -33,6 +33,7 @@ const Command kConnect = {
     .summary = "Search for an instrument; print link, identity and channels",
     .usage = "[--json]",
     .prepare = prepare,
+    .watching = Watching::All,
 };
 
 }  // namespace zanctl

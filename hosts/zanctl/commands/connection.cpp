@@ -64,6 +64,36 @@ std::string identityText(Station& station) {
   return escaped(joined);
 }
 
+/// A connect that leaves the instrument as it is, for a command that operates.
+class ConnectWatching {
+ public:
+  explicit ConnectWatching(Station& station)
+      : component_(station.component()), before_(component_.observing()) {
+    component_.observing(before_ || station.options().watching == Watching::Connect);
+  }
+  ~ConnectWatching() { component_.observing(before_); }
+  ConnectWatching(const ConnectWatching&) = delete;
+  ConnectWatching& operator=(const ConnectWatching&) = delete;
+
+ private:
+  lumodevice::ZANCtrl& component_;
+  bool before_;
+};
+
+/// A search takes the last of several instruments; whoever wanted another one has to know.
+void listOthers(Station& station) {
+  const ComboBox& found = combo(station, "cmbVISARes");
+  if (station.options().link == Link::Serial || found.listCount() < 2) {
+    return;
+  }
+  station.errors().line("zanctl: " + std::to_string(found.listCount()) +
+                        " instruments found; choose one with --resource:");
+  for (int i = 0; i < found.listCount(); ++i) {
+    const bool taken = found.list(i) == found.text();
+    station.errors().line((taken ? "  > " : "    ") + escaped(found.list(i)));
+  }
+}
+
 }  // namespace
 
 std::string_view transferAdvice(Link link) {
@@ -72,15 +102,35 @@ std::string_view transferAdvice(Link link) {
              : "see with --trace - what came";
 }
 
-bool connectOrExplain(Station& station) {
+bool connectOrExplain(Station& station, lumodevice::Panel panel) {
   const Activity activity(station.progress(), "searching");
   const auto report = reportSearch(station.component().surface(), station.progress());
-  if (station.component().AutoConnect()) {
+  const ConnectWatching watching(station);
+  const auto& resource = station.options().resource;
+  lumodevice::ZANCtrl& component = station.component();
+  if (resource ? component.connectTo(*resource, panel) : component.AutoConnect()) {
+    listOthers(station);
     return true;
   }
-  station.errors().line("zanctl: no ZAN instrument found: " +
-                        station.links().advice(station.options().link));
+  const lumodevice::Failure failure = component.failure();
+  if (resource) {
+    station.errors().line("zanctl: cannot connect to " + escaped(*resource) + ": " +
+                          escaped(failure.sentence));
+  } else if (failure.kind == lumodevice::FailureKind::Vanished) {
+    station.errors().line("zanctl: " + escaped(station.lossText()));
+  } else {
+    station.errors().line("zanctl: no ZAN instrument found: " +
+                          station.links().advice(station.options().link));
+  }
   return false;
+}
+
+bool lostLink(Station& station) {
+  if (station.component().isConnected()) {
+    return false;
+  }
+  station.errors().line("zanctl: " + escaped(station.lossText()));
+  return true;
 }
 
 void printConnection(Station& station) {

@@ -8,9 +8,14 @@
 
 namespace zanctl {
 
-/// Connects on the chosen link. When nothing is found, says so in one line on `errors` together
-/// with what to try, and returns false.
-[[nodiscard]] bool connectOrExplain(Station& station);
+/// Connects on the chosen link, to the instrument that the command line names or to any. When that
+/// fails, says in one line on `errors` why and what to try, and returns false. Several instruments
+/// are listed there.
+[[nodiscard]] bool connectOrExplain(Station& station,
+                                    lumodevice::Panel panel = lumodevice::Panel::ReadBack);
+
+/// True when the link is lost; why is said on `errors`, in one line.
+[[nodiscard]] bool lostLink(Station& station);
 
 /// What to try after a memory file or a picture that did not come over that link.
 [[nodiscard]] std::string_view transferAdvice(Link link);

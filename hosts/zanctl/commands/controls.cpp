@@ -57,6 +57,7 @@ const Command kControls = {
     .summary = "Print a table of every control of the panel, or of one",
     .usage = "[CONTROL]",
     .prepare = prepare,
+    .watching = Watching::All,
 };
 
 }  // namespace zanctl

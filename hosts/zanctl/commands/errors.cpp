@@ -43,6 +43,7 @@ const Command kErrors = {
     .summary = "Connect, print the instrument's error queue and so empty it",
     .usage = "[--json]",
     .prepare = prepare,
+    .watching = Watching::All,
 };
 
 }  // namespace zanctl

@@ -329,6 +329,7 @@ const Command kFiles = {
     .usage = "list [--json] | get KIND [FILE] | [--force] send KIND [FILE]",
     .prepare = prepare,
     .transfers = true,
+    .watching = Watching::Connect,
 };
 
 }  // namespace zanctl

@@ -153,6 +153,7 @@ const Command kList = {
     .summary = "List serial ports, USB instruments and what VISA finds",
     .usage = "[--json]",
     .prepare = prepare,
+    .watching = Watching::All,
 };
 
 }  // namespace zanctl

@@ -4,6 +4,7 @@
 
 #include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
+#include "hosts/zanctl/commands/load_off.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/script/completions.hpp"
 #include "hosts/zanctl/script/dialogue.hpp"
@@ -61,17 +62,23 @@ Run prepare(CLI::App& parser) {
               "The script; - is standard input. Without it instructions are typed at a prompt, "
               "or read from standard input where that is no terminal");
   parser.footer(scriptHelp);
-  return [file](Station& station) {
-    if (!*file && station.streams().atTerminal) {
-      return talkAtTerminal(station);
-    }
-    return runScript(station, file->value_or(std::string(kStandardStream)));
+  const auto off = addOffAtEnd(parser);
+  return [file, off](Station& station) {
+    const auto act = [&] {
+      if (!*file && station.streams().atTerminal) {
+        return talkAtTerminal(station);
+      }
+      return runScript(station, file->value_or(std::string(kStandardStream)));
+    };
+    return *off ? switchingOff(station, 0, act) : act();
   };
 }
 
 }  // namespace
 
-const Command kRun = {
-    .name = "run", .summary = "Run a host script", .usage = "[FILE]", .prepare = prepare};
+const Command kRun = {.name = "run",
+                      .summary = "Run a host script",
+                      .usage = "[--off-at-end] [FILE]",
+                      .prepare = prepare};
 
 }  // namespace zanctl

@@ -10,6 +10,8 @@ enum ExitStatus : int {
   kFailed = 1,
   kWrongCommandLine = 2,
   kUnusable = 2,
+  /// What was to be switched off at the end could not be.
+  kLoadMayBeOn = 3,
   /// The reader of the output is gone: what a shell reports for a program that a closed pipe ended.
   kOutputClosed = 141,
 };

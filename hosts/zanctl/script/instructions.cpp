@@ -7,6 +7,7 @@
 #include "hosts/zanctl/script/numbers.hpp"
 #include "hosts/zanctl/script/script.hpp"
 #include "hosts/zanctl/script/values.hpp"
+#include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/properties.hpp"
 #include "lumodevice/toolkit/surface.hpp"
 
@@ -197,6 +198,15 @@ void wait(Script& script, Script::Words words) {
   script.loop().runFor(std::chrono::nanoseconds(std::llround(*milliseconds * 1e6)));
 }
 
+/// The last answer, without the blanks around it.
+void expect(Script& script, Script::Words words) {
+  const std::string answer = lumodevice::text::Trim(script.component().ResultStr());
+  if (answer != words[0]) {
+    throw ScriptMistake("expected " + escaped(words[0]) + ", the answer is " +
+                        (answer.empty() ? "none" : escaped(answer)));
+  }
+}
+
 void print(Script& script, Script::Words words) {
   script.output().line(escaped(words[0]));
 }
@@ -219,6 +229,8 @@ constexpr std::array kInstructions = {
     Instruction{"area", "NAME X1 Y1 X2 Y2", "adds a key area to the front-panel picture", area},
     Instruction{"press", "BUTTON SHIFT X Y", "presses the mouse on the front-panel picture", press},
     Instruction{"wait", "MS", "lets the timers tick for so many milliseconds", wait},
+    Instruction{"expect", "TEXT",
+                "ends the script, in status 1, unless the last answer is the text", expect},
     Instruction{"print", "TEXT", "prints the text", print},
 };
 

@@ -1,6 +1,7 @@
 #include "hosts/zanctl/station/station.hpp"
 
 #include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/station/interruption.hpp"
 #include "hosts/zanctl/station/watched_loop.hpp"
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/toolkit/hand.hpp"
@@ -34,8 +35,12 @@ Station::Station(const StationOptions& options, const Streams& streams)
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
       drive_(options.driveC.value_or("")),
       stagedDrive_(options.driveInMemory ? nullptr : &drive_) {
-  passes_ = loop_->observePasses([this] { progress_.show(loop_->now()); });
+  passes_ = loop_->observePasses([this] {
+    Interruption::check();
+    progress_.show(loop_->now());
+  });
   sleeps_ = loop_->observeSleeps([this](std::int32_t milliseconds) {
+    Interruption::check();
     progress_.show(loop_->now());
     // In turn a wait is many short looks whether the answer is there.
     if (trace_ && options_.exchanges == lumodevice::Exchanges::Interleaved) {
@@ -61,7 +66,22 @@ Station::Station(const StationOptions& options, const Streams& streams)
                        .drive = stagedDrive_,
                        .wallClock = *wallClock_,
                        .informationBox = [this](std::string_view text) { showBox(text); },
-                       .exchanges = options.exchanges});
+                       .exchanges = options.exchanges,
+                       .observing = options.watching == Watching::All,
+                       .address = options.resource.value_or("")});
+  heldBack_ = component_->observeHeldBack([this](const std::string& command) {
+    errors_.line("zanctl: observing, not sent: " + escaped(command));
+  });
+  connects_ = component_->surface().observe(
+      [this](const toolkit::Control& /*control*/, toolkit::Property property, int) {
+        everConnected_ =
+            everConnected_ || (property == toolkit::Property::Enabled && component_->isConnected());
+      });
+  losses_ =
+      component_->observeLinkLost([this](const lumodevice::Failure& why) { loss_ = why.sentence; });
+  if (options.wait) {
+    component_->waitUnit(*options.wait);
+  }
   choose(options.link);
 }
 
@@ -71,7 +91,10 @@ std::unique_ptr<toolkit::EventLoop> Station::makeLoop() {
   if (options_.virtualTime) {
     return std::make_unique<toolkit::VirtualLoop>();
   }
-  return std::make_unique<WatchedLoop>([this] { progress_.show(loop_->now()); });
+  return std::make_unique<WatchedLoop>([this] {
+    Interruption::check();
+    progress_.show(loop_->now());
+  });
 }
 
 void Station::watchBlocks() {
@@ -106,7 +129,8 @@ void Station::showBox(std::string_view text) {
 }
 
 void Station::choose(Link link) {
-  if (link != Link::Visa) {
+  // The address of a serial port chooses its link itself, and touches no other port.
+  if (link == Link::VisaCom || (link == Link::Serial && !options_.resource)) {
     toolkit::hand::click(component_->surface().get<toolkit::OptionButton>(
         link == Link::Serial ? "optConnRS232" : "optVisa2"));
   }

@@ -3,6 +3,7 @@
 #include <iosfwd>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "hosts/zanctl/links/block_watch.hpp"
 #include "hosts/zanctl/links/links.hpp"
@@ -38,6 +39,12 @@ class Station {
   [[nodiscard]] const StationOptions& options() const { return options_; }
   [[nodiscard]] lumodevice::ZANCtrl& component() { return *component_; }
   [[nodiscard]] lumodevice::toolkit::EventLoop& loop() { return *loop_; }
+  /// There has been a link to an instrument.
+  [[nodiscard]] bool everConnected() const { return everConnected_; }
+  /// Why the link was lost last: "link lost: the instrument has gone".
+  [[nodiscard]] std::string lossText() const { return "link lost: " + loss_; }
+  /// The link is lost in so far as nothing is answered over it.
+  void noteSilence() { loss_ = rowOf(lumodevice::FailureKind::NoAnswer).sentence; }
   [[nodiscard]] Links& links() { return *links_; }
   [[nodiscard]] lumodevice::platform::FolderDrive& drive() { return drive_; }
   /// The same drive, as the component sees it.
@@ -79,6 +86,11 @@ class Station {
   std::unique_ptr<lumodevice::ZANCtrl> component_;
   lumodevice::toolkit::Subscription passes_;
   lumodevice::toolkit::Subscription sleeps_;
+  lumodevice::toolkit::Subscription heldBack_;
+  lumodevice::toolkit::Subscription connects_;
+  lumodevice::toolkit::Subscription losses_;
+  bool everConnected_ = false;
+  std::string loss_ = "there is no link";
 };
 
 }  // namespace zanctl

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "hosts/zanctl/links/link_options.hpp"
+#include "hosts/zanctl/station/watching.hpp"
 #include "lumodevice/host.hpp"
 
 namespace zanctl {
@@ -23,6 +24,14 @@ struct StationOptions : LinkOptions {
   lumodevice::Exchanges exchanges = lumodevice::Exchanges::InTurn;
   /// The link whose options are clicked before the command runs.
   Link link = Link::Visa;
+  /// The instrument to connect to, as ZANCtrl::connectTo takes it; none: any that is found.
+  std::optional<std::string> resource;
+  /// How much of what the command does only watches.
+  Watching watching = Watching::Nothing;
+  /// By the wish of the command line, whatever the command is.
+  bool sendsNothing = false;
+  /// The wait unit in milliseconds; none: that of the component.
+  std::optional<int> wait;
   /// A file, or "-" for standard error.
   std::optional<std::string> trace;
 };
