@@ -66,6 +66,8 @@ class Instrument {
   /// Only questions go out: whatever would change something is held back.
   void setObserving(bool observing);
   [[nodiscard]] bool observing() const;
+  /// The link was lost and is tried again by itself.
+  [[nodiscard]] bool retrying() const { return retryAt_.has_value(); }
   /// Ends a discharge that runs. True when the instrument has said that the load is off.
   [[nodiscard]] bool switchOff();
   /// It waits for its instrument, or an information box stands there: it must not go yet.

@@ -462,14 +462,18 @@ void InstrumentPage::finished(const QString& text, bool good) {
   }
 }
 
+void InstrumentPage::beginTransfer() {
+  transferring_ = true;
+  transferred_ = expected_ = 0;
+  transferHead_.clear();
+  transfer_->setRange(0, 0);
+  transfer_->show();
+}
+
 void InstrumentPage::takeScreen(bool toFile) {
   bool taken = false;
   wait([&] {
-    transferring_ = true;
-    transferred_ = expected_ = 0;
-    transferHead_.clear();
-    transfer_->setRange(0, 0);
-    transfer_->show();
+    beginTransfer();
     taken = instrument_->load().GetBMPFile();
   });
   QImage screen;
@@ -496,11 +500,7 @@ void InstrumentPage::saveMemoryFile(int which) {
   const MemoryFile& memory = kMemoryFiles.at(static_cast<std::size_t>(which));
   const auto before = readFile(instrument_->drive(), memory.place);
   wait([&] {
-    transferring_ = true;
-    transferred_ = expected_ = 0;
-    transferHead_.clear();
-    transfer_->setRange(0, 0);
-    transfer_->show();
+    beginTransfer();
     memory.get(instrument_->load());
   });
   const auto content = readFile(instrument_->drive(), memory.place);
@@ -546,7 +546,7 @@ void InstrumentPage::sendSystemFile() {
 }
 
 bool InstrumentPage::mayLeave() {
-  if (busy_ > 0) {
+  if (asking_) {
     return false;
   }
   const ChannelRecord* const channel = instrument_->monitor().current();
@@ -557,7 +557,10 @@ bool InstrumentPage::mayLeave() {
     return true;
   }
   const QString name = QString::fromStdString(instrument_->monitor().channel());
-  switch (askAboutLoad(this, name, instrument_->discharge().underWay())) {
+  asking_ = true;
+  const Leaving answer = askAboutLoad(this, name, instrument_->discharge().underWay());
+  asking_ = false;
+  switch (answer) {
     case Leaving::Stay:
       return false;
     case Leaving::LeaveOn:

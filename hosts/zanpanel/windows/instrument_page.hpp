@@ -73,6 +73,7 @@ class InstrumentPage : public QWidget {
   void refreshStatus();
   void toggleRecording(bool on);
   void setMark();
+  void beginTransfer();
   void takeScreen(bool toFile);
   void saveMemoryFile(int which);
   void sendSystemFile();
@@ -108,6 +109,7 @@ class InstrumentPage : public QWidget {
   QString heldBack_;
   bool observing_ = false;
   bool connected_ = false;
+  bool asking_ = false;
   bool transferring_ = false;
   qsizetype transferred_ = 0;
   qsizetype expected_ = 0;

@@ -257,6 +257,8 @@ void ReadOuts::showAlarm() {
   if (monitor.linkLost()) {
     text = instrument_.load().isConnected()
                ? tr("LINK LOST: the instrument does not answer. The load stays as it was.")
+           : instrument_.retrying()
+               ? tr("LINK LOST, trying again. The load stays as it was.")
                : tr("LINK CLOSED: these are the last readings. The load stays as it was.");
   } else if (discharge.state() == Discharge::State::Unsure) {
     text = QString::fromStdString(discharge.outcome());
