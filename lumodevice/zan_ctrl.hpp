@@ -21,7 +21,7 @@ namespace lumodevice {
 enum class LinkKind : std::int16_t { NotConnected = 0, Serial = 1, Visa = 2 };
 
 /// An answer that the auto query got, as it came but for its line end.
-struct Reading {
+struct LUMODEVICE_API Reading {
   /// ":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?", ":LOAD?" or ":SYST:ERR?".
   std::string_view query;
   std::string_view answer;
