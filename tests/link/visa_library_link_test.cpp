@@ -4,7 +4,11 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
+#include "lumodevice/form/controls.hpp"
 #include "lumodevice/io/forwarding_visa.hpp"
+#include "lumodevice/link/gate.hpp"
+#include "lumodevice/link/reports.hpp"
+#include "lumodevice/toolkit/event_loop.hpp"
 
 namespace lumodevice::link {
 namespace {
@@ -28,12 +32,22 @@ class EndlessVisa : public io::ForwardingVisa {
   std::size_t bytes_;
 };
 
+/// A link over a library, and what it stands on.
+struct LinkOver {
+  explicit LinkOver(io::Visa& visa) : link(visa, gate) {}
+  toolkit::VirtualLoop loop;
+  form::Controls form{loop};
+  Reports reports{form.panel};
+  Gate gate{form.panel, reports, false};
+  VisaLibraryLink link;
+};
+
 TEST(VisaLibraryLink, aDripIsLookedAtInTurnsAndNotReadToItsEnd) {
   for (const std::size_t bytes : {1U, 79U, 80U}) {
     EndlessVisa visa(bytes);
-    VisaLibraryLink link(visa);
+    LinkOver over(visa);
     std::string received;
-    EXPECT_EQ(link.readOn(received), Reading::Waiting);
+    EXPECT_EQ(over.link.readOn(received), Reading::Waiting);
     EXPECT_LE(visa.reads, 16);
     EXPECT_EQ(received.size(), static_cast<std::size_t>(visa.reads) * bytes);
   }
@@ -41,11 +55,11 @@ TEST(VisaLibraryLink, aDripIsLookedAtInTurnsAndNotReadToItsEnd) {
 
 TEST(VisaLibraryLink, anAnswerWithoutAnEndIsGivenUp) {
   EndlessVisa visa(80);
-  VisaLibraryLink link(visa);
+  LinkOver over(visa);
   std::string received;
   Reading reading = Reading::Waiting;
   for (int looks = 0; looks < 100 && reading == Reading::Waiting; ++looks) {
-    reading = link.readOn(received);
+    reading = over.link.readOn(received);
   }
   EXPECT_EQ(reading, Reading::Failed);
   EXPECT_LE(received.size(), kLongestAnswer + 80);
@@ -53,9 +67,9 @@ TEST(VisaLibraryLink, anAnswerWithoutAnEndIsGivenUp) {
 
 TEST(VisaLibraryLink, aReadThatBringsNothingIsAFailure) {
   EndlessVisa visa(0);
-  VisaLibraryLink link(visa);
+  LinkOver over(visa);
   std::string received;
-  EXPECT_EQ(link.readOn(received), Reading::Failed);
+  EXPECT_EQ(over.link.readOn(received), Reading::Failed);
   EXPECT_EQ(visa.reads, 1);
 }
 
