@@ -24,7 +24,7 @@ namespace transfer = lumodevice::transfer;
 namespace io = lumodevice::io;
 using lumodevice::fuzz::require;
 
-constexpr std::size_t kFirstPiece = std::size_t{64} << 10;
+constexpr std::size_t kFirstPiece = std::size_t{128} << 10;
 
 /// By the rules of the serial port, 16 bits and all.
 std::optional<std::string> readSerial(std::string_view wire) {

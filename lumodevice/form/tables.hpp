@@ -15,7 +15,7 @@ inline constexpr int kSingle = -1;
 inline constexpr char kNoLetter = '\0';
 
 /// Where the five mode frames stand; the chosen one is put back there. Twips.
-inline constexpr toolkit::Place kModeFramePlace{120, 3840, 4800, 3600};
+inline constexpr toolkit::Place kModeFramePlace{120, 3000, 4800, 3600};
 
 /// Starting states other than enabled, visible and off.
 enum class Start : unsigned { Plain = 0, Disabled = 1, Hidden = 2, On = 4 };
