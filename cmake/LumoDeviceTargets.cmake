@@ -27,6 +27,13 @@ if(LUMODEVICE_SANITIZE)
   target_link_options(lumodevice_flags INTERFACE ${sanitizers})
 endif()
 
+# For a program whose libraries of the system keep memory until its end.
+function(lumodevice_ignore_leaks_of_others program)
+  if(LUMODEVICE_SANITIZE)
+    target_sources(${program} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/leaks_of_others.cpp)
+  endif()
+endfunction()
+
 # lumodevice_library(name EXPORT e [INCLUDE folder] [SOURCES a.cpp ...] [LIBS x ...] [SYSTEM y ...]): a static library of the
 # project, and of the same objects a shared one, name_shared. Programs that find the package know the shared
 # one as LumoDevice::e, the static one as LumoDevice::e_static. A shared library exports what is marked with
