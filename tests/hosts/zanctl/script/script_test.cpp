@@ -70,7 +70,7 @@ TEST_F(ScriptTest, getReadsControlProperties) {
                     "get cmdSet(3).Tag\nget Combo2.ListIndex\nget Combo2.ListCount\n"
                     "get Combo2.List(1)\nget Timer1.Interval\nget FrameCCStatic.Left\n"
                     "get FrameCCStatic.Top\nget ZANCtrl.MousePointer\n"),
-            "*IDN?\nConnect\nTrue\n0\nFalse\nFalse\n14\n-1\n4\n19200\n200\n120\n3840\n0\n");
+            "*IDN?\nConnect\nTrue\n0\nFalse\nFalse\n14\n-1\n4\n19200\n200\n120\n3000\n0\n");
 }
 
 TEST_F(ScriptTest, getShowsTheOhmOfACaptionAsItIs) {
