@@ -3,6 +3,7 @@
 #include <CLI/App.hpp>
 #include <array>
 #include <chrono>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,7 @@ std::vector<std::string> channelsToSwitch(Station& station, int channel) {
   }
   std::vector<std::string> numbers;
   const auto& list = station.component().surface().get<ComboBox>("cmbChannel");
+  numbers.reserve(static_cast<std::size_t>(list.listCount()));
   for (int i = 0; i < list.listCount(); ++i) {
     numbers.push_back(text::numberText(text::Val(text::Mid(list.list(i), 3, 2))));
   }
