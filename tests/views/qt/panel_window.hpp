@@ -2,6 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtTest/QTest>
+#include <QtWidgets/qtestsupport_widgets.h>
 #include <gtest/gtest.h>
 
 #include "lumodevice/qt/form_view.hpp"
