@@ -181,7 +181,7 @@ bool talk(Station& station) {
   for (const Step& step : kConsoleSteps) {
     if (!step.told.empty()) {
       output.line("");
-      output.line(step.told);
+      output.write(std::string(step.told) + '\n');
     }
     output.line(std::string("  ").append(step.command));
     if (!sendAndPrint(station, std::string(step.command))) {

@@ -87,6 +87,7 @@ TEST_F(Program, theTourRunsToItsEnd) {
   EXPECT_THAT(ended.output, HasSubstr(kConnection));
   EXPECT_THAT(ended.output, HasSubstr("  :SYST:ERR?\n-113,\"Undefined header\"\n"));
   EXPECT_THAT(ended.output, HasSubstr("zanctl run --help"));
+  EXPECT_THAT(ended.output, Not(HasSubstr("\\n")));
 }
 
 TEST_F(Program, theTourKeepsItsFilesWhereItIsTold) {
