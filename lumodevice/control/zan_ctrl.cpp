@@ -79,7 +79,7 @@ class ZANCtrl::Component {
         tagged(exchange, commands),
         modes(form, state, exchange, tagged),
         channelPanel(form, state, exchange, tagged, modes),
-        settingButtons(form, waits, state, exchange, tagged, channelPanel),
+        settingButtons(form, waits, state, exchange, tagged),
         switches(form, state, exchange, tagged, channelPanel),
         workingFiles(host.drive),
         memoryFiles(form, waits, links, turns, workingFiles),

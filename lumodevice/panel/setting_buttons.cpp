@@ -13,13 +13,8 @@ std::string FormatValue(double value) {
 
 SettingButtons::SettingButtons(form::Controls& form, link::Waits& waits,
                                const link::LinkState& state, link::Exchange& exchange,
-                               const TaggedCommands& commands, ChannelPanel& channel)
-    : form_(form),
-      waits_(waits),
-      state_(state),
-      exchange_(exchange),
-      commands_(commands),
-      channel_(channel) {
+                               const TaggedCommands& commands)
+    : form_(form), waits_(waits), state_(state), exchange_(exchange), commands_(commands) {
   for (int i = 0; i < form_.cmdSet.count(); ++i) {
     toolkit::handle(form_.cmdSet(i).click, [this, i] { set(i); });
   }

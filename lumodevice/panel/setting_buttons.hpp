@@ -5,7 +5,6 @@
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/link/link_state.hpp"
 #include "lumodevice/link/waits.hpp"
-#include "lumodevice/panel/channel_panel.hpp"
 #include "lumodevice/panel/tagged_commands.hpp"
 
 namespace lumodevice::panel {
@@ -22,7 +21,7 @@ class SettingButtons {
  public:
   /// Takes over cmdSet.
   SettingButtons(form::Controls& form, link::Waits& waits, const link::LinkState& state,
-                 link::Exchange& exchange, const TaggedCommands& commands, ChannelPanel& channel);
+                 link::Exchange& exchange, const TaggedCommands& commands);
 
  private:
   void set(int index);
@@ -32,7 +31,6 @@ class SettingButtons {
   const link::LinkState& state_;
   link::Exchange& exchange_;
   const TaggedCommands& commands_;
-  ChannelPanel& channel_;
 };
 
 }  // namespace lumodevice::panel
