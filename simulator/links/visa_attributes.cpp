@@ -28,7 +28,7 @@ constexpr VisaAttribute kAttributes[] = {
     {0x3FFF0036, 2, 1, 0, On::EverySession},                 // END suppressed
     {0x3FFF0005, 4, kAny, 50, On::EverySession},             // longest event queue
     {0x3FFF0003, 4, 0, 0x00100000, On::EverySession, true},  // version of the library: 1.0
-    {0x3FFF0170, 4, 0, 0x00700200, On::EverySession, true},  // of the specification: 7.2
+    {0x3FFF0170, 4, 0, 0x00700200, On::EverySession, true},  // of the VISA standard: 7.2
     {0x3FFF0175, 2, 0, 0, On::EverySession, true},           // number of the library's maker
     {0x3FFF01A1, 2, 0, 0, On::Usb, true},                    // USB interface
     {0x3FFF019F, 2, 0, 1, On::Usb, true},                    // IEEE 488.2

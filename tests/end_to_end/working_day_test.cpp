@@ -25,6 +25,18 @@ class WorkingDay : public testing::Test {
     command.insert(command.begin(), {"--resource", load.resource()});
     return command;
   }
+  /// Readings of the first channel until something ends them.
+  [[nodiscard]] std::vector<std::string> watching(const std::vector<std::string>& options) const {
+    std::vector<std::string> command{"readings", "--count", "0",       "--channel",
+                                     "1",        "--csv",   "--every", "100"};
+    command.insert(command.end(), options.begin(), options.end());
+    return words(command);
+  }
+  /// The heading, and the first of them.
+  static void awaitReadings(ChildProgram& program) {
+    (void)program.line();
+    EXPECT_THAT(program.line(), HasSubstr(",CH1-2021L,"));
+  }
 
   /// The next line on standard error that begins so.
   static std::string errorLine(ChildProgram& program, const std::string& beginning) {
@@ -52,10 +64,8 @@ class WorkingDay : public testing::Test {
 };
 
 TEST_F(WorkingDay, readingsOfAnInstrumentThatGoesEndWithOneLine) {
-  ChildProgram program(ZANCTL_PROGRAM, words({"readings", "--count", "0", "--channel", "1", "--csv",
-                                              "--every", "100"}));
-  (void)program.line();
-  EXPECT_THAT(program.line(), HasSubstr(",CH1-2021L,"));
+  ChildProgram program(ZANCTL_PROGRAM, watching({}));
+  awaitReadings(program);
   load.vanish();
   EXPECT_EQ(program.end(), kFailed);
   EXPECT_THAT(program.errorRest(),
@@ -63,10 +73,8 @@ TEST_F(WorkingDay, readingsOfAnInstrumentThatGoesEndWithOneLine) {
 }
 
 TEST_F(WorkingDay, readingsWaitForAnInstrumentThatComesBackAndMarkTheGap) {
-  ChildProgram program(ZANCTL_PROGRAM, words({"readings", "--count", "0", "--channel", "1", "--csv",
-                                              "--every", "100", "--reconnect"}));
-  (void)program.line();
-  EXPECT_THAT(program.line(), HasSubstr(",CH1-2021L,"));
+  ChildProgram program(ZANCTL_PROGRAM, watching({"--reconnect"}));
+  awaitReadings(program);
   load.vanish();
   EXPECT_THAT(errorLine(program, "zanctl:"), StartsWith("zanctl: link lost: the instrument has"));
   load.comeBack();
@@ -102,20 +110,16 @@ TEST_F(WorkingDay, everyReasonHasItsSentence) {
 
 TEST_F(WorkingDay, aProgramThatIsEndedSwitchesTheLoadOff) {
   switchOn(1);
-  ChildProgram program(ZANCTL_PROGRAM, words({"readings", "--count", "0", "--channel", "1", "--csv",
-                                              "--every", "100", "--off-at-end"}));
-  (void)program.line();
-  EXPECT_THAT(program.line(), HasSubstr(",CH1-2021L,"));
+  ChildProgram program(ZANCTL_PROGRAM, watching({"--off-at-end"}));
+  awaitReadings(program);
   EXPECT_EQ(program.end(SIGTERM), kTerminated);
   EXPECT_FALSE(isOn(1));
 }
 
 TEST_F(WorkingDay, aLoadThatWasLostAndIsBackIsSwitchedOff) {
   switchOn(1);
-  ChildProgram program(ZANCTL_PROGRAM, words({"readings", "--count", "0", "--channel", "1", "--csv",
-                                              "--every", "100", "--off-at-end"}));
-  (void)program.line();
-  EXPECT_THAT(program.line(), HasSubstr(",CH1-2021L,"));
+  ChildProgram program(ZANCTL_PROGRAM, watching({"--off-at-end"}));
+  awaitReadings(program);
   load.vanish();
   EXPECT_THAT(errorLine(program, "zanctl: link lost"), HasSubstr("gone"));
   load.comeBack();
@@ -125,10 +129,8 @@ TEST_F(WorkingDay, aLoadThatWasLostAndIsBackIsSwitchedOff) {
 }
 
 TEST_F(WorkingDay, aLoadThatStaysAwayIsSaidLoudly) {
-  ChildProgram program(ZANCTL_PROGRAM, words({"readings", "--count", "0", "--channel", "1", "--csv",
-                                              "--every", "100", "--off-at-end"}));
-  (void)program.line();
-  EXPECT_THAT(program.line(), HasSubstr(",CH1-2021L,"));
+  ChildProgram program(ZANCTL_PROGRAM, watching({"--off-at-end"}));
+  awaitReadings(program);
   load.vanish();
   EXPECT_THAT(errorLine(program, "zanctl: link lost"), HasSubstr("gone"));
   EXPECT_EQ(program.end(SIGINT), kLoadMayBeOn);

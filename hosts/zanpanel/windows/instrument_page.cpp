@@ -2,13 +2,8 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
-#include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 #include <QtCore/QStandardPaths>
 #include <QtGui/QAction>
-#include <QtGui/QClipboard>
-#include <QtGui/QGuiApplication>
-#include <QtGui/QImage>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QInputDialog>
@@ -25,7 +20,6 @@
 #include <array>
 
 #include "hosts/zanpanel/curves/curve_view.hpp"
-#include "hosts/zanpanel/program/drive_files.hpp"
 #include "hosts/zanpanel/windows/discharge_page.hpp"
 #include "hosts/zanpanel/windows/elided_label.hpp"
 #include "hosts/zanpanel/windows/leave_dialog.hpp"
@@ -42,22 +36,6 @@ namespace {
 constexpr int kLookEvery = 250;  // milliseconds
 constexpr std::array<std::string_view, 5> kRotation{":FETC:VOLT?", ":FETC:CURR?", ":FETC:POW?",
                                                     ":LOAD?", ":SYST:ERR?"};
-
-/// The memory files: what they are called, where the component puts them, what fetches them.
-struct MemoryFile {
-  const char* caption;
-  const char* place;
-  const char* suggestion;
-  void (*get)(lumodevice::ZANCtrl&);
-};
-constexpr std::array kMemoryFiles{
-    MemoryFile{"Save &sequences as…", "C:\\temp\\ZANSeq.a", "sequences.a",
-               [](lumodevice::ZANCtrl& load) { (void)load.GetSeqFile(); }},
-    MemoryFile{"Save system s&ettings as…", "C:\\temp\\ZANProg.b", "system.b",
-               [](lumodevice::ZANCtrl& load) { (void)load.GetSysFile(); }},
-    MemoryFile{"Save &presets as…", "C:\\temp\\zanbank.dev", "presets.dev",
-               [](lumodevice::ZANCtrl& load) { (void)load.GetPresetFile(""); }}};
-constexpr const char* kScreen = "C:\\temp\\ZAN.bmp";
 
 QString oneLine(const std::string& bytes, int most) {
   const QString text = QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size()));
@@ -97,7 +75,7 @@ InstrumentPage::InstrumentPage(const LinkOptions& options, Memory& memory, QWidg
       panelState_(new ElidedLabel(this)),
       recordingText_(new ElidedLabel(this)),
       errorText_(new ElidedLabel(this)),
-      transfer_(new QProgressBar(this)) {
+      transfers_(*instrument_, *this, [this](const Act& act) { wait(act); }) {
   auto* const all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->setSpacing(0);
@@ -151,7 +129,7 @@ InstrumentPage::~InstrumentPage() {
   delete dischargePage_;
 }
 
-void InstrumentPage::wait(const std::function<void()>& act) {
+void InstrumentPage::wait(const Act& act) {
   ++busy_;
   act();
   --busy_;
@@ -190,17 +168,7 @@ void InstrumentPage::makeActions(QToolBar& bar) {
   instrument->setToolTip(tr("The screen and the memory files of the instrument"));
   auto* const menu = new QMenu(instrument);
   menu->setToolTipsVisible(true);
-  QObject::connect(menu->addAction(tr("Save the s&creen as…")), &QAction::triggered, this,
-                   [this] { takeScreen(true); });
-  QObject::connect(menu->addAction(tr("Cop&y the screen")), &QAction::triggered, this,
-                   [this] { takeScreen(false); });
-  menu->addSeparator();
-  for (std::size_t i = 0; i < kMemoryFiles.size(); ++i) {
-    QObject::connect(menu->addAction(tr(kMemoryFiles.at(i).caption)), &QAction::triggered, this,
-                     [this, i] { saveMemoryFile(static_cast<int>(i)); });
-  }
-  QObject::connect(menu->addAction(tr("&Open system settings and send…")), &QAction::triggered,
-                   this, [this] { sendSystemFile(); });
+  transfers_.fill(*menu);
   instrument->setMenu(menu);
   bar.addWidget(instrument);
   bar.addSeparator();
@@ -249,10 +217,7 @@ void InstrumentPage::makeStatus(QWidget& line) {
   add(panelState_, tr("Panel"), 1);
   add(recordingText_, tr("Recording"), 2);
   add(errorText_, tr("Last instrument error"), 2);
-  transfer_->setMaximumWidth(160);
-  transfer_->setAccessibleName(tr("Transfer"));
-  transfer_->hide();
-  row->addWidget(transfer_);
+  row->addWidget(&transfers_.progress());
 }
 
 void InstrumentPage::watchInstrument() {
@@ -292,23 +257,9 @@ void InstrumentPage::wireEvent(WireEvent event, std::string_view bytes) {
   if (event == WireEvent::Sent && !isRotation(bytes)) {
     commands_->add(clock() + "  " + oneLine(std::string(bytes.substr(0, 200)), 200));
   }
-  if (!transferring_ || event != WireEvent::Received) {
-    return;
+  if (event == WireEvent::Received) {
+    transfers_.received(bytes);
   }
-  transferred_ += static_cast<qsizetype>(bytes.size());
-  // "#6122880" says how much is to come.
-  constexpr qsizetype kHead = 64;
-  if (expected_ == 0 && transferHead_.size() < kHead) {
-    transferHead_.append(bytes.data(),
-                         static_cast<qsizetype>(std::min<std::size_t>(bytes.size(), kHead)));
-    const qsizetype at = transferHead_.indexOf('#');
-    const int digits = at < 0 ? 0 : transferHead_.mid(at + 1, 1).toInt();
-    if (digits > 0 && transferHead_.size() >= at + 2 + digits) {
-      expected_ = transferHead_.mid(at + 2, digits).toLongLong() + at + 2 + digits;
-    }
-  }
-  transfer_->setRange(0, expected_ > 0 ? static_cast<int>(expected_) : 0);
-  transfer_->setValue(static_cast<int>(std::min(transferred_, expected_)));
 }
 
 void InstrumentPage::look() {
@@ -454,97 +405,6 @@ void InstrumentPage::setMark() {
   }
 }
 
-void InstrumentPage::finished(const QString& text, bool good) {
-  transferring_ = false;
-  transfer_->hide();
-  if (!good) {
-    QMessageBox::warning(this, tr("Instrument"), text);
-  }
-}
-
-void InstrumentPage::beginTransfer() {
-  transferring_ = true;
-  transferred_ = expected_ = 0;
-  transferHead_.clear();
-  transfer_->setRange(0, 0);
-  transfer_->show();
-}
-
-void InstrumentPage::takeScreen(bool toFile) {
-  bool taken = false;
-  wait([&] {
-    beginTransfer();
-    taken = instrument_->load().GetBMPFile();
-  });
-  QImage screen;
-  const auto bytes = taken ? readFile(instrument_->drive(), kScreen) : std::nullopt;
-  const bool good = bytes && screen.loadFromData(*bytes);
-  finished(tr("The screen did not come. The VISA library link carries no pictures: choose VISA COM "
-              "or the serial port."),
-           good);
-  if (!good) {
-    return;
-  }
-  if (!toFile) {
-    QGuiApplication::clipboard()->setImage(screen);
-    return;
-  }
-  const QString file = QFileDialog::getSaveFileName(this, tr("Save the screen"), "screen.png",
-                                                    tr("Pictures (*.png *.bmp)"));
-  if (!file.isEmpty() && !screen.save(file)) {
-    finished(tr("%1 cannot be written.").arg(file), false);
-  }
-}
-
-void InstrumentPage::saveMemoryFile(int which) {
-  const MemoryFile& memory = kMemoryFiles.at(static_cast<std::size_t>(which));
-  const auto before = readFile(instrument_->drive(), memory.place);
-  wait([&] {
-    beginTransfer();
-    memory.get(instrument_->load());
-  });
-  const auto content = readFile(instrument_->drive(), memory.place);
-  const bool came = transferred_ > 0 && content && !content->isEmpty();
-  finished(tr("The file did not come. The VISA library link carries no files: choose VISA COM or "
-              "the serial port."),
-           came);
-  if (!came) {
-    return;
-  }
-  const QString file = QFileDialog::getSaveFileName(this, tr("Save"), memory.suggestion);
-  QSaveFile output(file);
-  if (!file.isEmpty() && (!output.open(QIODevice::WriteOnly) ||
-                          output.write(*content) != content->size() || !output.commit())) {
-    finished(tr("%1 cannot be written.").arg(file), false);
-  }
-}
-
-void InstrumentPage::sendSystemFile() {
-  constexpr qsizetype kSystemFile = 5580;
-  const QString name = QFileDialog::getOpenFileName(this, tr("Open system settings"));
-  if (name.isEmpty()) {
-    return;
-  }
-  QFile file(name);
-  if (!QFileInfo(name).isFile() || !file.open(QIODevice::ReadOnly)) {
-    finished(tr("%1 cannot be read.").arg(name), false);
-    return;
-  }
-  const QByteArray content = file.read(kSystemFile + 1);
-  if (content.size() != kSystemFile) {
-    finished(
-        tr("%1 is no file of system settings: it has not %2 bytes.").arg(name).arg(kSystemFile),
-        false);
-    return;
-  }
-  bool sent = false;
-  wait([&] {
-    sent = writeFile(instrument_->drive(), "ZANProgUpload.b", content) &&
-           instrument_->load().SendSysFile();
-  });
-  finished(tr("The file was not sent."), sent);
-}
-
 bool InstrumentPage::mayLeave() {
   if (asking_) {
     return false;
@@ -571,8 +431,9 @@ bool InstrumentPage::mayLeave() {
   bool off = false;
   wait([&] { off = instrument_->switchOff(); });
   if (!off) {
-    finished(tr("The instrument has not confirmed that the load is off. The window stays open."),
-             false);
+    QMessageBox::warning(
+        this, tr("Instrument"),
+        tr("The instrument has not confirmed that the load is off. The window stays open."));
   }
   return off;
 }

@@ -8,10 +8,10 @@
 
 #include "hosts/zanpanel/program/instrument.hpp"
 #include "hosts/zanpanel/program/memory.hpp"
+#include "hosts/zanpanel/windows/transfers.hpp"
 
 class QAction;
 class QLabel;
-class QProgressBar;
 class QSplitter;
 class QTabWidget;
 class QToolBar;
@@ -64,7 +64,7 @@ class InstrumentPage : public QWidget {
 
  private:
   /// Runs what waits for the instrument.
-  void wait(const std::function<void()>& act);
+  void wait(const Act& act);
   void makeActions(QToolBar& bar);
   void makeStatus(QWidget& line);
   void watchInstrument();
@@ -73,11 +73,6 @@ class InstrumentPage : public QWidget {
   void refreshStatus();
   void toggleRecording(bool on);
   void setMark();
-  void beginTransfer();
-  void takeScreen(bool toFile);
-  void saveMemoryFile(int which);
-  void sendSystemFile();
-  void finished(const QString& text, bool good);
   [[nodiscard]] QString newRecording() const;
   void wireEvent(WireEvent event, std::string_view bytes);
 
@@ -103,17 +98,13 @@ class InstrumentPage : public QWidget {
   QLabel* panelState_;
   QLabel* recordingText_;
   QLabel* errorText_;
-  QProgressBar* transfer_;
+  Transfers transfers_;
   QTimer looking_;
   QString shownTitle_;
   QString heldBack_;
   bool observing_ = false;
   bool connected_ = false;
   bool asking_ = false;
-  bool transferring_ = false;
-  qsizetype transferred_ = 0;
-  qsizetype expected_ = 0;
-  QByteArray transferHead_;
   int busy_ = 0;
   std::vector<lumodevice::toolkit::Subscription> watching_;
 };

@@ -78,7 +78,6 @@ class LabelFace : public Face {
       : Face(label, widget), model_(label), widget_(widget) {}
 
   toolkit::Label& model_;
-
   LabelWidget& widget_;
 };
 
