@@ -63,7 +63,7 @@ void fillDay(zanpanel::Monitor& monitor) {
   zanpanel::ChannelRecord& record = *monitor.current();
   for (int i = 0; i < kDay; ++i) {
     const zanpanel::Moment at = monitor.now() + std::chrono::milliseconds(200) * i;
-    const double wave = std::sin(i * 0.0001) + (i * 7919 % 101) * 0.001;
+    const double wave = std::sin(i * 0.0001) + (i % 101 * 7919 % 101) * 0.001;
     record.volts.add(at, 12 + wave);
     record.amperes.add(at, 5 + wave);
     record.watts.add(at, 60 + wave);
