@@ -15,6 +15,7 @@ DATABASE = TOP / "build/sanitize/compile_commands.json"
 # Where an included name is looked up. Behind the first: headers that stand elsewhere once installed.
 ROOTS = ("", "platform/include/", "simulator/include/", "views/qt/include/")
 INCLUDE = re.compile(r'^\s*#include\s+"([^"]+)"', re.MULTILINE)
+OF_WINDOWS = re.compile(r'^#include <(?:windows|windowsx|winsock2|unknwn|ole2|olectl|commctrl)\.h>', re.MULTILINE)
 
 
 def tracked(*patterns):
@@ -60,6 +61,11 @@ def included(name, seen=None):
         for other in includes_of(name):
             included(other, seen)
     return seen
+
+
+def of_windows(name):
+    """Whether only Windows can compile a source: it includes a header of that system, perhaps by way of others."""
+    return any(OF_WINDOWS.search((TOP / part).read_text()) for part in included(name))
 
 
 def fingerprint(name, *others):

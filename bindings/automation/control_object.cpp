@@ -1,0 +1,133 @@
+#include "bindings/automation/control_object.hpp"
+
+#include <algorithm>
+#include <iterator>
+#include <ocidl.h>
+
+#include "bindings/automation/guid.hpp"
+#include "bindings/automation/identity.hpp"
+#include "bindings/automation/module.hpp"
+#include "lumodevice/system_host.hpp"
+
+namespace lumodevice::automation {
+
+namespace {
+
+constexpr IID kMembersId = guidOf(kInterfaceId);
+
+}  // namespace
+
+/// An interface that can be asked for, and where its functions are.
+struct ControlObject::Face {
+  const IID& iid;
+  void* (*of)(ControlObject& object);
+
+  /// For a part that is a class with the functions of that interface.
+  template <typename Interface, auto ItsPart>
+  static void* in(ControlObject& object) {
+    return static_cast<Interface*>(&(object.*ItsPart));
+  }
+  static void* automation(ControlObject& object) { return &object.automation_; }
+};
+
+const ControlObject::Face ControlObject::kFaces[] = {
+    {IID_IDispatch, Face::automation},
+    {kMembersId, Face::automation},
+    {IID_IProvideClassInfo, Face::in<IProvideClassInfo, &ControlObject::classInfo_>},
+    {IID_IProvideClassInfo2, Face::in<IProvideClassInfo2, &ControlObject::classInfo_>},
+    {IID_ISupportErrorInfo, Face::in<ISupportErrorInfo, &ControlObject::classInfo_>},
+    {IID_IConnectionPointContainer, Face::in<IConnectionPointContainer, &ControlObject::events_>},
+    {IID_IPersist, Face::in<IPersistStreamInit, &ControlObject::persistence_>},
+    {IID_IPersistStreamInit, Face::in<IPersistStreamInit, &ControlObject::persistence_>},
+    {IID_IPersistPropertyBag, Face::in<IPersistPropertyBag, &ControlObject::persistence_>},
+};
+
+IUnknown& wholeOf(ControlObject& object) {
+  return object.whole();
+}
+
+HRESULT ControlObject::create(IUnknown* outer, REFIID iid, void** out) noexcept {
+  *out = nullptr;
+  if (outer != nullptr && iid != IID_IUnknown) {
+    return CLASS_E_NOAGGREGATION;
+  }
+  auto* const object = new (std::nothrow) ControlObject(outer);
+  if (object == nullptr) {
+    return E_OUTOFMEMORY;
+  }
+  const HRESULT result = object->QueryInterface(iid, out);
+  object->Release();
+  return result;
+}
+
+ControlObject::ControlObject(IUnknown* outer) : whole_(outer != nullptr ? outer : this) {
+  module::hold();
+}
+
+ControlObject::~ControlObject() {
+  module::release();
+}
+
+ControlObject::Entry::~Entry() {
+  if (--object_.entries_ == 0 && object_.references_ == 0) {
+    delete &object_;
+  }
+}
+
+HRESULT ControlObject::QueryInterface(REFIID iid, void** out) {
+  if (out == nullptr) {
+    return E_POINTER;
+  }
+  *out = nullptr;
+  if (iid == IID_IUnknown) {
+    *out = this;
+    AddRef();
+    return S_OK;
+  }
+  const Face* const face = std::find_if(std::begin(kFaces), std::end(kFaces),
+                                        [&iid](const Face& row) { return row.iid == iid; });
+  if (face == std::end(kFaces)) {
+    return E_NOINTERFACE;
+  }
+  *out = face->of(*this);
+  whole_->AddRef();
+  return S_OK;
+}
+
+ULONG ControlObject::AddRef() {
+  return ++references_;
+}
+
+ULONG ControlObject::Release() {
+  const ULONG left = --references_;
+  if (left == 0) {
+    // Also when a call waits in it: the instrument is let go at once, the object at its end.
+    const Entry entry(*this);
+    end();
+  }
+  return left;
+}
+
+ZANCtrl& ControlObject::component() {
+  if (ended_) {
+    throw ComFailure{CO_E_OBJNOTCONNECTED};
+  }
+  if (component_ == nullptr) {
+    component_ = std::make_unique<ZANCtrl>(systemHost({.exchanges = exchanges_}));
+  }
+  return *component_;
+}
+
+void ControlObject::end() {
+  ended_ = true;
+  component_.reset();
+}
+
+void ControlObject::setExchanges(Exchanges exchanges) {
+  if (component_ != nullptr && exchanges != exchanges_) {
+    throw ComFailure{E_UNEXPECTED};
+  }
+  exchanges_ = exchanges;
+}
+
+}  // namespace lumodevice::automation
