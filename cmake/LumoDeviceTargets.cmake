@@ -37,7 +37,14 @@ endfunction()
 # lumodevice_library(name EXPORT e [INCLUDE folder] [SOURCES a.cpp ...] [LIBS x ...] [SYSTEM y ...]): a static library of the
 # project, and of the same objects a shared one, name_shared. Programs that find the package know the shared
 # one as LumoDevice::e, the static one as LumoDevice::e_static. A shared library exports what is marked with
-# LUMODEVICE_API. LIBS are made in this way too, SYSTEM are not.
+# LUMODEVICE_API. Where there are no shared ones, name_shared stands for the static one. LIBS are made in this way
+# too, SYSTEM are not.
+if(WIN32)
+  # With the run-time parts of GCC inside each, exceptions would not get from one to the other.
+  set(LUMODEVICE_SHARED OFF)
+else()
+  set(LUMODEVICE_SHARED ON)
+endif()
 function(lumodevice_library name)
   cmake_parse_arguments(ARG "" "EXPORT;INCLUDE" "SOURCES;LIBS;SYSTEM" ${ARGN})
   if(ARG_EXPORT STREQUAL core)
@@ -46,13 +53,21 @@ function(lumodevice_library name)
     set(file lumodevice-${ARG_EXPORT})
   endif()
   add_library(${name} STATIC ${ARG_SOURCES})
-  add_library(${name}_shared SHARED $<TARGET_OBJECTS:${name}>)
+  set(kinds "")
+  if(LUMODEVICE_SHARED)
+    list(APPEND kinds _shared)
+    add_library(${name}_shared SHARED $<TARGET_OBJECTS:${name}>)
+    # Before 1.0 every minor version may break what was built against another.
+    set_target_properties(${name}_shared PROPERTIES LINKER_LANGUAGE CXX
+      VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+  else()
+    add_library(${name}_shared INTERFACE)
+    target_link_libraries(${name}_shared INTERFACE ${name})
+  endif()
   set_target_properties(${name} PROPERTIES EXPORT_NAME ${ARG_EXPORT}_static
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
-  # Before 1.0 every minor version may break what was built against another.
-  set_target_properties(${name}_shared PROPERTIES EXPORT_NAME ${ARG_EXPORT} LINKER_LANGUAGE CXX
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-  foreach(kind "" _shared)
+  set_target_properties(${name}_shared PROPERTIES EXPORT_NAME ${ARG_EXPORT})
+  foreach(kind "" ${kinds})
     set_target_properties(${name}${kind} PROPERTIES OUTPUT_NAME ${file})
     target_compile_features(${name}${kind} PUBLIC cxx_std_20)
     target_include_directories(${name}${kind} PUBLIC
@@ -62,19 +77,27 @@ function(lumodevice_library name)
       target_link_libraries(${name}${kind} PUBLIC ${library}${kind})
     endforeach()
   endforeach()
-  # What the shared libraries below do not export and this one needs comes from the static ones, and stays inside.
-  foreach(library IN LISTS ARG_LIBS)
-    target_link_libraries(${name}_shared PRIVATE $<BUILD_INTERFACE:${library}>)
-  endforeach()
-  if(NOT MSVC AND NOT APPLE)
-    target_link_options(${name}_shared PRIVATE LINKER:--exclude-libs,ALL)
+  if(LUMODEVICE_SHARED)
+    # What the shared libraries below do not export and this one needs comes from the static ones, and stays inside.
+    foreach(library IN LISTS ARG_LIBS)
+      target_link_libraries(${name}_shared PRIVATE $<BUILD_INTERFACE:${library}>)
+    endforeach()
+    if(NOT MSVC AND NOT APPLE)
+      target_link_options(${name}_shared PRIVATE LINKER:--exclude-libs,ALL)
+    endif()
   endif()
 endfunction()
 
-# lumodevice_test(name SOURCES a.cpp ... LIBS x ...): a GoogleTest program; every test in it is one ctest test.
+# lumodevice_test(name SOURCES a.cpp ... LIBS x ...): a GoogleTest program; every test in it is one ctest test, or
+# the program is where a process takes long to start: under an emulator.
 function(lumodevice_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE lumodevice_flags ${ARG_LIBS} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
+  if(CMAKE_CROSSCOMPILING)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  else()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 60)
+  endif()
 endfunction()

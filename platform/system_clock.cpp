@@ -28,8 +28,12 @@ SystemClock::Duration SystemClock::now() const {
   return std::chrono::steady_clock::now() - start_;
 }
 
+/// Not every system sleeps for less than a millisecond: there it returns at once.
 void SystemClock::wait(Duration span) {
-  std::this_thread::sleep_for(span);
+  const Duration end = now() + span;
+  for (Duration left = span; left > Duration(0); left = end - now()) {
+    std::this_thread::sleep_for(left);
+  }
 }
 
 }  // namespace lumodevice::platform

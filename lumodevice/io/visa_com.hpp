@@ -22,7 +22,7 @@ namespace lumodevice::io {
 inline constexpr std::uint32_t E_VISA_SYSTEM_ERROR = 0x80040000;
 inline constexpr std::uint32_t E_VISA_TMO = 0x80040015;
 inline constexpr std::uint32_t E_VISA_NSUP_FMT = 0x80040041;
-inline constexpr std::uint32_t REGDB_E_CLASSNOTREG = 0x80040154;
+inline constexpr std::uint32_t E_VISA_COM_NOT_INSTALLED = 0x80040154;
 
 /// End modes of a serial-like resource.
 inline constexpr int kSerialEndNone = 0;
@@ -79,7 +79,7 @@ class LUMODEVICE_API ResourceManager {
                                                std::string_view optionString) = 0;
 };
 
-/// Makes the two objects; throws REGDB_E_CLASSNOTREG where VISA COM is not installed.
+/// Makes the two objects; throws E_VISA_COM_NOT_INSTALLED where VISA COM is not installed.
 class LUMODEVICE_API VisaCom {
  public:
   virtual ~VisaCom() = default;

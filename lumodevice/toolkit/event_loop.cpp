@@ -150,8 +150,12 @@ EventLoop::Duration RealTimeLoop::now() const {
   return std::chrono::steady_clock::now() - start_;
 }
 
+/// Not every system sleeps for less than a millisecond: there it returns at once.
 void RealTimeLoop::wait(Duration span) {
-  std::this_thread::sleep_for(span);
+  const Duration end = now() + span;
+  for (Duration left = span; left > Duration(0); left = end - now()) {
+    std::this_thread::sleep_for(left);
+  }
 }
 
 void VirtualLoop::wait(Duration span) {

@@ -1,16 +1,16 @@
 #include "tests/platform/temporary_folder.hpp"
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
+#include <random>
 
 namespace lumodevice::posix {
 
 TemporaryFolder::TemporaryFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "lumodevice-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  path_ = name;
+  std::random_device random;
+  do {
+    path_ = std::filesystem::temp_directory_path() / ("lumodevice-" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(path_));
 }
 
 TemporaryFolder::~TemporaryFolder() {
