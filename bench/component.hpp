@@ -8,8 +8,8 @@
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 #include "lumodevice/zan_ctrl.hpp"
+#include "platform/builtin/builtin_visa.hpp"
 #include "platform/folder_drive.hpp"
-#include "platform/posix/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
 #include "platform/system_clock.hpp"
 
@@ -38,7 +38,7 @@ class Component {
              .informationBox = [](std::string_view) {},
              .exchanges = exchanges}) {}
 
-  lumodevice::posix::BuiltinVisa& visa() { return visa_; }
+  lumodevice::platform::BuiltinVisa& visa() { return visa_; }
 
   template <typename ControlType>
   ControlType& control(std::string_view name) {
@@ -54,7 +54,7 @@ class Component {
   }
 
  private:
-  lumodevice::posix::BuiltinVisa visa_;
+  lumodevice::platform::BuiltinVisa visa_;
   lumodevice::io::VisaComOverVisa visaCom_{visa_};
   lumodevice::posix::TermiosDevices serial_;
   lumodevice::platform::FolderDrive noDrive_{"/nonexistent"};

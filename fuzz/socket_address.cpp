@@ -1,7 +1,7 @@
 // Any bytes at all as the name of a raw socket: of all ways to cut it into interface, host, port
 // and class the one that makes sense is taken, and its name reads back.
 
-#include "platform/posix/socket_address.hpp"
+#include "platform/builtin/socket_address.hpp"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,8 +15,8 @@
 namespace {
 
 using lumodevice::fuzz::require;
-using lumodevice::posix::parseSocketAddress;
-using lumodevice::posix::SocketAddress;
+using lumodevice::platform::parseSocketAddress;
+using lumodevice::platform::SocketAddress;
 
 constexpr std::string_view kSeparator = "::";
 constexpr std::int64_t kLargestBoard = 2'147'483'647;

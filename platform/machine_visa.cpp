@@ -6,6 +6,15 @@
 
 namespace lumodevice::platform {
 
+std::string VisaLibraryResult::failureText() const {
+  std::string text;
+  for (const VisaLibraryFailure& failure : failures) {
+    if (!text.empty()) text += "; ";
+    text.append(failure.name).append(": ").append(failure.reason);
+  }
+  return text;
+}
+
 MachineVisa::MachineVisa(const std::optional<std::string>& library) {
   if (library) {
     VisaLibraryResult loaded = loadVisaLibrary(*library);

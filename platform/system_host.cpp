@@ -2,10 +2,10 @@
 
 #include <optional>
 
-#include "lumodevice/io/visa_com_over_visa.hpp"
 #include "platform/environment.hpp"
 #include "platform/host_parts.hpp"
 #include "platform/machine_visa.hpp"
+#include "platform/machine_visa_com.hpp"
 #include "platform/serial_devices.hpp"
 #include "platform/system_clock.hpp"
 
@@ -22,12 +22,13 @@ std::optional<std::string> visaLibrary(const SystemOptions& options) {
 struct System {
   explicit System(const SystemOptions& options)
       : visa(visaLibrary(options)),
+        visaCom(platform::machineVisaCom(visa)),
         serialDevices(platform::machineSerialDevices(options.ports)),
         drive(platform::driveIn(options.driveC)) {}
 
   toolkit::RealTimeLoop loop;
   platform::MachineVisa visa;
-  io::VisaComOverVisa visaCom{visa};
+  std::unique_ptr<io::VisaCom> visaCom;
   std::unique_ptr<platform::MachineSerialDevices> serialDevices;
   std::unique_ptr<io::Drive> drive;
   platform::SystemWallClock wallClock;
@@ -39,7 +40,7 @@ Host systemHost(const SystemOptions& options) {
   const auto system = std::make_shared<System>(options);
   return {.loop = options.loop != nullptr ? *options.loop : system->loop,
           .visa = system->visa,
-          .visaCom = system->visaCom,
+          .visaCom = *system->visaCom,
           .serialDevices = *system->serialDevices,
           .drive = *system->drive,
           .wallClock = system->wallClock,

@@ -9,9 +9,9 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "platform/posix/same_name.hpp"
 #include "platform/posix/serial_devices.hpp"
 #include "platform/posix/usbtmc_devices.hpp"
+#include "platform/same_name.hpp"
 
 namespace lumodevice::posix {
 
@@ -174,7 +174,7 @@ DeviceList listDevices(const platform::MachineSerialDevices& ports, const System
 std::string permissionAdviceForResource(const std::string& resource, const SystemRoots& roots) {
   for (const UsbtmcDevice& device : listUsbtmcDevices(roots)) {
     const auto access = accessTo(device.path.string());
-    if (access && sameName(device.descriptor, resource)) return adviceFor(*access);
+    if (access && platform::sameName(device.descriptor, resource)) return adviceFor(*access);
   }
   return {};
 }

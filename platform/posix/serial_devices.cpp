@@ -11,13 +11,15 @@
 #include <termios.h>
 
 #include "platform/device_list.hpp"
-#include "platform/posix/deadline.hpp"
 #include "platform/posix/file_descriptor.hpp"
 #include "platform/posix/serial_settings.hpp"
+#include "platform/posix/wait_ready.hpp"
 
 namespace lumodevice::posix {
 
 namespace {
+
+using platform::Deadline;
 
 /// What one call takes at most, so that a device that never stops sending cannot hold its reader.
 constexpr int kPiecesPerReceive = 16;

@@ -8,11 +8,13 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 
-#include "platform/posix/deadline.hpp"
+#include "platform/posix/wait_ready.hpp"
 
 namespace lumodevice::posix {
 
 namespace {
+
+using platform::Deadline;
 
 /// The driver refuses shorter time-outs.
 constexpr std::uint32_t kLeastTimeout = 100;

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/builtin/instrument_session.hpp"
 #include "platform/posix/file_descriptor.hpp"
-#include "platform/posix/instrument_session.hpp"
 #include "platform/posix/usbtmc_devices.hpp"
 
 namespace lumodevice::posix {
@@ -18,7 +18,7 @@ namespace lumodevice::posix {
 /// While a session is open no other process gets one: the device is locked with a record lock,
 /// which several sessions of one process share. Such a lock falls as soon as the process closes any
 /// of its descriptors of the device, so every write takes it again.
-class UsbtmcSession : public InstrumentSession {
+class UsbtmcSession : public platform::InstrumentSession {
  public:
   /// Null on failure, with the reason in `status`: VI_ERROR_NPERMISSION where the user may not use
   /// the device, VI_ERROR_RSRC_LOCKED where another process does.

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/posix/builtin_visa.hpp"
+#include "platform/builtin/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
 #include "simulator/links/server.hpp"
 #include "tests/end_to_end/real_panel.hpp"
@@ -75,7 +75,7 @@ class SerialBench {
  private:
   posix::TemporaryFolder folder_;
   std::map<int, std::unique_ptr<LoadOnTerminal>> loads_;
-  posix::BuiltinVisa visa_;
+  platform::BuiltinVisa visa_;
   std::optional<NotedTerminals> devices_;
   std::optional<RealPanel> panel_;
 };

@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "platform/posix/builtin_visa.hpp"
+#include "platform/builtin/builtin_visa.hpp"
 #include "platform/posix/serial_devices.hpp"
 #include "platform/system_clock.hpp"
 #include "simulator/links/server.hpp"
@@ -63,7 +63,7 @@ class SocketBench {
   support::ScaledLoop loop;
 
  private:
-  posix::BuiltinVisa visa_;
+  platform::BuiltinVisa visa_;
   posix::TermiosDevices devices_{{{1, "/nowhere"}}};
 
  public:

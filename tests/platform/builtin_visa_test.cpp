@@ -1,8 +1,9 @@
-#include "platform/posix/builtin_visa.hpp"
+#include "platform/builtin/builtin_visa.hpp"
 
 #include <array>
 #include <gtest/gtest.h>
 
+#include "platform/posix/usbtmc_instruments.hpp"
 #include "tests/platform/fake_usbtmc.hpp"
 #include "tests/platform/pseudo_terminal.hpp"
 #include "tests/platform/scripted_peer.hpp"
@@ -25,7 +26,7 @@ struct BuiltinVisaTest : testing::Test {
 
   TemporaryFolder folder;
   PseudoTerminal instrument;
-  BuiltinVisa visa{rootsOf(folder)};
+  platform::BuiltinVisa visa{std::make_unique<UsbtmcInstruments>(rootsOf(folder))};
   io::ViSession manager = 0;
   io::ViSession session = 0;
   io::ViFindList list = 0;
@@ -84,7 +85,7 @@ TEST_F(BuiltinVisaTest, aDeviceIsOpenedByItsNameInAnyCase) {
 TEST_F(BuiltinVisaTest, aSecondSessionOfTheSameProcessIsNotLockedOut) {
   ASSERT_EQ(open(kFirst), io::VI_SUCCESS);
   EXPECT_EQ(open(kFirst), io::VI_SUCCESS);
-  BuiltinVisa other{rootsOf(folder)};
+  platform::BuiltinVisa other{std::make_unique<UsbtmcInstruments>(rootsOf(folder))};
   io::ViSession otherManager = 0;
   other.viOpenDefaultRM(otherManager);
   EXPECT_EQ(other.viOpen(otherManager, kFirst, 1, 1, session), io::VI_SUCCESS);

@@ -1,4 +1,4 @@
-#include "platform/posix/message_end.hpp"
+#include "platform/builtin/message_end.hpp"
 
 #include <cstdint>
 #include <gtest/gtest.h>
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 namespace {
 
 /// The length of the first message of `stream` when it arrives in pieces of `piece` bytes; 0 when
@@ -173,4 +173,4 @@ TEST(MessageEnd, ofBytesWithoutOrderDoesNotDependOnTheirPieces) {
 }
 
 }  // namespace
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

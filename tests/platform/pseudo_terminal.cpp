@@ -6,7 +6,7 @@
 #include <stdlib.h>
 #include <termios.h>
 
-#include "platform/posix/deadline.hpp"
+#include "platform/posix/wait_ready.hpp"
 
 namespace lumodevice::posix {
 
@@ -31,7 +31,7 @@ void PseudoTerminal::send(const std::string& bytes) const {
 }
 
 std::string PseudoTerminal::receive(std::size_t size) const {
-  const Deadline deadline(5000);
+  const platform::Deadline deadline(5000);
   std::string received;
   char piece[4096];
   while (received.size() < size && waitReady(master_.get(), POLLIN, deadline)) {

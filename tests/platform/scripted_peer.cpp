@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <sys/socket.h>
 
-#include "platform/posix/deadline.hpp"
+#include "platform/posix/wait_ready.hpp"
 
 namespace lumodevice::posix {
 
@@ -21,7 +21,7 @@ void PeerConnection::send(const std::string& bytes) const {
 }
 
 bool PeerConnection::receive() {
-  if (!waitReady(socket_.get(), POLLIN, Deadline(5000))) return false;
+  if (!waitReady(socket_.get(), POLLIN, platform::Deadline(5000))) return false;
   char piece[65536];
   const ssize_t size = ::recv(socket_.get(), piece, sizeof piece, 0);
   if (size <= 0) return false;
@@ -62,7 +62,7 @@ ScriptedPeer::ScriptedPeer(std::function<void(PeerConnection&)> script)
   }
   port_ = ntohs(address.sin_port);
   thread_ = std::thread([this, act = std::move(script)] {
-    if (!waitReady(listener_.get(), POLLIN, Deadline(5000))) return;
+    if (!waitReady(listener_.get(), POLLIN, platform::Deadline(5000))) return;
     PeerConnection connection(FileDescriptor(::accept(listener_.get(), nullptr, nullptr)));
     act(connection);
   });

@@ -1,4 +1,4 @@
-#include "platform/posix/socket_address.hpp"
+#include "platform/builtin/socket_address.hpp"
 
 #include <array>
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 namespace {
 
 /// The name of an address, as a search would list it.
@@ -120,4 +120,4 @@ TEST(SocketAddress, ofAnyTextIsNothingOrOneThatCanBeNamedAgain) {
 }
 
 }  // namespace
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -1,4 +1,4 @@
-#include "platform/posix/socket_session.hpp"
+#include "platform/builtin/socket_session.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -16,6 +16,7 @@ using io::VI_ERROR_TMO;
 using io::VI_SUCCESS;
 using io::VI_SUCCESS_MAX_CNT;
 using io::VI_SUCCESS_TERM_CHAR;
+using platform::SocketSession;
 
 void pause(int milliseconds) {
   std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// Finds where messages end in a stream that marks their end by nothing but a line feed. A
 /// definite-length block at a message's start ("#", one digit n, n digits giving the byte count,
@@ -37,4 +37,4 @@ class MessageEnd {
   std::size_t dataLeft_ = 0;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

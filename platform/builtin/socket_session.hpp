@@ -8,13 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/posix/deadline.hpp"
-#include "platform/posix/file_descriptor.hpp"
-#include "platform/posix/instrument_session.hpp"
-#include "platform/posix/message_end.hpp"
-#include "platform/posix/socket_address.hpp"
+#include "platform/builtin/instrument_session.hpp"
+#include "platform/builtin/message_end.hpp"
+#include "platform/builtin/socket_address.hpp"
+#include "platform/builtin/stream_socket.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// An instrument on a raw TCP socket. Such a link has no END: a line feed ends a message, and where
 /// the peer ends its lines with CR LF and CR is the termination character, the LF counts as part of
@@ -27,7 +26,7 @@ class SocketSession : public InstrumentSession {
                                                               std::uint32_t openTimeout,
                                                               io::ViStatus& status);
 
-  explicit SocketSession(FileDescriptor socket, int board = 0);
+  explicit SocketSession(StreamSocket socket, int board = 0);
 
   [[nodiscard]] io::ViStatus read(std::span<char> buffer, std::uint32_t& count) override;
 
@@ -38,26 +37,22 @@ class SocketSession : public InstrumentSession {
   std::string discardUnread() override;
 
  private:
-  class Wait;
-
-  [[nodiscard]] bool kernelTimesOut();
   [[nodiscard]] bool takeBuffered(std::span<char> buffer, std::uint32_t& count,
                                   io::ViStatus& status);
   [[nodiscard]] bool goesStraightInto(std::span<char> rest) const;
-  [[nodiscard]] io::ViStatus receive(std::span<char> straight, std::size_t& size, Wait& wait);
+  [[nodiscard]] io::ViStatus receive(std::span<char> straight, std::size_t& size,
+                                     StreamSocket::Wait& wait);
   void skipLineFeed();
 
-  FileDescriptor socket_;
+  StreamSocket socket_;
   MessageEnd message_;
   std::vector<char> received_;  ///< of fixed size; what was received and not read is at
   std::size_t begin_ = 0;       ///< [begin_, end_)
   std::size_t end_ = 0;
   bool lineFeedMayFollow_ = false;
-  /// Milliseconds after which the kernel ends a receive; a new socket waits for ever.
-  std::uint32_t kernelTimeout_ = io::VI_TMO_INFINITE;
   /// Once a read has timed out, answers may be one behind for good; from then on every write
   /// discards what waits, which a link without trouble need not pay for.
   bool answerMayBeLate_ = false;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -1,6 +1,6 @@
-#include "platform/posix/instrument_session.hpp"
+#include "platform/builtin/instrument_session.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 namespace {
 
@@ -48,4 +48,4 @@ io::ViStatus InstrumentSession::setAttribute(io::ViAttr attribute, std::uint32_t
   return status;
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

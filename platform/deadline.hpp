@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// The moment at which a whole act has taken too long, however many waits it is made of.
 class Deadline {
@@ -19,8 +19,4 @@ class Deadline {
   std::chrono::steady_clock::time_point due_;
 };
 
-/// Waits until the descriptor is ready for `events` (of poll()), hung up or broken; false when the
-/// deadline comes first.
-[[nodiscard]] bool waitReady(int descriptor, short events, const Deadline& deadline);
-
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

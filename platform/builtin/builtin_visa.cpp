@@ -1,15 +1,12 @@
-#include "platform/posix/builtin_visa.hpp"
+#include "platform/builtin/builtin_visa.hpp"
 
 #include <algorithm>
 #include <utility>
 
 #include "lumodevice/io/find_expression.hpp"
-#include "platform/posix/same_name.hpp"
-#include "platform/posix/socket_session.hpp"
-#include "platform/posix/usbtmc_session.hpp"
-#include "platform/visa_library.hpp"
+#include "platform/builtin/socket_session.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 namespace {
 
@@ -57,9 +54,8 @@ io::ViStatus BuiltinVisa::viFindRsrc(io::ViSession resourceManager, const std::s
   } else {
     const auto pattern = io::FindExpression::parse(wanted);
     if (!pattern) return io::VI_ERROR_INV_EXPR;
-    for (UsbtmcDevice& device : listUsbtmcDevices(roots_)) {
-      if (pattern->matches(device.descriptor)) matches->push_back(std::move(device.descriptor));
-    }
+    if (local_ != nullptr) *matches = local_->descriptors();
+    std::erase_if(*matches, [&](const std::string& name) { return !pattern->matches(name); });
   }
   if (matches->empty()) return io::VI_ERROR_RSRC_NFOUND;
   count = static_cast<std::uint32_t>(matches->size());
@@ -90,11 +86,8 @@ std::unique_ptr<InstrumentSession> BuiltinVisa::openInstrument(std::string_view 
     status = io::VI_ERROR_INV_RSRC_NAME;
     return nullptr;
   }
-  for (const UsbtmcDevice& device : listUsbtmcDevices(roots_)) {
-    if (sameName(device.descriptor, descriptor)) return UsbtmcSession::open(device, status);
-  }
   status = io::VI_ERROR_RSRC_NFOUND;
-  return nullptr;
+  return local_ == nullptr ? nullptr : local_->open(descriptor, status);
 }
 
 io::ViStatus BuiltinVisa::viOpen(io::ViSession resourceManager, const std::string& descriptor,
@@ -148,14 +141,6 @@ io::ViStatus BuiltinVisa::viWrite(io::ViSession instrument, std::string_view dat
 std::string BuiltinVisa::discardUnread(io::ViSession instrument) {
   auto* session = sessionOf(instrument);
   return session == nullptr ? std::string() : session->discardUnread();
-}
-
-}  // namespace lumodevice::posix
-
-namespace lumodevice::platform {
-
-std::unique_ptr<io::Visa> builtinVisa() {
-  return std::make_unique<posix::BuiltinVisa>();
 }
 
 }  // namespace lumodevice::platform

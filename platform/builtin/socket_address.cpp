@@ -1,11 +1,11 @@
-#include "platform/posix/socket_address.hpp"
+#include "platform/builtin/socket_address.hpp"
 
 #include <algorithm>
 #include <charconv>
 
-#include "platform/posix/same_name.hpp"
+#include "platform/same_name.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 namespace {
 
@@ -60,4 +60,4 @@ std::optional<SocketAddress> parseSocketAddress(std::string_view resource) {
   return address;
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

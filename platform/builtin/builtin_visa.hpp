@@ -10,20 +10,21 @@
 #include <vector>
 
 #include "lumodevice/io/visa.hpp"
-#include "platform/posix/device_tree.hpp"
-#include "platform/posix/instrument_session.hpp"
+#include "platform/builtin/local_instruments.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
-/// The layer used where no VISA library is installed. Its resources are the kernel's USBTMC devices
-/// and raw sockets. A socket cannot be discovered: a find expression that is itself a socket's
-/// resource name ("TCPIP0::HOST::PORT::SOCKET") is its own and only match.
+/// The layer used where no VISA library is installed. Its resources are the instruments that the
+/// system has drivers for and raw sockets. A socket cannot be discovered: a find expression that is
+/// itself a socket's resource name ("TCPIP0::HOST::PORT::SOCKET") is its own and only match.
 ///
 /// Opening with or without a lock makes no difference: a USBTMC device is never shared with another
 /// process, and sessions of one process do not shut each other out.
 class BuiltinVisa : public io::Visa {
  public:
-  explicit BuiltinVisa(SystemRoots roots = {}) : roots_(std::move(roots)) {}
+  /// Null: sockets alone.
+  explicit BuiltinVisa(std::unique_ptr<LocalInstruments> local = nullptr)
+      : local_(std::move(local)) {}
 
   io::ViStatus viOpenDefaultRM(io::ViSession& resourceManager) override;
   io::ViStatus viFindRsrc(io::ViSession resourceManager, const std::string& expression,
@@ -59,9 +60,9 @@ class BuiltinVisa : public io::Visa {
                                                                   std::uint32_t openTimeout,
                                                                   io::ViStatus& status) const;
 
-  SystemRoots roots_;
+  std::unique_ptr<LocalInstruments> local_;
   std::map<io::ViObject, Object> objects_;
   io::ViObject lastHandle_ = 0;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

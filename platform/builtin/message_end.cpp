@@ -1,8 +1,8 @@
-#include "platform/posix/message_end.hpp"
+#include "platform/builtin/message_end.hpp"
 
 #include <algorithm>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 namespace {
 
@@ -54,4 +54,4 @@ MessageEnd::Taken MessageEnd::take(std::string_view data) {
   return {.length = used, .ended = false};
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// What a raw socket resource ("TCPIP0::HOST::PORT::SOCKET") names. The host is a name, an IPv4
 /// address or an IPv6 address in brackets (kept here without them).
@@ -19,4 +19,4 @@ struct SocketAddress {
 /// missing.
 [[nodiscard]] std::optional<SocketAddress> parseSocketAddress(std::string_view resource);
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -8,7 +8,7 @@
 
 #include "lumodevice/io/visa.hpp"
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// An open instrument of the built-in layer: the attributes that all links share, and the link's
 /// own reading and writing. Closed on destruction.
@@ -49,4 +49,4 @@ class InstrumentSession {
   Settings settings_;
 };
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace lumodevice::posix {
+namespace lumodevice::platform {
 
 /// True for names that differ at most in the case of ASCII letters, as VISA resources and the names
 /// on drive C: may.
@@ -13,4 +13,4 @@ namespace lumodevice::posix {
                     [&](char a, char b) { return upper(a) == upper(b); });
 }
 
-}  // namespace lumodevice::posix
+}  // namespace lumodevice::platform
