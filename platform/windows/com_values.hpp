@@ -1,0 +1,56 @@
+#pragma once
+
+#include <windows.h>
+
+// Stands on <windows.h>.
+#include <oleauto.h>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "lumodevice/io/bytes.hpp"
+
+/// Texts and blocks as VISA COM has them. One byte is one character, the one with its number: so
+/// what a text of the wire is made of arrives as it was sent.
+namespace lumodevice::windows {
+
+/// A text of automation, freed at the end.
+class Bstr {
+ public:
+  Bstr() = default;
+  explicit Bstr(std::string_view bytes);
+  ~Bstr() { ::SysFreeString(text_); }
+  Bstr(const Bstr&) = delete;
+  Bstr& operator=(const Bstr&) = delete;
+
+  [[nodiscard]] BSTR get() const { return text_; }
+  [[nodiscard]] BSTR* out() { return &text_; }
+  [[nodiscard]] BSTR release();
+
+ private:
+  BSTR text_ = nullptr;
+};
+
+/// What is no byte becomes "?".
+[[nodiscard]] std::string bytesOf(BSTR text);
+
+/// A value of automation, cleared at the end.
+class Variant {
+ public:
+  Variant() { ::VariantInit(&value_); }
+  ~Variant() { ::VariantClear(&value_); }
+  Variant(const Variant&) = delete;
+  Variant& operator=(const Variant&) = delete;
+
+  [[nodiscard]] VARIANT& get() { return value_; }
+
+ private:
+  VARIANT value_;
+};
+
+/// Puts an array of these bytes into an empty value; false where there is no memory for it.
+[[nodiscard]] bool storeBlock(std::span<const std::uint8_t> block, VARIANT& value);
+/// The bytes of such an array, given as it is or by reference; false for any other value.
+[[nodiscard]] bool readBlock(const VARIANT& value, io::Bytes& block);
+
+}  // namespace lumodevice::windows
