@@ -1,19 +1,48 @@
 #include "bindings/automation/control_object.hpp"
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <ocidl.h>
+#include <utility>
 
 #include "bindings/automation/guid.hpp"
 #include "bindings/automation/identity.hpp"
 #include "bindings/automation/module.hpp"
+#include "lumodevice/io/fault.hpp"
 #include "lumodevice/system_host.hpp"
+#include "lumodevice/windows/information_box.hpp"
+#include "lumodevice/windows/message_loop.hpp"
 
 namespace lumodevice::automation {
 
 namespace {
 
 constexpr IID kMembersId = guidOf(kInterfaceId);
+
+/// What the component finds around it; who holds the host holds all of it.
+struct Surroundings {
+  // A handler of the component throws nothing; what a view does is told to who looks for it.
+  windows::MessageLoop loop{[](const std::exception_ptr& /*failure*/) {
+    OutputDebugStringW(L"LumoDevice: a handler failed\n");
+  }};
+  std::shared_ptr<void> others;
+};
+
+/// Throws ComFailure(ERROR_MOD_NOT_FOUND) where the user named a VISA library that cannot be
+/// loaded.
+Host hostOf(Exchanges exchanges) {
+  const auto surroundings = std::make_shared<Surroundings>();
+  try {
+    Host host = systemHost({.loop = &surroundings->loop,
+                            .informationBox = windows::InformationBoxes([] { return HWND{}; }),
+                            .exchanges = exchanges});
+    surroundings->others = std::exchange(host.owned, surroundings);
+    return host;
+  } catch (const io::IoFault&) {
+    throw ComFailure{HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND)};
+  }
+}
 
 }  // namespace
 
@@ -113,7 +142,7 @@ ZANCtrl& ControlObject::component() {
     throw ComFailure{CO_E_OBJNOTCONNECTED};
   }
   if (component_ == nullptr) {
-    component_ = std::make_unique<ZANCtrl>(systemHost({.exchanges = exchanges_}));
+    component_ = std::make_unique<ZANCtrl>(hostOf(exchanges_));
   }
   return *component_;
 }

@@ -43,13 +43,13 @@ IUnknown*& valueIn(VARIANT& variant, IUnknown* const* /*type*/) {
 template <std::size_t Row>
 void runLate(ControlObject& object, VARIANT* given, LCID locale, VARIANT* result) {
   using Call = MemberCall<Row>;
-  Variant argument;
+  windows::Variant argument;
   const typename Call::ArgumentValue* value = nullptr;
   if constexpr (Call::kTakes) {
     convert(*given, Call::ArgumentCarried::kVartype, locale, argument);
     value = &valueIn(argument.get(), value);
   }
-  Variant outcome;
+  windows::Variant outcome;
   typename Call::ResultValue came{};
   Call::run(object.component(), value, &came);
   if constexpr (Call::kGives) {
@@ -169,11 +169,11 @@ HRESULT invoke(ControlObject& object, DISPID id, REFIID reserved, LCID locale, W
   }
   try {
     kLateCalls.at(row)(object, arguments == 0 ? nullptr : given->rgvarg, locale, result);
-  } catch (const ComFailure&) {
+  } catch (const ComFailure& failure) {
     if (wrongArgument != nullptr) {
       *wrongArgument = 0;
     }
-    throw;
+    return failure.result == E_NOINTERFACE ? DISP_E_TYPEMISMATCH : failure.result;
   }
   return S_OK;
 }

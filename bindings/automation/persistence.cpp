@@ -100,13 +100,13 @@ HRESULT Persistence::Load(IPropertyBag* bag, IErrorLog* log) {
     if (bag == nullptr) {
       return E_POINTER;
     }
-    Variant value;
+    windows::Variant value;
     V_VT(&value.get()) = VT_BSTR;
     if (FAILED(bag->Read(kProperty, &value.get(), log))) {
       // It is not in there: a form of before, or one that never chose.
       return S_OK;
     }
-    Variant text;
+    windows::Variant text;
     convert(value.get(), VT_BSTR, LOCALE_INVARIANT, text);
     const wchar_t* const name = V_BSTR(&text.get());
     object().setExchanges(exchangesNamed(name == nullptr ? L"" : name));
@@ -122,7 +122,7 @@ HRESULT Persistence::Save(IPropertyBag* bag, BOOL /*clearDirty*/, BOOL saveAll) 
     if (saveAll == FALSE && object().exchanges() == Exchanges::Interleaved) {
       return S_OK;
     }
-    Variant value;
+    windows::Variant value;
     V_VT(&value.get()) = VT_BSTR;
     V_BSTR(&value.get()) =
         SysAllocString(kNames.at(static_cast<std::size_t>(object().exchanges())));

@@ -1,35 +1,46 @@
 #include "bindings/automation/values.hpp"
 
 #include <new>
-#include <string>
 
 #include "bindings/automation/failure.hpp"
-#include "bindings/automation/text.hpp"
+#include "lumodevice/io/fault.hpp"
+#include "lumodevice/windows/visa_com.hpp"
 
 namespace lumodevice::automation {
 
-std::string Carried<std::string>::in(BSTR text) {
-  static_assert(sizeof(OLECHAR) == sizeof(char16_t));
-  return fromAutomation({reinterpret_cast<const char16_t*>(text), SysStringLen(text)});
-}
-
 BSTR Carried<std::string>::out(std::string_view bytes) {
-  const std::u16string text = toAutomation(bytes);
-  BSTR made = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
-                                static_cast<UINT>(text.size()));
-  if (made == nullptr) {
+  windows::Bstr text(bytes);
+  if (text.get() == nullptr) {
     throw std::bad_alloc();
   }
-  return made;
+  return text.release();
 }
 
-void convert(VARIANT& given, VARTYPE type, LCID locale, Variant& converted) {
-  Variant plain;
+std::shared_ptr<io::FormattedIO488> Carried<std::shared_ptr<io::FormattedIO488>>::in(
+    IUnknown* object) {
+  try {
+    return windows::fromCom(object);
+  } catch (const io::VisaComFault&) {
+    throw ComFailure{E_NOINTERFACE};
+  }
+}
+
+IUnknown* Carried<std::shared_ptr<io::FormattedIO488>>::out(
+    const std::shared_ptr<io::FormattedIO488>& object) {
+  return windows::comOf(object);
+}
+
+void convert(VARIANT& given, VARTYPE type, LCID locale, windows::Variant& converted) {
+  windows::Variant plain;
   demand(VariantCopyInd(&plain.get(), &given));
   const VARTYPE found = V_VT(&plain.get());
   if (found == VT_ERROR) {
     throw ComFailure{V_ERROR(&plain.get()) == DISP_E_PARAMNOTFOUND ? DISP_E_PARAMNOTOPTIONAL
                                                                    : DISP_E_TYPEMISMATCH};
+  }
+  if ((found & VT_ARRAY) != 0) {
+    // The system would take bytes for the two halves of characters.
+    throw ComFailure{DISP_E_TYPEMISMATCH};
   }
   if (type == VT_UNKNOWN && found == VT_DISPATCH) {
     // Without asking the object: also nothing is a reference.

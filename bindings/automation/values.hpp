@@ -8,6 +8,7 @@
 
 #include "lumodevice/automation_type.hpp"
 #include "lumodevice/members.hpp"
+#include "lumodevice/windows/com_values.hpp"
 
 namespace lumodevice::automation {
 
@@ -42,7 +43,7 @@ template <>
 struct Carried<std::string> {
   using Value = BSTR;
   static constexpr VARTYPE kVartype = VT_BSTR;
-  static std::string in(BSTR text);
+  static std::string in(BSTR text) { return windows::bytesOf(text); }
   static BSTR out(std::string_view bytes);
 };
 template <>
@@ -58,23 +59,9 @@ struct Carried<std::shared_ptr<io::FormattedIO488>> {
   static IUnknown* out(const std::shared_ptr<io::FormattedIO488>& object);
 };
 
-/// A VARIANT that frees what it holds.
-class Variant {
- public:
-  Variant() { VariantInit(&variant_); }
-  ~Variant() { VariantClear(&variant_); }
-  Variant(const Variant&) = delete;
-  Variant& operator=(const Variant&) = delete;
-
-  [[nodiscard]] VARIANT& get() { return variant_; }
-
- private:
-  VARIANT variant_;
-};
-
 /// Makes `given`, which may be a reference, a value of that type as far as the system converts it
 /// for a user of that locale. Throws ComFailure: DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW, for an
 /// argument that was left out DISP_E_PARAMNOTOPTIONAL.
-void convert(VARIANT& given, VARTYPE type, LCID locale, Variant& converted);
+void convert(VARIANT& given, VARTYPE type, LCID locale, windows::Variant& converted);
 
 }  // namespace lumodevice::automation

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/windows/com_values.hpp"
+#include "lumodevice/windows/com_values.hpp"
 #include "platform/windows/text.hpp"
 
 namespace lumodevice::windows {

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "lumodevice/io/visa_com.hpp"
+#include "lumodevice/windows/com_pointer.hpp"
 #include "lumodevice/windows/visa_com_interfaces.hpp"
-#include "platform/windows/com_pointer.hpp"
 
 /// Objects of VISA COM as the component uses them. What fails throws VisaComFault with the HRESULT.
 namespace lumodevice::windows {

@@ -1,4 +1,4 @@
-#include "platform/windows/com_values.hpp"
+#include "lumodevice/windows/com_values.hpp"
 
 #include <algorithm>
 #include <utility>

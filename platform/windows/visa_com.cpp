@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "lumodevice/text/text.hpp"
+#include "lumodevice/windows/com_values.hpp"
 #include "platform/windows/com_devices.hpp"
-#include "platform/windows/com_values.hpp"
 
 namespace lumodevice::windows {
 

@@ -10,8 +10,13 @@
 
 #include "lumodevice/io/bytes.hpp"
 
-/// Texts and blocks as VISA COM has them. One byte is one character, the one with its number: so
-/// what a text of the wire is made of arrives as it was sent.
+/// Texts and blocks as automation has them. This is the one place that says how a text of the
+/// component becomes one of automation: one byte is one character, the one with its number. So what
+/// a text of the wire is made of arrives as it was sent, byte for byte and with its length, and
+/// goes back as it was; NUL is a character like any other.
+///
+///     const lumodevice::windows::Bstr text("*IDN?");
+///     device->WriteString(text.get(), VARIANT_TRUE);
 namespace lumodevice::windows {
 
 /// A text of automation, freed at the end.
@@ -24,14 +29,18 @@ class Bstr {
   Bstr& operator=(const Bstr&) = delete;
 
   [[nodiscard]] BSTR get() const { return text_; }
-  [[nodiscard]] BSTR* out() { return &text_; }
+  /// Where a call puts a text that is the caller's.
+  [[nodiscard]] BSTR* out() {
+    ::SysFreeString(release());
+    return &text_;
+  }
   [[nodiscard]] BSTR release();
 
  private:
   BSTR text_ = nullptr;
 };
 
-/// What is no byte becomes "?".
+/// Of the characters that are no bytes each UTF-16 unit becomes "?", as hosts are used to have it.
 [[nodiscard]] std::string bytesOf(BSTR text);
 
 /// A value of automation, cleared at the end.

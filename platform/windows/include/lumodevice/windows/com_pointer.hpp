@@ -6,6 +6,9 @@
 namespace lumodevice::windows {
 
 /// Keeps one reference of an object of COM.
+///
+///     lumodevice::windows::ComPointer<IDispatch> load;
+///     ::CoCreateInstance(id, nullptr, CLSCTX_ALL, IID_IDispatch, load.untypedOut());
 template <typename Interface>
 class ComPointer {
  public:
