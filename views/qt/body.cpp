@@ -1,9 +1,8 @@
 #include "views/qt/body.hpp"
 
 #include <QtWidgets/QLabel>
-#include <algorithm>
 
-#include "lumodevice/toolkit/reach.hpp"
+#include "lumodevice/toolkit/drawing.hpp"
 #include "views/qt/dress.hpp"
 #include "views/qt/texts.hpp"
 
@@ -11,28 +10,6 @@ namespace lumodevice::qt {
 
 using toolkit::Control;
 using toolkit::Property;
-
-namespace {
-
-QRect rectOf(const toolkit::Place& place) {
-  return {place.left, place.top, place.width, place.height};
-}
-
-/// Whether the picture lies over a part of the control. Over a page it lies as over what sits
-/// there.
-bool touches(const toolkit::Pictured& picture, const Control& control) {
-  QRect place = rectOf(control.place());
-  const Control* beside = &control;
-  while (beside->container() != nullptr && beside->container() != picture.container()) {
-    beside = beside->container();
-    place.translate(beside->place().left, beside->place().top);
-  }
-  const bool inFront =
-      beside->container() == picture.container() && picture.zOrder() > beside->zOrder();
-  return inFront && !isPage(control) && place.intersects(rectOf(picture.place()));
-}
-
-}  // namespace
 
 FormView::Body::Body(FormView& view, toolkit::Surface& surface)
     : view_(view), surface_(&surface), stage_(view), canvas_(new QWidget()) {
@@ -148,27 +125,17 @@ void FormView::Body::dressFace(Face& face) {
 
 void FormView::Body::uncover() {
   for (const auto& [control, face] : faces_) {
-    face->widget().setVisible(toolkit::reachable(*surface_, *control) &&
-                              !liesUnderPicture(*control));
+    face->widget().setVisible(toolkit::seen(*surface_, *control));
   }
 }
 
-bool FormView::Body::liesUnderPicture(const Control& control) const {
-  return std::any_of(faces_.begin(), faces_.end(), [&control](const auto& other) {
-    const auto* const picture = dynamic_cast<const toolkit::Pictured*>(other.first);
-    return picture != nullptr && picture != &control && picture->picture() && picture->visible() &&
-           touches(*picture, control);
-  });
-}
-
 void FormView::Body::drawPointer(int pointer) {
-  constexpr int kHourglass = 11;
   for (const auto& [widget, cursor] : std::exchange(pointers_, {})) {
     if (widget) {
       widget->setCursor(cursor);
     }
   }
-  if (pointer != kHourglass) {
+  if (pointer != toolkit::kHourglass) {
     canvas_->unsetCursor();
     return;
   }

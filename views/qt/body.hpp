@@ -42,8 +42,6 @@ class FormView::Body {
   void dressFace(Face& face);
   /// Shows what an operator gets to. What is covered is hidden, so that no key goes there.
   void uncover();
-  /// What a picture lies over is not seen, nor the rest of it.
-  [[nodiscard]] bool liesUnderPicture(const toolkit::Control& control) const;
   void drawPointer(int pointer);
   void leadOn();
 

@@ -3,36 +3,36 @@
 #include <QtGui/QFont>
 #include <QtGui/QPalette>
 
+#include "lumodevice/toolkit/drawing.hpp"
 #include "views/qt/texts.hpp"
 
 namespace lumodevice::qt {
 
 namespace {
 
-bool isDark(const QPalette& palette) {
-  constexpr int kMiddle = 128;
-  return palette.color(QPalette::Window).lightness() < kMiddle;
+QColor asQt(toolkit::Colour colour) {
+  return {colour.red, colour.green, colour.blue};
 }
 
-QColor mixed(const QColor& from, const QColor& to, double share) {
-  const auto part = [share](int a, int b) { return qRound(a + (b - a) * share); };
-  return {part(from.red(), to.red()), part(from.green(), to.green()), part(from.blue(), to.blue())};
+toolkit::Colour of(const QPalette& palette, QPalette::ColorRole role) {
+  const QColor colour = palette.color(role);
+  return {static_cast<std::uint8_t>(colour.red()), static_cast<std::uint8_t>(colour.green()),
+          static_cast<std::uint8_t>(colour.blue())};
 }
 
 }  // namespace
 
 QColor cardColour(const QPalette& around) {
-  const QColor window = around.color(QPalette::Window);
-  return isDark(around) ? mixed(window, around.color(QPalette::WindowText), 0.05)
-                        : mixed(window, around.color(QPalette::Base), 0.65);
+  return asQt(toolkit::cardColour(of(around, QPalette::Window), of(around, QPalette::Base),
+                                  of(around, QPalette::WindowText)));
 }
 
 QColor edgeColour(const QPalette& around) {
-  return mixed(around.color(QPalette::Window), around.color(QPalette::WindowText), 0.18);
+  return asQt(toolkit::edgeColour(of(around, QPalette::Window), of(around, QPalette::WindowText)));
 }
 
 QColor alarmColour() {
-  return {0xc6, 0x28, 0x28};
+  return asQt(toolkit::kAlarm);
 }
 
 QColor onAlarmColour() {
@@ -40,20 +40,9 @@ QColor onAlarmColour() {
 }
 
 QColor colourOf(toolkit::ColorRole role, const QPalette& around) {
-  const bool dark = isDark(around);
-  switch (role) {
-    case toolkit::ColorRole::Heading:
-      return dark ? QColor(0x8a, 0xbc, 0xf5) : QColor(0x1b, 0x4f, 0x91);
-    case toolkit::ColorRole::Value:
-      return dark ? QColor(0x7d, 0xe3, 0xa5) : QColor(0x0b, 0x5d, 0x36);
-    case toolkit::ColorRole::Warning:
-      return dark ? QColor(0xff, 0x9b, 0x8f) : QColor(0xb0, 0x21, 0x1a);
-    case toolkit::ColorRole::Hint:
-      return dark ? QColor(0xaa, 0xb4, 0xbf) : QColor(0x56, 0x61, 0x6d);
-    case toolkit::ColorRole::Normal:
-      break;
-  }
-  return around.color(QPalette::WindowText);
+  return role == toolkit::ColorRole::Normal
+             ? around.color(QPalette::WindowText)
+             : asQt(toolkit::colourOf(role, toolkit::isDark(of(around, QPalette::Window))));
 }
 
 void dress(QWidget& widget, const toolkit::Look& look, const Scale& scale, const QPalette& around) {

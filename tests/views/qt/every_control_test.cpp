@@ -11,6 +11,7 @@
 #include "lumodevice/form/table_checks.hpp"
 #include "lumodevice/qt/form_view.hpp"
 #include "lumodevice/toolkit/hand.hpp"
+#include "tests/support/form_acts.hpp"
 #include "tests/views/qt/shown.hpp"
 #include "tests/views/qt/widget_hand.hpp"
 
@@ -29,22 +30,6 @@ class EveryControl : public testing::Test {
     view.show();
     view.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
-  }
-
-  /// Brings the control and all that it sits in before all others.
-  void expose(Control& control) {
-    for (const auto& other : surface.controls()) {
-      const bool layer = other->kind() == toolkit::Kind::Frame ||
-                         other->kind() == toolkit::Kind::PictureBox ||
-                         other->kind() == toolkit::Kind::Image;
-      if (layer) {
-        other->setVisible(false);
-      }
-    }
-    for (Control* each = &control; each != nullptr; each = each->container()) {
-      each->setVisible(true);
-      each->setEnabled(true);
-    }
   }
 
   /// All of one type that an operator could use.
@@ -82,79 +67,11 @@ TEST_F(EveryControl, isShownAsItIsByAViewThatComesLater) {
   EXPECT_EQ(differences(view, surface), "");
 }
 
-/// One random act of code.
-void act(Control& control, std::mt19937& random) {
-  const auto number = [&random](int limit) {
-    return static_cast<int>(random() % static_cast<unsigned>(limit));
-  };
-  const std::string text(static_cast<std::size_t>(number(9)), static_cast<char>('a' + number(3)));
-  switch (number(8)) {
-    case 0:
-      control.setEnabled(number(3) != 0);
-      return;
-    case 1:
-      control.setVisible(number(3) != 0);
-      return;
-    case 2:
-      control.bringToFront();
-      return;
-    case 3: {
-      toolkit::Look look = control.look();
-      look.bold = number(2) == 0;
-      look.toolTip = text;
-      look.accessibleName = text;
-      look.mnemonic = number(4) - 1;
-      look.comboStyle =
-          number(2) == 0 ? toolkit::ComboStyle::Editable : toolkit::ComboStyle::DropDownList;
-      control.setLook(look);
-      return;
-    }
-    default:
-      break;
-  }
-  if (auto* const box = dynamic_cast<toolkit::TextBox*>(&control)) {
-    box->setText(text);
-  } else if (auto* const check = dynamic_cast<toolkit::CheckBox*>(&control)) {
-    check->setValue(number(3));
-    check->setCaption(text + "&" + text);
-  } else if (auto* const option = dynamic_cast<toolkit::OptionButton*>(&control)) {
-    option->setValue(number(3) != 0);
-  } else if (auto* const button = dynamic_cast<toolkit::CommandButton*>(&control)) {
-    button->setCaption(text);
-  } else if (auto* const label = dynamic_cast<toolkit::Label*>(&control)) {
-    label->setCaption(text + "&&" + text);
-  } else if (auto* const list = dynamic_cast<toolkit::ListControl*>(&control)) {
-    const int count = list->listCount();
-    switch (number(6)) {
-      case 0:
-        list->clear();
-        break;
-      case 1:
-        if (count > 0) {
-          list->removeItem(number(count));
-        }
-        break;
-      case 2:
-        list->setListIndex(number(count + 1) - 1);
-        break;
-      case 3:
-        list->addItem(text, number(count + 1));
-        break;
-      default:
-        list->addItem(text);
-        break;
-    }
-    if (auto* const combo = dynamic_cast<toolkit::ComboBox*>(list); combo != nullptr && number(2)) {
-      combo->setText(text);
-    }
-  }
-}
-
 TEST_F(EveryControl, isShownAsItIsAfterAnyRunOfChangesByCode) {
   std::mt19937 random(1);
   const auto& controls = surface.controls();
   for (int i = 0; i < 3000; ++i) {
-    act(*controls[random() % controls.size()], random);
+    support::act(*controls[random() % controls.size()], random);
     if (i % 500 == 499) {
       ASSERT_EQ(differences(view, surface), "") << i;
       support::WidgetHand::flush();
@@ -164,7 +81,7 @@ TEST_F(EveryControl, isShownAsItIsAfterAnyRunOfChangesByCode) {
 
 TEST_F(EveryControl, thatIsAButtonIsClickedOnce) {
   for (toolkit::CommandButton* button : all<toolkit::CommandButton>()) {
-    expose(*button);
+    support::expose(*button);
     int clicks = 0;
     const auto watching = button->click.observe([&clicks] { ++clicks; });
     EXPECT_TRUE(hand.click(*button));
@@ -177,7 +94,7 @@ TEST_F(EveryControl, thatIsAButtonIsClickedOnce) {
 
 TEST_F(EveryControl, thatIsALabelIsClickedOnce) {
   for (toolkit::Label* label : all<toolkit::Label>()) {
-    expose(*label);
+    support::expose(*label);
     int clicks = 0;
     const auto watching = label->click.observe([&clicks] { ++clicks; });
     EXPECT_TRUE(hand.click(*label));
@@ -187,7 +104,7 @@ TEST_F(EveryControl, thatIsALabelIsClickedOnce) {
 
 TEST_F(EveryControl, thatIsACheckBoxFlips) {
   for (toolkit::CheckBox* box : all<toolkit::CheckBox>()) {
-    expose(*box);
+    support::expose(*box);
     for (const int before : {0, 1, 2}) {
       box->setValue(before);
       EXPECT_TRUE(hand.click(*box));
@@ -202,7 +119,7 @@ TEST_F(EveryControl, thatIsACheckBoxFlips) {
 
 TEST_F(EveryControl, thatIsAnOptionIsChosen) {
   for (toolkit::OptionButton* option : all<toolkit::OptionButton>()) {
-    expose(*option);
+    support::expose(*option);
     EXPECT_TRUE(hand.click(*option));
     EXPECT_TRUE(option->value()) << option->fullName();
     EXPECT_EQ(differences(view, surface), "");
@@ -213,7 +130,7 @@ TEST_F(EveryControl, thatIsAnOptionIsChosen) {
 
 TEST_F(EveryControl, thatIsAFieldIsTypedInto) {
   for (toolkit::TextBox* box : all<toolkit::TextBox>()) {
-    expose(*box);
+    support::expose(*box);
     box->setText("before");
     const bool reading = box->look().colorRole == toolkit::ColorRole::Value;
     EXPECT_EQ(hand.type(*box, "1.5 Vx"), !reading);
@@ -235,7 +152,7 @@ TEST_F(EveryControl, thatIsAFieldIsTypedInto) {
 
 TEST_F(EveryControl, thatIsAComboBoxIsPickedFrom) {
   for (toolkit::ComboBox* box : all<toolkit::ComboBox>()) {
-    expose(*box);
+    support::expose(*box);
     box->clear();
     for (const char* item : {"one", "two", "three"}) {
       box->addItem(item);
@@ -258,7 +175,7 @@ TEST_F(EveryControl, thatIsAComboBoxIsPickedFrom) {
 
 TEST_F(EveryControl, thatIsAListIsPickedFrom) {
   for (toolkit::ListBox* box : all<toolkit::ListBox>()) {
-    expose(*box);
+    support::expose(*box);
     for (const char* item : {"CH1", "CH2", "CH3"}) {
       box->addItem(item);
     }
@@ -272,7 +189,7 @@ TEST_F(EveryControl, thatIsAListIsPickedFrom) {
 
 TEST_F(EveryControl, thatIsAPictureKnowsWhereItIsPressed) {
   for (toolkit::Pictured* picture : all<toolkit::Pictured>()) {
-    expose(*picture);
+    support::expose(*picture);
     std::vector<toolkit::MousePress> presses;
     int clicks = 0;
     const auto pressing = picture->mouseDown.observe(
@@ -303,7 +220,7 @@ TEST_F(EveryControl, thatTheEnterKeyClicksIsClicked) {
       continue;
     }
     ++fields;
-    expose(*control);
+    support::expose(*control);
     auto& button = dynamic_cast<toolkit::CommandButton&>(
         name.ends_with(')') ? *surface.find("cmdSet", control->index()) : *surface.find(name));
     button.setEnabled(true);

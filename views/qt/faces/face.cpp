@@ -14,12 +14,6 @@ void Stage::act(const toolkit::Control& control, std::function<void()> deed) con
   });
 }
 
-bool isPage(const toolkit::Control& control) {
-  const toolkit::Container* const around = control.container();
-  return control.kind() == toolkit::Kind::Frame && around != nullptr &&
-         around->place().width <= control.place().width;
-}
-
 std::unique_ptr<Face> makeFace(Stage& stage, toolkit::Control& control, QWidget& parent) {
   using toolkit::Kind;
   switch (control.kind()) {

@@ -49,9 +49,6 @@ class Face {
   QWidget& widget_;
 };
 
-/// A frame as wide as what it sits in.
-[[nodiscard]] bool isPage(const toolkit::Control& control);
-
 /// Each makes the face of a control within the widget of its container.
 std::unique_ptr<Face> makeFrame(Stage& stage, toolkit::Frame& frame, QWidget& parent);
 std::unique_ptr<Face> makeLabel(Stage& stage, toolkit::Label& label, QWidget& parent);

@@ -2,6 +2,7 @@
 #include <QtWidgets/QGroupBox>
 #include <QtWidgets/QStyle>
 
+#include "lumodevice/toolkit/drawing.hpp"
 #include "views/qt/dress.hpp"
 #include "views/qt/faces/face.hpp"
 #include "views/qt/texts.hpp"
@@ -25,8 +26,6 @@ class FrameWidget : public QGroupBox {
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
-    constexpr int kMargin = 180;
-    constexpr int kCaptionTop = 90;
     constexpr double kRounding = 75;
     QPainter painter(this);
     if (!page_) {
@@ -38,18 +37,17 @@ class FrameWidget : public QGroupBox {
     }
     QFont letters = font();
     letters.setBold(true);
-    letters.setPointSizeF(letters.pointSizeF() * (page_ ? kPageCaption : 1));
+    letters.setPointSizeF(letters.pointSizeF() * (page_ ? toolkit::kPageCaption : 1));
     painter.setFont(letters);
-    const int margin = stage_.scale().pixels(kMargin);
-    const int top = stage_.scale().pixels(page_ ? kMargin : kCaptionTop);
+    const int margin = stage_.scale().pixels(toolkit::kFrameMargin);
+    const int top =
+        stage_.scale().pixels(page_ ? toolkit::kFrameMargin : toolkit::kFrameCaptionTop);
     const QRect place(margin, top, width() - 2 * margin, painter.fontMetrics().height());
     style()->drawItemText(&painter, place, Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic,
                           palette(), isEnabled(), title(), QPalette::WindowText);
   }
 
  private:
-  static constexpr double kPageCaption = 1.3;
-
   Stage& stage_;
   bool page_ = false;
 };
@@ -65,7 +63,7 @@ class FrameFace : public Face {
     }
   }
   void drawAll() override {
-    box_.setPage(isPage(frame_));
+    box_.setPage(toolkit::isPage(frame_));
     box_.setTitle(marked(frame_.caption(), frame_.look().mnemonic));
   }
 

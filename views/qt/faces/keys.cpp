@@ -1,9 +1,7 @@
 #include "views/qt/faces/keys.hpp"
 
-#include <algorithm>
-
+#include "lumodevice/toolkit/drawing.hpp"
 #include "lumodevice/toolkit/hand.hpp"
-#include "lumodevice/toolkit/surface.hpp"
 
 namespace lumodevice::qt {
 
@@ -25,14 +23,11 @@ std::optional<toolkit::Key> fieldKey(const QKeyEvent& event) {
 }
 
 bool clickEntered(Stage& stage, const toolkit::Control& field) {
-  const auto& all = field.surface().controls();
-  const auto found = std::find_if(all.begin(), all.end(), [&field](const auto& control) {
-    return control->fullName() == field.look().enterClicks;
-  });
-  if (found == all.end()) {
+  toolkit::Control* const button = toolkit::clickedByEnter(field);
+  if (button == nullptr) {
     return false;
   }
-  stage.act(field, [button = found->get()] { toolkit::hand::click(*button); });
+  stage.act(field, [button] { toolkit::hand::click(*button); });
   return true;
 }
 

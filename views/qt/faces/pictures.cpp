@@ -3,6 +3,7 @@
 #include <QtGui/QPainter>
 #include <utility>
 
+#include "lumodevice/toolkit/drawing.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "views/qt/faces/face.hpp"
 
@@ -73,9 +74,8 @@ class PictureWidget : public QWidget {
 
   /// As large as on the screen that it comes from, at the view's scale.
   [[nodiscard]] QSize naturalSize() const {
-    constexpr int kTwipsPerPoint = 15;
-    return {stage_.scale().pixels(image_.width() * kTwipsPerPoint),
-            stage_.scale().pixels(image_.height() * kTwipsPerPoint)};
+    return {stage_.scale().pixels(image_.width() * toolkit::kTwipsPerPicturePoint),
+            stage_.scale().pixels(image_.height() * toolkit::kTwipsPerPicturePoint)};
   }
 
   /// With button 0 for one that presses do not know.
