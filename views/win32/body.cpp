@@ -236,8 +236,8 @@ void FormView::Body::drawPointer() const {
   POINT at{};
   GetCursorPos(&at);
   if (isWithin(WindowFromPoint(at))) {
-    SetCursor(LoadCursorW(
-        nullptr, form_->mousePointer() == toolkit::kHourglass ? IDC_WAIT : IDC_ARROW));
+    SetCursor(
+        LoadCursorW(nullptr, form_->mousePointer() == toolkit::kHourglass ? IDC_WAIT : IDC_ARROW));
   }
 }
 

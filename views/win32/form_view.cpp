@@ -57,12 +57,12 @@ FormView::Size FormView::size() const {
 }
 
 bool FormView::translate(const tagMSG& message) {
-  const bool here = body_->surface() != nullptr && body_->window() != nullptr &&
-                    (message.hwnd == body_->window() ||
-                     IsChild(body_->window(), message.hwnd) != FALSE);
+  const bool here =
+      body_->surface() != nullptr && body_->window() != nullptr &&
+      (message.hwnd == body_->window() || IsChild(body_->window(), message.hwnd) != FALSE);
   const std::shared_ptr<Body> held = body_;
-  return here && held->keyboard().take(message.message, message.wParam, held->present(),
-                                       held->tabLeaves);
+  return here &&
+         held->keyboard().take(message.message, message.wParam, held->present(), held->tabLeaves);
 }
 
 void FormView::setTabLeaves(bool leaves) {

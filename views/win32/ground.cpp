@@ -18,9 +18,7 @@ void fill(HDC device, HWND window, Stage& stage) {
 }  // namespace
 
 void Canvas::make(HWND parent) {
-  Window::make({stage_.className().c_str(), WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
-                WS_EX_CONTROLPARENT},
-               parent);
+  Window::make({stage_.className().c_str(), WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN}, parent);
 }
 
 LRESULT Canvas::message(UINT message, WPARAM first, LPARAM second) {
@@ -35,10 +33,9 @@ LRESULT Canvas::message(UINT message, WPARAM first, LPARAM second) {
 }
 
 void Viewport::make(HWND parent) {
-  const DWORD kind = parent == nullptr ? WS_POPUP : WS_CHILD;
-  Window::make({stage_.className().c_str(), kind | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
-                WS_EX_CONTROLPARENT},
-               parent);
+  // For a dialog around it the view is one control, which finds its way within by itself.
+  const DWORD kind = parent == nullptr ? WS_POPUP : WS_CHILD | WS_TABSTOP;
+  Window::make({stage_.className().c_str(), kind | WS_CLIPCHILDREN | WS_CLIPSIBLINGS}, parent);
 }
 
 void Viewport::setCanvas(HWND canvas, SIZE size) {

@@ -100,8 +100,9 @@ bool Keyboard::walkOptions(WPARAM key, const Face& at) const {
 /// The letter of a label or frame goes to the next one that takes the keyboard; of options, to the
 /// chosen one.
 bool Keyboard::lead(std::size_t from) const {
-  const auto next = std::find_if(faces_.begin() + static_cast<std::ptrdiff_t>(from) + 1,
-                                 faces_.end(), [](const auto& each) { return each->takesKeyboard(); });
+  const auto next =
+      std::find_if(faces_.begin() + static_cast<std::ptrdiff_t>(from) + 1, faces_.end(),
+                   [](const auto& each) { return each->takesKeyboard(); });
   if (next == faces_.end()) {
     return false;
   }

@@ -17,8 +17,9 @@ std::wstring shown(std::string_view bytes) {
   if (length > 0) {
     MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), length);
   } else {
-    std::transform(bytes.begin(), bytes.end(), text.begin(),
-                   [](char byte) { return static_cast<wchar_t>(static_cast<unsigned char>(byte)); });
+    std::transform(bytes.begin(), bytes.end(), text.begin(), [](char byte) {
+      return static_cast<wchar_t>(static_cast<unsigned char>(byte));
+    });
   }
   std::replace(text.begin(), text.end(), L'\0', L' ');
   return text;

@@ -71,9 +71,9 @@ TEST_F(EveryControl, liesWhereTheFormHasIt) {
     constexpr double kRounding = 1;
     EXPECT_NEAR(place.left, control->place().left / 15.0 * scale, kRounding) << control->fullName();
     EXPECT_NEAR(place.top, control->place().top / 15.0 * scale, kRounding) << control->fullName();
-    EXPECT_NEAR(place.right - place.left, control->place().width / 15.0 * scale, 2 * kRounding)
+    EXPECT_NEAR(place.right - place.left, control->place().width / 15.0 * scale, kRounding)
         << control->fullName();
-    EXPECT_NEAR(place.bottom - place.top, control->place().height / 15.0 * scale, 2 * kRounding)
+    EXPECT_NEAR(place.bottom - place.top, control->place().height / 15.0 * scale, kRounding)
         << control->fullName();
   }
 }

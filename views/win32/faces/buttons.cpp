@@ -172,11 +172,10 @@ class CheckBoxFace : public ButtonFace<toolkit::CheckBox> {
     const int side = GetSystemMetrics(SM_CXMENUCHECK);
     const int top = (whole.bottom - side) / 2;
     RECT box{(mark - side) / 2 + 2, top, (mark - side) / 2 + 2 + side, top + side};
-    const UINT ticked = model().value() == toolkit::CheckBox::kClear    ? DFCS_BUTTONCHECK
-                        : model().value() == toolkit::CheckBox::kTicked ? DFCS_BUTTONCHECK |
-                                                                              DFCS_CHECKED
-                                                                        : DFCS_BUTTON3STATE |
-                                                                              DFCS_CHECKED;
+    const UINT ticked = model().value() == toolkit::CheckBox::kClear ? DFCS_BUTTONCHECK
+                        : model().value() == toolkit::CheckBox::kTicked
+                            ? DFCS_BUTTONCHECK | DFCS_CHECKED
+                            : DFCS_BUTTON3STATE | DFCS_CHECKED;
     DrawFrameControl(device, &box, DFC_BUTTON, ticked | DFCS_FLAT | (usable ? 0U : DFCS_INACTIVE));
     const HGDIOBJ before = SelectObject(device, font());
     SetBkMode(device, TRANSPARENT);
@@ -215,9 +214,7 @@ class OptionFace : public ButtonFace<toolkit::OptionButton> {
   [[nodiscard]] Shape shape() const override {
     return {WC_BUTTONW, WS_CHILD | WS_CLIPSIBLINGS | WS_TABSTOP | BS_RADIOBUTTON};
   }
-  void drawValue() override {
-    send(BM_SETCHECK, model().value() ? BST_CHECKED : BST_UNCHECKED);
-  }
+  void drawValue() override { send(BM_SETCHECK, model().value() ? BST_CHECKED : BST_UNCHECKED); }
   [[nodiscard]] int beside() const override { return markWidth(stage()); }
 
  private:
@@ -232,8 +229,8 @@ class OptionFace : public ButtonFace<toolkit::OptionButton> {
       }
     }
     for (const auto& each : model().surface().controls()) {
-      if (each->kind() == toolkit::Kind::OptionButton &&
-          each->container() == model().container() && each->usable()) {
+      if (each->kind() == toolkit::Kind::OptionButton && each->container() == model().container() &&
+          each->usable()) {
         return each.get() == &model();
       }
     }

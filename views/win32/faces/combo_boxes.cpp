@@ -52,10 +52,12 @@ class ComboBoxFace : public Face {
     RECT whole = place;
     whole.bottom += kShownEntries * entry;
     Face::place(whole);
+    // What the edges take of it shows when it has a height.
+    constexpr auto kField = static_cast<WPARAM>(-1);
+    send(CB_SETITEMHEIGHT, kField, entry);
     RECT now{};
     GetWindowRect(handle(), &now);
-    const auto field = send(CB_GETITEMHEIGHT, static_cast<WPARAM>(-1));
-    send(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), field + height - (now.bottom - now.top));
+    send(CB_SETITEMHEIGHT, kField, entry + height - (now.bottom - now.top));
   }
   [[nodiscard]] bool takesKeyboard() const override { return true; }
   bool useMnemonic() override {
@@ -68,8 +70,10 @@ class ComboBoxFace : public Face {
         pick(static_cast<int>(send(CB_GETCURSEL)));
         return;
       case CBN_SELENDCANCEL:
-        // What was looked at in the list is not meant.
-        stage().act(box_, [&box = box_] { box.confirm(); });
+        // What was looked at in the list is not meant. Every field that is left says so, too.
+        if (send(CB_GETCURSEL) != box_.listIndex()) {
+          stage().act(box_, [&box = box_] { box.confirm(); });
+        }
         return;
       case CBN_EDITCHANGE:
         if (!drawing_) {

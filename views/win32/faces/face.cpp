@@ -79,7 +79,7 @@ LRESULT Face::message(UINT message, WPARAM first, LPARAM second) {
 COLORREF groundWithin(const Stage& stage, const toolkit::Container& container) {
   const Wardrobe::Colours& colours = stage.wardrobe().colours();
   return container.kind() == toolkit::Kind::Frame && !toolkit::isPage(container) ? colours.card
-                                                                                : colours.window;
+                                                                                 : colours.window;
 }
 
 std::optional<LRESULT> handOn(Stage& stage, UINT message, WPARAM first, LPARAM second) {

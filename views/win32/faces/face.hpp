@@ -98,7 +98,8 @@ class Face : public Window {
   std::optional<Shape> made_;
 };
 
-/// What windows that others sit in do with what these tell them: nothing when it is no such message.
+/// What windows that others sit in do with what these tell them: nothing when it is no such
+/// message.
 [[nodiscard]] std::optional<LRESULT> handOn(Stage& stage, UINT message, WPARAM first,
                                             LPARAM second);
 

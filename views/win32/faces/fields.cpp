@@ -175,8 +175,8 @@ class TextBoxFace : public Face {
         static_cast<double>(outer.right - outer.left - kBeside) / std::max(needed, 1);
     const int letters = static_cast<int>(whole * std::clamp(share, kSmallest, 1.0));
     if (std::exchange(letters_, letters) != letters) {
-      send(WM_SETFONT,
-           reinterpret_cast<WPARAM>(stage().wardrobe().font(letters, box_.look().bold)), TRUE);
+      send(WM_SETFONT, reinterpret_cast<WPARAM>(stage().wardrobe().font(letters, box_.look().bold)),
+           TRUE);
       center();
     }
   }

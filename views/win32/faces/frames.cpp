@@ -17,17 +17,19 @@ class FrameFace : public Face {
     }
   }
   void drawAll() override {
-    // With its letter marked: a container's IsDialogMessage finds it there.
     SetWindowTextW(handle(), marked(frame_.caption(), frame_.look().mnemonic).c_str());
     repaint();
   }
 
  protected:
   [[nodiscard]] Shape shape() const override {
-    return {className().c_str(), WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS, WS_EX_CONTROLPARENT};
+    return {className().c_str(), WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS};
   }
 
   LRESULT message(UINT message, WPARAM first, LPARAM second) override {
+    if (message == WM_ENABLE) {
+      repaint();
+    }
     if (const auto taken = handOn(stage(), message, first, second)) {
       return *taken;
     }

@@ -85,10 +85,10 @@ class PictureFace : public Face {
   void press(MousePress::Button button, WPARAM keys, LPARAM at) {
     MousePress press;
     press.button = button;
-    press.shift = static_cast<std::int16_t>(
-        ((keys & MK_SHIFT) != 0 ? int{MousePress::kShift} : 0) +
-        ((keys & MK_CONTROL) != 0 ? int{MousePress::kControl} : 0) +
-        (GetKeyState(VK_MENU) < 0 ? int{MousePress::kAlt} : 0));
+    press.shift =
+        static_cast<std::int16_t>(((keys & MK_SHIFT) != 0 ? int{MousePress::kShift} : 0) +
+                                  ((keys & MK_CONTROL) != 0 ? int{MousePress::kControl} : 0) +
+                                  (GetKeyState(VK_MENU) < 0 ? int{MousePress::kAlt} : 0));
     press.x = stage().scale().twips(GET_X_LPARAM(at));
     press.y = stage().scale().twips(GET_Y_LPARAM(at));
     stage().act(control_,
@@ -107,10 +107,8 @@ class PictureFace : public Face {
     RECT place = whole;
     if (drawn && !isStretched()) {
       // As large as on the screen that it comes from, at the view's scale.
-      place.right =
-          stage().scale().pixels(picture->width() * toolkit::kTwipsPerPicturePoint);
-      place.bottom =
-          stage().scale().pixels(picture->height() * toolkit::kTwipsPerPicturePoint);
+      place.right = stage().scale().pixels(picture->width() * toolkit::kTwipsPerPicturePoint);
+      place.bottom = stage().scale().pixels(picture->height() * toolkit::kTwipsPerPicturePoint);
     }
     if (!drawn || place.right < whole.right || place.bottom < whole.bottom) {
       FillRect(device, &whole,
