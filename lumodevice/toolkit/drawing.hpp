@@ -5,6 +5,13 @@
 #include "lumodevice/toolkit/surface.hpp"
 
 /// What all views that draw a form with a window system have in common.
+///
+///     for (const auto& control : load.surface().controls()) {
+///       if (toolkit::seen(load.surface(), *control)) {
+///         const toolkit::Colour letters = toolkit::colourOf(control->look().colorRole, false);
+///         std::cout << control->fullName() << ": red " << int{letters.red} << '\n';
+///       }
+///     }
 namespace lumodevice::toolkit {
 
 /// The font that forms are drawn for, 9 points, in twips: its height, and how wide `kSampleText` is

@@ -13,7 +13,8 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 DATABASE = TOP / "build/sanitize/compile_commands.json"
 # Where an included name is looked up. Behind the first: headers that stand elsewhere once installed.
-ROOTS = ("", "platform/include/", "simulator/include/", "views/qt/include/")
+ROOTS = ("", "platform/include/", "platform/windows/include/", "simulator/include/", "views/qt/include/",
+         "views/win32/include/")
 INCLUDE = re.compile(r'^\s*#include\s+"([^"]+)"', re.MULTILINE)
 OF_WINDOWS = re.compile(r'^#include <(?:windows|windowsx|winsock2|unknwn|ole2|olectl|commctrl)\.h>', re.MULTILINE)
 
@@ -64,8 +65,9 @@ def included(name, seen=None):
 
 
 def of_windows(name):
-    """Whether only Windows can compile a source: it includes a header of that system, perhaps by way of others."""
-    return any(OF_WINDOWS.search((TOP / part).read_text()) for part in included(name))
+    """Whether only a build for Windows has what a source needs: it includes a header of that system, or one that is
+    installed there alone, perhaps by way of others."""
+    return any("/win32/" in part or OF_WINDOWS.search((TOP / part).read_text()) for part in included(name))
 
 
 def fingerprint(name, *others):
