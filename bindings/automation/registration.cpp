@@ -155,14 +155,16 @@ void removeTree(HKEY classes, const std::wstring& name) {
   }
 }
 
-bool hasKeysBelow(HKEY classes, const std::wstring& name) {
+/// Whether there is anything below the key.
+bool isEmpty(HKEY classes, const std::wstring& name) {
   const Key key = opened(classes, name, KEY_QUERY_VALUE);
   DWORD keys = 0;
+  DWORD values = 0;
   if (key.isOpen()) {
     demandWin32(RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr,
-                                 nullptr, nullptr, nullptr, nullptr, nullptr));
+                                 &values, nullptr, nullptr, nullptr, nullptr));
   }
-  return keys > 0;
+  return keys == 0 && values == 0;
 }
 
 /// The type library's keys are the same for both word widths: each takes its own file out, the last
@@ -170,9 +172,9 @@ bool hasKeysBelow(HKEY classes, const std::wstring& name) {
 void removeTypeLibrary(HKEY classes) {
   const std::wstring files = versionKey() + L"\\0";
   removeTree(classes, files + L"\\" + std::wstring(kPlatform));
-  if (!hasKeysBelow(classes, files)) {
+  if (isEmpty(classes, files)) {
     removeTree(classes, versionKey());
-    if (!hasKeysBelow(classes, libraryKey())) {
+    if (isEmpty(classes, libraryKey())) {
       removeTree(classes, libraryKey());
     }
   }
@@ -188,13 +190,9 @@ void removeProgId(HKEY classes, Scope scope) {
 }
 
 template <typename Act>
-HRESULT inClasses(Scope scope, REGSAM rights, Act act) {
+HRESULT guarded(Act act) {
   try {
-    const Key classes = opened(root(scope), kClasses, rights);
-    if (!classes.isOpen()) {
-      return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
-    }
-    act(classes.get());
+    act();
     return S_OK;
   } catch (const ComFailure& failure) {
     return failure.result;
@@ -206,21 +204,33 @@ HRESULT inClasses(Scope scope, REGSAM rights, Act act) {
 }  // namespace
 
 HRESULT registerControl(Scope scope) {
-  return inClasses(scope, KEY_CREATE_SUB_KEY, [](HKEY classes) {
+  return guarded([scope] {
+    HKEY made = nullptr;
+    demandWin32(RegCreateKeyExW(root(scope), kClasses, 0, nullptr, 0, KEY_CREATE_SUB_KEY, nullptr,
+                                &made, nullptr));
+    const Key classes(made);
     for (const Value& value : registration()) {
-      write(classes, value);
+      write(classes.get(), value);
     }
   });
 }
 
 HRESULT unregisterControl(Scope scope) {
-  constexpr REGSAM kRights = KEY_READ | KEY_WRITE | DELETE;
-  return inClasses(scope, kRights, [scope](HKEY classes) {
-    removeTree(classes, classKey());
-    removeTree(classes, L"Interface\\" + braced(kInterfaceId));
-    removeTree(classes, L"Interface\\" + braced(kEventsId));
-    removeTypeLibrary(classes);
-    removeProgId(classes, scope);
+  return guarded([scope] {
+    const Key classes = opened(root(scope), kClasses, KEY_READ | KEY_WRITE | DELETE);
+    if (classes.isOpen()) {
+      removeTree(classes.get(), classKey());
+      removeTree(classes.get(), L"Interface\\" + braced(kInterfaceId));
+      removeTree(classes.get(), L"Interface\\" + braced(kEventsId));
+      removeTypeLibrary(classes.get());
+      removeProgId(classes.get(), scope);
+      // A user may have had none of his own before.
+      for (const wchar_t* const shared : {L"CLSID", L"Interface", L"TypeLib"}) {
+        if (isEmpty(classes.get(), shared)) {
+          removeTree(classes.get(), shared);
+        }
+      }
+    }
   });
 }
 
