@@ -1,6 +1,7 @@
 /// A shared library that exports what VISA programs need to find, open, use and close a
 /// message-based resource, over one simulated instrument in real time, so that any of them can be
-/// pointed at it. The environment variable ZANSIM_FAULTS holds faults, parted by ";".
+/// pointed at it. The environment variable ZANSIM_FAULTS holds faults, parted by ";";
+/// ZANSIM_TRANSCRIPT names a file to which what is written and read is appended.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -72,6 +73,24 @@ void store(Value* where, Value value) {
   if (where != nullptr) {
     *where = value;
   }
+}
+
+/// A line of the transcript: who sent (">" the program, "<" the instrument), and the bytes, of
+/// which those that are no visible characters stand as "\xNN".
+void note(char who, std::string_view bytes) {
+  const char* const name = std::getenv("ZANSIM_TRANSCRIPT");
+  std::FILE* const file = name == nullptr ? nullptr : std::fopen(name, "ab");
+  if (file == nullptr) {
+    return;
+  }
+  static_cast<void>(std::fprintf(file, "%c ", who));
+  for (const char byte : bytes) {
+    const bool visible = byte >= ' ' && byte <= '~' && byte != '\\';
+    static_cast<void>(
+        std::fprintf(file, visible ? "%c" : "\\x%02X", static_cast<std::uint8_t>(byte)));
+  }
+  static_cast<void>(std::fprintf(file, "\n"));
+  static_cast<void>(std::fclose(file));
 }
 
 /// What an operation that does nothing comes to.
@@ -171,6 +190,7 @@ ZANSIM_EXPORT ViStatus viRead(ViSession session, unsigned char* buffer, std::uin
   const ViStatus status =
       machine().visa.viRead(session, {reinterpret_cast<char*>(buffer), size}, read);
   store(count, read);
+  note('<', {reinterpret_cast<const char*>(buffer), read});
   return status;
 }
 
@@ -181,6 +201,7 @@ ZANSIM_EXPORT ViStatus viWrite(ViSession session, const unsigned char* buffer, s
   const ViStatus status =
       machine().visa.viWrite(session, {reinterpret_cast<const char*>(buffer), size}, written);
   store(count, written);
+  note('>', {reinterpret_cast<const char*>(buffer), written});
   return status;
 }
 

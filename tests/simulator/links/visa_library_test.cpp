@@ -1,7 +1,11 @@
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -98,4 +102,29 @@ TEST_F(VisaLibrary, aProgramFindsOpensAsksAndCloses) {
   EXPECT_EQ(close(instrument), 0);
   EXPECT_EQ(close(manager), 0);
   EXPECT_EQ(static_cast<std::uint32_t>(close(list)), 0xBFFF000E);
+}
+
+TEST_F(VisaLibrary, keepsATranscriptOfWhatWentOverTheWire) {
+  const std::string name = testing::TempDir() + "/visa_library_test.transcript";
+  std::remove(name.c_str());
+  ::setenv("ZANSIM_TRANSCRIPT", name.c_str(), 1);
+  Handle manager = 0;
+  ASSERT_EQ(function<Status(Handle*)>("viOpenDefaultRM")(&manager), 0);
+  const auto open =
+      function<Status(Handle, const char*, std::uint32_t, std::uint32_t, Handle*)>("viOpen");
+  Handle instrument = 0;
+  ASSERT_EQ(open(manager, "USB0::0x5A41::0x0200::SIM00001::INSTR", 1, 1, &instrument), 0);
+  const auto write =
+      function<Status(Handle, const unsigned char*, std::uint32_t, std::uint32_t*)>("viWrite");
+  const auto read =
+      function<Status(Handle, unsigned char*, std::uint32_t, std::uint32_t*)>("viRead");
+  unsigned char answer[80];
+  EXPECT_EQ(write(instrument, reinterpret_cast<const unsigned char*>(":CHAN?\n"), 7, nullptr), 0);
+  EXPECT_EQ(read(instrument, answer, sizeof answer, nullptr), 0);
+  EXPECT_EQ(write(instrument, reinterpret_cast<const unsigned char*>("\\\xFF\n"), 3, nullptr), 0);
+  ::unsetenv("ZANSIM_TRANSCRIPT");
+  EXPECT_EQ(function<Status(Handle)>("viClose")(manager), 0);
+  std::ifstream file(name);
+  const std::string lines(std::istreambuf_iterator<char>(file), {});
+  EXPECT_EQ(lines, "> :CHAN?\\x0A\n< 1\\x0A\n> \\x5C\\xFF\\x0A\n");
 }
