@@ -226,6 +226,17 @@ void VisaConnection::noteWhy(FailureKind kind, std::string_view descriptor) {
   }
 }
 
+/// A layer that is no VISA library says so of what it cannot speak.
+void VisaConnection::noteWhyClosed(io::ViStatus status, const std::string& descriptor) {
+  if (status == io::VI_ERROR_LIBRARY_NFOUND) {
+    noteWhy(FailureKind::BadAddress,
+            text::Trim(descriptor) +
+                " needs a VISA library; sockets, USB and serial ports work without");
+  } else {
+    noteWhy(kindOf(status), descriptor);
+  }
+}
+
 /// The instrument of the link that there is would refuse a second session: it is asked over the one
 /// that it has.
 std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string& descriptor,
@@ -247,7 +258,7 @@ std::string VisaConnection::identityOf(VisaLibraryLink& found, const std::string
     leaveLostLink();
   }
   if (!found.open(descriptor)) {
-    noteWhy(kindOf(found.status()), descriptor);
+    noteWhyClosed(found.status(), descriptor);
     return {};
   }
   std::string identity;

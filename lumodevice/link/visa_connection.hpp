@@ -60,6 +60,7 @@ class VisaConnection {
   [[nodiscard]] std::string askOverCom();
   [[nodiscard]] std::optional<std::string> identityOverCom();
   void noteWhy(FailureKind kind, std::string_view descriptor);
+  void noteWhyClosed(io::ViStatus status, const std::string& descriptor);
   [[nodiscard]] bool open(const Search& search);
   [[nodiscard]] std::string foundDescriptor() const;
   void openThroughLibrary(VisaLibraryLink& found);

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "lumodevice/form/control_rows.hpp"
+#include "lumodevice/panel/mode_rows.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/handling.hpp"
 
@@ -12,41 +13,12 @@ namespace lumodevice::panel {
 
 namespace {
 
-constexpr int kNoBox = -1;
 constexpr int kCcHigh = 0;
 constexpr int kCv = 2;
-constexpr int kGoNogoHighBox = 27;
-constexpr int kGoNogoLowBox = 28;
-constexpr form::Command kVoltageHigh = ":SPEC:VOLT:H";
-constexpr form::Command kVoltageLow = ":SPEC:VOLT:L";
-constexpr form::Command kCurrentHigh = ":SPEC:CURR:H";
-constexpr form::Command kCurrentLow = ":SPEC:CURR:L";
 
 constexpr std::string_view kNoFrame;
 constexpr auto kModeFrames = std::to_array<std::string_view>(
     {"FrameCCStatic", "fraCCDynamic", "FrameCRStatic", "fraCRDynamic", "FrameCV"});
-
-/// The boxes of a mode are those of its frame.
-struct Mode {
-  std::string_view frame;
-  bool onlyEnabledBoxes;    ///< the read-back skips a disabled box
-  int bValueBox;            ///< the box that half of a two-channel module has not
-  std::string_view answer;  ///< answer of the instrument that selects this mode
-};
-
-// By option. That some modes ask for a disabled box, too, and that the two CR dynamic answers
-// select each other's option is how the panel has always behaved; hosts count on it.
-constexpr auto kModes = std::to_array<Mode>({
-    {"FrameCCStatic", true, 1, "CCH"},
-    {"FrameCCStatic", true, 1, "CCL"},
-    {"FrameCV", true, 12, "CV"},
-    {"FrameCRStatic", true, 15, "CRH"},
-    {"FrameCRStatic", false, 15, "CRL"},
-    {"fraCCDynamic", false, kNoBox, "CCDH"},
-    {"fraCCDynamic", false, kNoBox, "CCDL"},
-    {"fraCRDynamic", false, kNoBox, "CRDL"},
-    {"fraCRDynamic", true, kNoBox, "CRDH"},
-});
 
 /// Every mode has a frame with boxes, its B value among them.
 constexpr bool modesFitTheForm() {

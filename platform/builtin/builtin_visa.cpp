@@ -1,6 +1,7 @@
 #include "platform/builtin/builtin_visa.hpp"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "lumodevice/io/find_expression.hpp"
@@ -9,6 +10,18 @@
 namespace lumodevice::platform {
 
 namespace {
+
+/// On a network or GPIB: what only a VISA library speaks. HiSLIP and VXI-11 are among them.
+bool needsLibrary(std::string_view descriptor) {
+  constexpr auto kInterfaces = std::to_array<std::string_view>({"TCPIP", "GPIB"});
+  constexpr std::string_view kClass = "::INSTR";
+  const std::size_t shortest = kClass.size();
+  return descriptor.size() > shortest &&
+         sameName(descriptor.substr(descriptor.size() - shortest), kClass) &&
+         std::ranges::any_of(kInterfaces, [&](std::string_view name) {
+           return sameName(descriptor.substr(0, name.size()), name);
+         });
+}
 
 /// Descriptors come out of fixed-length buffers and may still carry their blanks.
 std::string_view withoutPadding(std::string_view text) {
@@ -84,6 +97,10 @@ std::unique_ptr<InstrumentSession> BuiltinVisa::openInstrument(std::string_view 
   }
   if (descriptor.find("::") == std::string_view::npos) {
     status = io::VI_ERROR_INV_RSRC_NAME;
+    return nullptr;
+  }
+  if (needsLibrary(descriptor)) {
+    status = io::VI_ERROR_LIBRARY_NFOUND;
     return nullptr;
   }
   status = io::VI_ERROR_RSRC_NFOUND;

@@ -16,7 +16,8 @@ namespace lumodevice::platform {
 
 /// The layer used where no VISA library is installed. Its resources are the instruments that the
 /// system has drivers for and raw sockets. A socket cannot be discovered: a find expression that is
-/// itself a socket's resource name ("TCPIP0::HOST::PORT::SOCKET") is its own and only match.
+/// itself a socket's resource name ("TCPIP0::HOST::PORT::SOCKET") is its own and only match. What
+/// needs a VISA library (HiSLIP, VXI-11, GPIB) is opened with VI_ERROR_LIBRARY_NFOUND.
 ///
 /// Opening with or without a lock makes no difference: a USBTMC device is never shared with another
 /// process, and sessions of one process do not shut each other out.

@@ -54,6 +54,14 @@ TEST_F(BuiltinVisaTest, aFailedSearchGivesNoFindList) {
   EXPECT_EQ(visa.viFindRsrc(99, "?*", list, count, descriptor), io::VI_ERROR_INV_OBJECT);
 }
 
+TEST_F(BuiltinVisaTest, whatOnlyALibrarySpeaksIsOpenedWithThatWord) {
+  for (const char* name : {"TCPIP0::10.0.0.7::hislip0::INSTR", "tcpip::bench::inst0::instr",
+                           "TCPIP::bench::INSTR", "GPIB0::7::INSTR"}) {
+    EXPECT_EQ(open(name), io::VI_ERROR_LIBRARY_NFOUND) << name;
+  }
+  EXPECT_EQ(open("TCPIP0::INSTRUMENT"), io::VI_ERROR_RSRC_NFOUND);
+}
+
 TEST_F(BuiltinVisaTest, aTypedSocketIsItsOwnOnlyMatchAndItsInterfaceIsCalledZan) {
   ScriptedPeer peer(
       [](PeerConnection& connection) { connection.send("ZAN " + connection.line()); });
