@@ -19,14 +19,11 @@ def discharge(load, channel, amperes, volts, period):
     off."""
     channel.mode = Mode.CC_HIGH
     channel.setpoints["A"] = amperes
-    channel.on()
-    try:
+    with channel.loaded():
         for reading in load.readings(period, channels=[channel.number]):
             yield reading
             if reading.voltage < volts or not reading.load:
                 return
-    finally:
-        channel.off()
 
 
 def plot(hours, rows, charge, picture):

@@ -16,16 +16,13 @@ def sweep(load, channel, currents, settling):
     channel.mode = Mode.CC_HIGH
     settings = channel.setpoints
     least, greatest = settings.range("A")
+    settings["A"] = least
     readings = []
-    try:
+    with channel.loaded():
         for amperes in currents:
             settings["A"] = min(max(amperes, least), greatest)
-            if not readings:
-                channel.on()
             load.wait(settling)
             readings.append(channel.read())
-    finally:
-        channel.off()
     return readings
 
 

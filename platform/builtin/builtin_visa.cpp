@@ -6,6 +6,7 @@
 
 #include "lumodevice/io/find_expression.hpp"
 #include "platform/builtin/socket_session.hpp"
+#include "platform/same_name.hpp"
 
 namespace lumodevice::platform {
 
@@ -15,9 +16,8 @@ namespace {
 bool needsLibrary(std::string_view descriptor) {
   constexpr auto kInterfaces = std::to_array<std::string_view>({"TCPIP", "GPIB"});
   constexpr std::string_view kClass = "::INSTR";
-  const std::size_t shortest = kClass.size();
-  return descriptor.size() > shortest &&
-         sameName(descriptor.substr(descriptor.size() - shortest), kClass) &&
+  return descriptor.size() > kClass.size() &&
+         sameName(descriptor.substr(descriptor.size() - kClass.size()), kClass) &&
          std::ranges::any_of(kInterfaces, [&](std::string_view name) {
            return sameName(descriptor.substr(0, name.size()), name);
          });

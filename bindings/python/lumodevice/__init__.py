@@ -7,9 +7,8 @@
         ch = load.channel(3)
         ch.mode = Mode.CC_HIGH
         ch.setpoints["A"] = 1.5          # amperes
-        ch.on()
-        print(ch.voltage, "V")
-        ch.off()
+        with ch.loaded():                # on, and off at the end of the block
+            print(ch.voltage, "V")
 
 connect("TCPIP0::192.168.1.7::5025::SOCKET") takes one instrument, connect("serial") searches the
 serial ports, connect(simulate=True) needs none. What goes wrong raises a LoadError: NoInstrument,
@@ -39,7 +38,7 @@ from ._lumodevice import (
     simulated_host,
     system_host,
 )
-from .channel import Channel, Settings, Switches
+from .channel import Channel, Loaded, Settings, Switches
 from .errors import (
     BadAddress,
     BrokenAnswer,
@@ -72,6 +71,7 @@ __all__ = [
     "LinkLost",
     "Load",
     "LoadError",
+    "Loaded",
     "Mode",
     "NoAnswer",
     "NoInstrument",

@@ -24,7 +24,7 @@ from .tables import (
 if TYPE_CHECKING:
     from .load import Load
 
-__all__ = ["Channel", "Settings", "Switches"]
+__all__ = ["Channel", "Loaded", "Settings", "Switches"]
 
 _VOLTAGE, _CURRENT, _POWER, _LOAD, _ = READINGS
 
@@ -209,6 +209,13 @@ class Channel:
         """Switches the load of this channel off."""
         self.send(f"{LOAD_COMMAND} 0")
 
+    def loaded(self) -> Loaded:
+        """The load on for the length of a block, and off at its end, whatever ends it:
+
+        with channel.loaded(): ...
+        """
+        return Loaded(self)
+
     @property
     def is_on(self) -> bool:
         """Whether the load of this channel is on, as it says itself."""
@@ -273,3 +280,22 @@ class Channel:
 
     def __repr__(self) -> str:
         return f"<Channel {self._number} {self._name}>"
+
+
+class Loaded:
+    """A channel whose load is on for the length of a block; see Channel.loaded()."""
+
+    def __init__(self, channel: Channel) -> None:
+        self._channel = channel
+
+    def __enter__(self) -> Channel:
+        try:
+            self._channel.on()
+        except BaseException:
+            # The command may have gone out all the same.
+            self._channel.off()
+            raise
+        return self._channel
+
+    def __exit__(self, *raised: object) -> None:
+        self._channel.off()

@@ -30,10 +30,12 @@ class Worker:
 
     def __init__(self, host: Host) -> None:
         self._host = host
+        self._thread: int | None = None
         self._threads = ThreadPoolExecutor(1, "lumodevice", self._begin)
 
     def _begin(self) -> None:
-        self._host._admit(threading.get_ident())
+        self._thread = threading.get_ident()
+        self._host._admit(self._thread)
 
     async def run(self, function: Callable[..., Result], *arguments: Any, **named: Any) -> Result:
         """Runs the function on the thread. Cancelled, it breaks off what the function waits for."""
@@ -69,5 +71,8 @@ class Worker:
     def end(self) -> None:
         """What it is at is broken off."""
         self._host._break_off(True)
-        self._threads.shutdown()
+        self._threads.shutdown(cancel_futures=True)
         self._host._break_off(False)
+        # Threads that come later may have the same number.
+        if self._thread is not None:
+            self._host._dismiss(self._thread)

@@ -250,6 +250,14 @@ def test_readings_are_rows(load):
     assert rows[0]._fields == ("time", "channel", "voltage", "current", "power", "load")
 
 
+def test_a_block_of_load_ends_with_the_load_off_whatever_ends_it(load):
+    channel = load.channel(2)
+    with pytest.raises(KeyboardInterrupt), channel.loaded() as loaded:
+        assert loaded.is_on
+        raise KeyboardInterrupt
+    assert not channel.is_on
+
+
 def test_all_channels_go_off(load):
     for channel in load.channels:
         channel.on()
