@@ -24,6 +24,8 @@ constexpr std::size_t kWatts = 2;
 constexpr double kMillisecond = 1e-3;
 constexpr Moment kOftenest{950};
 constexpr double kRoom = 0.08;  // above and below a curve
+/// In place of a channel's name.
+const QString kAllChannels = QStringLiteral("*");
 constexpr int kValueDecimals = 4;
 
 struct Span {
@@ -62,10 +64,11 @@ CurveView::CurveView(Monitor& monitor, QWidget* parent)
              static_cast<double>(monitor.now().count()) * kMillisecond) {
   setObjectName("curves");
   channel_->addItem(tr("Selected channel"), QString());
+  channel_->addItem(tr("All channels"), kAllChannels);
   channel_->setAccessibleName(tr("Channel of the curves"));
   channel_->setToolTip(
-      tr("Whose curves are shown: those of the channel that is read, or what is "
-         "kept of another one"));
+      tr("Whose curves are shown: those of the channel that is read, what is kept of another one, "
+         "or of all"));
   for (const Span& span : kSpans) {
     span_->addItem(span.name, static_cast<qlonglong>(span.length.count()));
   }
@@ -99,6 +102,11 @@ CurveView::CurveView(Monitor& monitor, QWidget* parent)
   addPanel(kWatts, tr("Power (W)"));
   plot_->plotLayout()->setRowSpacing(2);
   plot_->setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
+  legend_ = new QCPLegend;
+  panels_[kVolts].rect->insetLayout()->addElement(legend_, Qt::AlignTop | Qt::AlignLeft);
+  legend_->setLayer("legend");
+  legend_->setFillOrder(QCPLegend::foColumnsFirst);
+  legend_->setWrap(1);
   // On a layer of its own, so that a move of the mouse draws nothing else anew.
   plot_->addLayer("cursor");
   plot_->layer("cursor")->setMode(QCPLayer::lmBuffered);
@@ -147,7 +155,7 @@ void CurveView::addPanel(std::size_t row, const QString& label) {
     rect->setMarginGroup(QCP::msLeft | QCP::msRight,
                          panels_[kVolts].rect->marginGroup(QCP::msLeft));
   }
-  panels_.at(row) = {.rect = rect, .graph = plot_->addGraph(time, value)};
+  panels_.at(row).rect = rect;
   QObject::connect(time, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
                    [this, time](const QCPRange& range) {
                      if (filling_) {
@@ -182,8 +190,7 @@ void CurveView::dress() {
   const QColor text = palette().color(QPalette::WindowText);
   plot_->setBackground(palette().color(QPalette::Base));
   for (std::size_t i = 0; i < panels_.size(); ++i) {
-    Panel& panel = panels_.at(i);
-    panel.graph->setPen(QPen(colourOf(colours, i), 1));
+    const Panel& panel = panels_.at(i);
     for (QCPAxis* const axis : panel.rect->axes()) {
       axis->setBasePen(QPen(colours.faint));
       axis->setTickPen(QPen(colours.faint));
@@ -198,6 +205,10 @@ void CurveView::dress() {
       axis->grid()->setZeroLinePen(QPen(grid, 1, Qt::SolidLine));
     }
   }
+  legend_->setBrush(palette().color(QPalette::Base));
+  legend_->setBorderPen(QPen(colours.faint));
+  legend_->setTextColor(text);
+  legend_->setFont(font());
   for (QCPItemStraightLine* const cursor : cursors_) {
     cursor->setPen(QPen(text, 1, Qt::DotLine));
   }
@@ -219,13 +230,16 @@ Moment CurveView::momentOf(double key) const {
   return Moment(std::llround((key - epoch_) / kMillisecond));
 }
 
-const ChannelRecord* CurveView::shownRecord() {
-  const std::string chosen = channel_->currentData().toString().toStdString();
-  if (chosen.empty()) {
-    return monitor_.current();
+std::vector<CurveView::Shown> CurveView::shown() {
+  const QString chosen = channel_->currentData().toString();
+  std::vector<Shown> shown;
+  for (const auto& [name, record] : monitor_.records()) {
+    if (chosen == kAllChannels ||
+        name == (chosen.isEmpty() ? monitor_.channel() : chosen.toStdString())) {
+      shown.push_back({&name, &record});
+    }
   }
-  const auto found = monitor_.records().find(chosen);
-  return found == monitor_.records().end() ? nullptr : &found->second;
+  return shown;
 }
 
 void CurveView::chooseChannels() {
@@ -235,6 +249,11 @@ void CurveView::chooseChannels() {
       channel_->addItem(text, text);
     }
   }
+}
+
+void CurveView::showAllChannels() {
+  channel_->setCurrentIndex(channel_->findData(kAllChannels));
+  redraw();
 }
 
 void CurveView::showChannel(const std::string& channel) {
@@ -297,48 +316,85 @@ void CurveView::moved() {
 }
 
 void CurveView::fill() {
-  const ChannelRecord* const record = shownRecord();
-  const QCPRange range = panels_[kVolts].rect->axis(QCPAxis::atBottom)->range();
+  const std::vector<Shown> shown = this->shown();
+  makeGraphs(shown);
   for (std::size_t i = 0; i < panels_.size(); ++i) {
     Panel& panel = panels_.at(i);
-    QVector<QCPGraphData> points;
-    double lowest = 0;
-    double highest = 0;
-    if (record != nullptr) {
-      const auto columns = static_cast<std::size_t>(std::max(panel.rect->width(), 1));
-      const auto curve =
-          seriesOf(*record, i).curve(momentOf(range.lower), momentOf(range.upper), columns);
-      points.reserve(static_cast<qsizetype>(curve.size()));
-      bool first = true;
-      for (const CurvePoint& point : curve) {
-        points.append(QCPGraphData(keyOf(point.at), point.value));
-        if (!std::isnan(point.value)) {
-          lowest = first ? point.value : std::min(lowest, point.value);
-          highest = first ? point.value : std::max(highest, point.value);
-          first = false;
-        }
+    Extent all;
+    for (std::size_t j = 0; j < shown.size(); ++j) {
+      const Extent one = fillGraph(*panel.graphs[j], seriesOf(*shown[j].record, i));
+      if (one.any) {
+        all = {.lowest = all.any ? std::min(all.lowest, one.lowest) : one.lowest,
+               .highest = all.any ? std::max(all.highest, one.highest) : one.highest,
+               .any = true};
       }
     }
-    panel.graph->data()->set(points, true);
-    scaleValues(panel, lowest, highest);
+    scaleValues(panel, all);
   }
-  fillMarks();
+  fillMarks(shown);
 }
 
-/// Wide enough for the curve, never narrower than what an instrument's last digits are.
-void CurveView::scaleValues(Panel& panel, double lowest, double highest) {
+/// One in each panel for each record. A channel alone has the colours of its quantities; several
+/// have one each, which the legend tells.
+void CurveView::makeGraphs(const std::vector<Shown>& shown) {
+  const Colours colours(palette());
+  legend_->clearItems();
+  for (std::size_t i = 0; i < panels_.size(); ++i) {
+    Panel& panel = panels_.at(i);
+    while (panel.graphs.size() > shown.size()) {
+      plot_->removeGraph(panel.graphs.back());
+      panel.graphs.pop_back();
+    }
+    while (panel.graphs.size() < shown.size()) {
+      panel.graphs.push_back(
+          plot_->addGraph(panel.rect->axis(QCPAxis::atBottom), panel.rect->axis(QCPAxis::atLeft)));
+    }
+    for (std::size_t j = 0; j < shown.size(); ++j) {
+      const bool alone = shown.size() == 1;
+      panel.graphs[j]->setPen(QPen(alone ? colourOf(colours, i) : colours.ofChannel(j), 1));
+      panel.graphs[j]->setName(QString::fromStdString(*shown[j].channel));
+      if (!alone && i == kVolts) {
+        panel.graphs[j]->addToLegend(legend_);
+      }
+    }
+  }
+  legend_->setVisible(shown.size() > 1);
+}
+
+CurveView::Extent CurveView::fillGraph(QCPGraph& graph, const Series& series) {
+  const QCPRange range = graph.keyAxis()->range();
+  const auto columns = static_cast<std::size_t>(std::max(graph.keyAxis()->axisRect()->width(), 1));
+  const auto curve = series.curve(momentOf(range.lower), momentOf(range.upper), columns);
+  QVector<QCPGraphData> points;
+  points.reserve(static_cast<qsizetype>(curve.size()));
+  Extent extent;
+  for (const CurvePoint& point : curve) {
+    points.append(QCPGraphData(keyOf(point.at), point.value));
+    if (!std::isnan(point.value)) {
+      extent = {.lowest = extent.any ? std::min(extent.lowest, point.value) : point.value,
+                .highest = extent.any ? std::max(extent.highest, point.value) : point.value,
+                .any = true};
+    }
+  }
+  graph.data()->set(points, true);
+  return extent;
+}
+
+/// Wide enough for the curves, never narrower than what an instrument's last digits are.
+void CurveView::scaleValues(Panel& panel, const Extent& extent) {
   constexpr double kNarrowest = 0.01;
-  if (panel.graph->data()->isEmpty()) {
-    panel.rect->axis(QCPAxis::atLeft)->setRange(0, 1);
+  QCPAxis* const values = panel.rect->axis(QCPAxis::atLeft);
+  if (!extent.any) {
+    values->setRange(0, 1);
     return;
   }
-  const double middle = (lowest + highest) / 2;
-  const double width = std::max({highest - lowest, std::abs(middle) * kNarrowest, kNarrowest});
-  panel.rect->axis(QCPAxis::atLeft)
-      ->setRange(middle - width * (0.5 + kRoom), middle + width * (0.5 + kRoom));
+  const double middle = (extent.lowest + extent.highest) / 2;
+  const double width =
+      std::max({extent.highest - extent.lowest, std::abs(middle) * kNarrowest, kNarrowest});
+  values->setRange(middle - width * (0.5 + kRoom), middle + width * (0.5 + kRoom));
 }
 
-void CurveView::fillMarks() {
+void CurveView::fillMarks(const std::vector<Shown>& shown) {
   for (QCPItemStraightLine* const line : markLines_) {
     plot_->removeItem(line);
   }
@@ -347,56 +403,63 @@ void CurveView::fillMarks() {
   }
   markLines_.clear();
   markTexts_.clear();
-  const ChannelRecord* const record = shownRecord();
-  if (record == nullptr) {
-    return;
-  }
   constexpr std::size_t kMostShown = 60;
-  constexpr double kRightPart = 0.3;
-  const Colours colours(palette());
   const QCPRange range = panels_[kVolts].rect->axis(QCPAxis::atBottom)->range();
-  for (auto mark = record->marks.rbegin();
-       mark != record->marks.rend() && markTexts_.size() < kMostShown; ++mark) {
-    const double key = keyOf(mark->at);
-    if (!range.contains(key)) {
-      continue;
+  for (const Shown& each : shown) {
+    const auto& marks = each.record->marks;
+    for (auto mark = marks.rbegin(); mark != marks.rend() && markTexts_.size() < kMostShown;
+         ++mark) {
+      if (range.contains(keyOf(mark->at))) {
+        addMark(*mark, shown.size() == 1 ? std::string() : *each.channel + ' ');
+      }
     }
-    const QColor colour = isAlarm(mark->kind) ? colours.alarm : colours.faint;
-    for (const Panel& panel : panels_) {
-      auto* const line = addLine(panel);
-      line->point1->setCoords(key, 0);
-      line->point2->setCoords(key, 1);
-      line->setPen(QPen(colour, 1, Qt::DashLine));
-      markLines_.push_back(line);
-    }
-    auto* const text = new QCPItemText(plot_);
-    const Panel& top = panels_[kVolts];
-    text->position->setAxes(top.rect->axis(QCPAxis::atBottom), top.rect->axis(QCPAxis::atLeft));
-    text->position->setAxisRect(top.rect);
-    text->position->setTypeY(QCPItemPosition::ptAxisRectRatio);
-    text->setClipAxisRect(top.rect);
-    text->position->setCoords(key, 0);
-    const bool atRight = key > range.upper - range.size() * kRightPart;
-    text->setPositionAlignment(Qt::AlignTop | (atRight ? Qt::AlignRight : Qt::AlignLeft));
-    text->setText(' ' + QString::fromStdString(mark->text).left(40) + ' ');
-    text->setColor(isAlarm(mark->kind) ? colours.alarm : palette().color(QPalette::WindowText));
-    text->setFont(font());
-    markTexts_.push_back(text);
   }
 }
 
+void CurveView::addMark(const Mark& mark, const std::string& before) {
+  constexpr double kRightPart = 0.3;
+  const Colours colours(palette());
+  const double key = keyOf(mark.at);
+  for (const Panel& panel : panels_) {
+    auto* const line = addLine(panel);
+    line->point1->setCoords(key, 0);
+    line->point2->setCoords(key, 1);
+    line->setPen(QPen(isAlarm(mark.kind) ? colours.alarm : colours.faint, 1, Qt::DashLine));
+    markLines_.push_back(line);
+  }
+  const Panel& top = panels_[kVolts];
+  const QCPRange range = top.rect->axis(QCPAxis::atBottom)->range();
+  auto* const text = new QCPItemText(plot_);
+  text->position->setAxes(top.rect->axis(QCPAxis::atBottom), top.rect->axis(QCPAxis::atLeft));
+  text->position->setAxisRect(top.rect);
+  text->position->setTypeY(QCPItemPosition::ptAxisRectRatio);
+  text->setClipAxisRect(top.rect);
+  text->position->setCoords(key, 0);
+  const bool atRight = key > range.upper - range.size() * kRightPart;
+  text->setPositionAlignment(Qt::AlignTop | (atRight ? Qt::AlignRight : Qt::AlignLeft));
+  text->setText(' ' + QString::fromStdString(before + mark.text).left(40) + ' ');
+  text->setColor(isAlarm(mark.kind) ? colours.alarm : palette().color(QPalette::WindowText));
+  text->setFont(font());
+  markTexts_.push_back(text);
+}
+
 void CurveView::readOut(double key) {
-  const ChannelRecord* const record = shownRecord();
-  if (record == nullptr) {
+  const std::vector<Shown> shown = this->shown();
+  if (shown.empty()) {
     return;
   }
   QString text =
       QDateTime::fromMSecsSinceEpoch(std::llround(key / kMillisecond)).toString("  HH:mm:ss");
   const std::array units{"V", "A", "W"};
-  for (std::size_t i = 0; i < panels_.size(); ++i) {
-    if (const auto point = seriesOf(*record, i).nearest(momentOf(key))) {
-      text += "   " + QString::fromStdString(fixedText(point->value, kValueDecimals)) + ' ' +
-              units.at(i);
+  for (const Shown& each : shown) {
+    if (shown.size() > 1) {
+      text += "   " + QString::fromStdString(*each.channel) + ':';
+    }
+    for (std::size_t i = 0; i < panels_.size(); ++i) {
+      if (const auto point = seriesOf(*each.record, i).nearest(momentOf(key))) {
+        text += "   " + QString::fromStdString(fixedText(point->value, kValueDecimals)) + ' ' +
+                units.at(i);
+      }
     }
   }
   readOut_->setText(text);

@@ -9,6 +9,7 @@
 
 class QCPAxisRect;
 class QCPGraph;
+class QCPLegend;
 class QCPItemStraightLine;
 class QCPItemText;
 class QCustomPlot;
@@ -18,9 +19,10 @@ class QToolButton;
 
 namespace zanpanel {
 
-/// Voltage, current and power of a channel over time, one below the other on one time axis, with
-/// marks where something happened. The wheel zooms, a drag scrolls, the mouse reads out; the curves
-/// follow the time unless they are paused or were scrolled away.
+/// Voltage, current and power over time, one below the other on one time axis, with marks where
+/// something happened: of the channel that is selected, of another one, or of all of which
+/// something is kept. The wheel zooms, a drag scrolls, the mouse reads out; the curves follow the
+/// time unless they are paused or were scrolled away.
 class CurveView : public QWidget {
  public:
   /// The monitor must outlive it.
@@ -33,6 +35,8 @@ class CurveView : public QWidget {
   void redraw();
   /// Shows what is kept of that channel, whichever is selected.
   void showChannel(const std::string& channel);
+  /// Shows what is kept of every channel.
+  void showAllChannels();
   /// Shows what there is between two moments.
   void showSpan(Moment from, Moment to);
   /// The same, whatever else waits to be drawn; returns when it is done.
@@ -48,19 +52,32 @@ class CurveView : public QWidget {
  private:
   struct Panel {
     QCPAxisRect* rect;
-    QCPGraph* graph;
+    /// One for each record that is shown.
+    std::vector<QCPGraph*> graphs = {};
+  };
+  struct Shown {
+    const std::string* channel;
+    const ChannelRecord* record;
+  };
+  struct Extent {
+    double lowest = 0;
+    double highest = 0;
+    bool any = false;
   };
 
   void addPanel(std::size_t row, const QString& label);
   [[nodiscard]] QCPItemStraightLine* addLine(const Panel& panel);
   void dress();
   void fill();
-  void fillMarks();
-  void scaleValues(Panel& panel, double lowest, double highest);
+  void fillMarks(const std::vector<Shown>& shown);
+  void addMark(const Mark& mark, const std::string& before);
+  void makeGraphs(const std::vector<Shown>& shown);
+  Extent fillGraph(QCPGraph& graph, const Series& series);
+  static void scaleValues(Panel& panel, const Extent& extent);
   void moved();
   void readOut(double key);
   void chooseChannels();
-  [[nodiscard]] const ChannelRecord* shownRecord();
+  [[nodiscard]] std::vector<Shown> shown();
   [[nodiscard]] double keyOf(Moment at) const;
   [[nodiscard]] Moment momentOf(double key) const;
 
@@ -71,6 +88,7 @@ class CurveView : public QWidget {
   QToolButton* pause_;
   QLabel* readOut_;
   std::array<Panel, 3> panels_{};
+  QCPLegend* legend_ = nullptr;
   std::array<QCPItemStraightLine*, 3> cursors_{};
   std::vector<QCPItemStraightLine*> markLines_;
   std::vector<QCPItemText*> markTexts_;

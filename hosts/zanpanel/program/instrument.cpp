@@ -96,6 +96,21 @@ std::string Instrument::linkText() const {
   return options_.simulate ? opened_ + " (simulated)" : opened_;
 }
 
+LinkOptions Instrument::found() const {
+  LinkOptions options = options_;
+  if (!foundAt_.empty()) {
+    options.resource = foundAt_;
+  }
+  return options;
+}
+
+bool Instrument::connect() {
+  if (options_.resource.empty()) {
+    return load_.AutoConnect();
+  }
+  return load_.connectTo(options_.resource) || (options_.orAnother && load_.AutoConnect());
+}
+
 std::string Instrument::name() const {
   std::vector<std::string> fields;
   std::istringstream identity(load_.IDN());
@@ -145,6 +160,7 @@ void Instrument::resumeReading() {
 /// The same instrument only, and not while anything else goes on.
 void Instrument::regainLink() {
   if (load_.isConnected()) {
+    foundAt_ = opened_;
     reading_ = load_.AutoQuery();
     retryAt_.reset();
     return;

@@ -60,6 +60,10 @@ class Instrument {
 
   /// The link that is open: "VISA", "serial port"; where it leads; "not connected".
   [[nodiscard]] std::string linkText() const;
+  /// Where it is looked for, with the address at which it was found last.
+  [[nodiscard]] LinkOptions found() const;
+  /// Connects to the instrument that the options name, or to one that is found.
+  bool connect();
   /// Its model and serial number; "" while none has said.
   [[nodiscard]] std::string name() const;
 
@@ -95,6 +99,8 @@ class Instrument {
   void regainLink();
 
   std::string opened_;
+  /// Where the instrument was found last.
+  std::string foundAt_;
   /// Readings were on when the link was there last.
   bool reading_ = false;
   /// When a link that was lost is tried again.

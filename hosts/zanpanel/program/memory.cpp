@@ -8,6 +8,14 @@ constexpr const char* kWindow = "window/place";
 constexpr const char* kArrangement = "window/arrangement";
 constexpr const char* kPalette = "window/palette";
 constexpr const char* kOperated = "instruments/operated";
+constexpr const char* kLinks = "instruments/tabs";
+/// More tabs than that are no arrangement that anybody wants back.
+constexpr std::size_t kMostLinks = 16;
+constexpr int kLastPort = 16;
+
+QString text(const std::string& bytes) {
+  return QString::fromStdString(bytes);
+}
 
 }  // namespace
 
@@ -44,6 +52,45 @@ QString Memory::palette() const {
 }
 void Memory::rememberPalette(const QString& palette) {
   set(kPalette, palette);
+}
+
+std::vector<LinkOptions> Memory::links() const {
+  std::vector<LinkOptions> links;
+  for (const QVariant& each : value(kLinks).toList()) {
+    const QVariantMap fields = each.toMap();
+    const int link = fields.value("link").toInt();
+    if (links.size() == kMostLinks || link < 0 || link > static_cast<int>(Link::Serial)) {
+      continue;
+    }
+    LinkOptions options{.link = static_cast<Link>(link),
+                        .resource = fields.value("resource").toString().toStdString(),
+                        .orAnother = true,
+                        .visaLibrary = fields.value("library").toString().toStdString()};
+    const QVariantMap ports = fields.value("ports").toMap();
+    for (auto port = ports.begin(); port != ports.end(); ++port) {
+      const int number = port.key().toInt();
+      if (number >= 1 && number <= kLastPort) {
+        options.ports[number] = port.value().toString().toStdString();
+      }
+    }
+    links.push_back(std::move(options));
+  }
+  return links;
+}
+
+void Memory::rememberLinks(const std::vector<LinkOptions>& links) {
+  QVariantList kept;
+  for (const LinkOptions& options : links) {
+    QVariantMap ports;
+    for (const auto& [number, device] : options.ports) {
+      ports.insert(QString::number(number), text(device));
+    }
+    kept << QVariantMap{{"link", static_cast<int>(options.link)},
+                        {"resource", text(options.resource)},
+                        {"library", text(options.visaLibrary)},
+                        {"ports", ports}};
+  }
+  set(kLinks, kept);
 }
 
 bool Memory::operated(const QString& instrument) const {

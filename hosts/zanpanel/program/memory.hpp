@@ -5,11 +5,14 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 #include <memory>
+#include <vector>
+
+#include "hosts/zanpanel/program/options.hpp"
 
 namespace zanpanel {
 
 /// What the program knows from one run to the next: where its windows were, in which colours, which
-/// instruments have been operated. Never whether a load was on.
+/// instruments have been operated, and which ones stood in its tabs. Never whether a load was on.
 class Memory {
  public:
   /// A forgetful one neither reads nor writes anything.
@@ -21,6 +24,11 @@ class Memory {
   void rememberArrangement(const QByteArray& arrangement);
   [[nodiscard]] QString palette() const;
   void rememberPalette(const QString& palette);
+
+  /// The real instruments that stood in the tabs when the program was left last, with the address
+  /// at which each was found.
+  [[nodiscard]] std::vector<LinkOptions> links() const;
+  void rememberLinks(const std::vector<LinkOptions>& links);
 
   /// Whether an instrument of that name has been operated, not only watched.
   [[nodiscard]] bool operated(const QString& instrument) const;

@@ -79,6 +79,9 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
   const QCommandLineOption simulate(
       "simulate", "Open the built-in simulated instrument; nothing real is touched");
   const QCommandLineOption link("link", "Link to choose: visa, visacom, serial", "LINK", "visa");
+  const QCommandLineOption resource(
+      "resource", "Instrument to connect to: a VISA resource, a serial number, COMn, a device",
+      "ADDRESS");
   const QCommandLineOption library("visa-library", "VISA shared library to load", "PATH");
   const QCommandLineOption port("port", "Device that stands for COMn (repeatable)", "COMn=DEVICE");
   const QCommandLineOption drive("drive-c", "Folder that stands for drive C:", "DIR");
@@ -96,8 +99,8 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
       "load");
   const QCommandLineOption size("size", "Size of the window in pixels", "WIDTHxHEIGHT");
   const QCommandLineOption forgetful("forgetful", "Neither use nor change what is remembered");
-  parser.addOptions({help, version, simulate, link, library, port, drive, source, connect, palette,
-                     screenshot, scene, size, forgetful});
+  parser.addOptions({help, version, simulate, link, resource, library, port, drive, source, connect,
+                     palette, screenshot, scene, size, forgetful});
 
   if (!parser.parse(arguments)) {
     wrong(parser.errorText());
@@ -118,6 +121,7 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
   LinkOptions& links = options.links;
   links.simulate = parser.isSet(simulate);
   links.link = named(kLinks, "link", parser.value(link));
+  links.resource = parser.value(resource).toStdString();
   links.visaLibrary = parser.value(library).toStdString();
   links.ports = portsIn(parser.values(port));
   links.driveC = parser.value(drive).toStdString();
@@ -128,6 +132,11 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
     wrong(QString(links.ports.empty() ? "--visa-library" : "--port") +
           " names something real; the simulated instrument touches none of it");
   }
+  if (links.simulate && !links.resource.empty()) {
+    wrong("--resource names something real; the simulated instrument is the only one of its kind");
+  }
+  options.linkNamed = links.simulate || parser.isSet(link) || parser.isSet(resource) ||
+                      parser.isSet(library) || parser.isSet(port);
   if (!links.simulate && !links.sources.empty()) {
     wrong("--source is for the simulated instrument (--simulate)");
   }

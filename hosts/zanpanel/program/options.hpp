@@ -21,6 +21,10 @@ enum class Palette { System, Light, Dark };
 struct LinkOptions {
   bool simulate = false;
   Link link = Link::Visa;
+  /// The instrument to connect to, as ZANCtrl::connectTo takes it; "": one that is found.
+  std::string resource = {};
+  /// Where `resource` does not answer, one that is found will do.
+  bool orAnother = false;
   std::string visaLibrary = {};
   std::map<int, std::string> ports = {};
   std::string driveC = {};
@@ -31,6 +35,8 @@ struct LinkOptions {
 /// What the command line asks for.
 struct Options {
   LinkOptions links;
+  /// The command line says which instrument, or which link: what is remembered does not count.
+  bool linkNamed = false;
   Palette palette = Palette::System;
   /// Connects at once.
   bool connect = false;

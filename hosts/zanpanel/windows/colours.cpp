@@ -1,5 +1,7 @@
 #include "hosts/zanpanel/windows/colours.hpp"
 
+#include <array>
+
 namespace zanpanel {
 
 namespace {
@@ -46,6 +48,16 @@ Colours::Colours(const QPalette& palette)
       alarm(dark ? "#ff6b6b" : "#c01c28"),
       onAlarm(dark ? "#101418" : "#ffffff"),
       faint(dark ? "#6e7681" : "#8c959f") {}
+
+QColor Colours::ofChannel(std::size_t index) const {
+  static constexpr std::array kOnLight{"#0072b2", "#d55e00", "#00845f", "#a83e86",
+                                       "#9a6a00", "#2f8fc7", "#6a4fa3", "#56606a"};
+  static constexpr std::array kOnDark{"#4aa8e0", "#ff8c42", "#3ecf9e", "#e59ac4",
+                                      "#f0c04a", "#9ad4f5", "#b49be8", "#b4bcc4"};
+  const char* const name =
+      dark ? kOnDark.at(index % kOnDark.size()) : kOnLight.at(index % kOnLight.size());
+  return QColor(name);
+}
 
 QPalette lightPalette() {
   return paletteOf({.window = "#f3f4f6",

@@ -2,6 +2,7 @@
 
 #include <QtGui/QColor>
 #include <QtGui/QPalette>
+#include <cstddef>
 
 namespace zanpanel {
 
@@ -20,6 +21,8 @@ struct Colours {
   QColor alarm;
   QColor onAlarm;  ///< texts on `on` and `alarm`
   QColor faint;    ///< readings that are old, lines of a grid
+  /// Of the channels whose curves are shown together, counted from 0; after eight they come again.
+  [[nodiscard]] QColor ofChannel(std::size_t index) const;
 };
 
 /// A palette of that kind for the whole program.

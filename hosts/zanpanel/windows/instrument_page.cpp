@@ -150,7 +150,10 @@ void InstrumentPage::makeActions(QToolBar& bar) {
     bar.addAction(action);
     return action;
   };
-  connect_ = add(tr("Auto Connect"), tr("Searches an instrument on the chosen link"),
+  const std::string& resource = instrument_->options().resource;
+  connect_ = add(tr("Auto Connect"),
+                 resource.empty() ? tr("Searches an instrument on the chosen link")
+                                  : tr("Connects to %1").arg(oneLine(resource, 80)),
                  QKeySequence("Ctrl+Shift+C"), false);
   observe_ = add(tr("Watch only"),
                  tr("Nothing is sent but questions: settings, switches and groups are held back"),
@@ -303,9 +306,11 @@ void InstrumentPage::greet() {
 
 QString InstrumentPage::title() const {
   const std::string name = instrument_->name();
-  const QString base = name.empty() ? (instrument_->options().simulate ? tr("Simulated instrument")
-                                                                       : tr("Instrument"))
-                                    : oneLine(name, 40);
+  const LinkOptions& options = instrument_->options();
+  const QString base = !name.empty()               ? oneLine(name, 40)
+                       : options.simulate          ? tr("Simulated instrument")
+                       : !options.resource.empty() ? oneLine(options.resource, 40)
+                                                   : tr("Instrument");
   const ChannelRecord* const channel = instrument_->monitor().current();
   const bool on = channel != nullptr && channel->load.on().value_or(false);
   return (on ? "● " : "") + base;
@@ -347,7 +352,7 @@ void InstrumentPage::retire() {
 
 void InstrumentPage::connectNow() {
   wait([this] {
-    if (instrument_->load().AutoConnect()) {
+    if (instrument_->connect()) {
       instrument_->load().ShowControl();
     }
   });

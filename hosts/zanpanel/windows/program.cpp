@@ -3,13 +3,13 @@
 #include <QtCore/QTimer>
 #include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QStyleFactory>
 #include <cstdio>
 #include <optional>
 
 #include "hosts/zanpanel/program/memory.hpp"
 #include "hosts/zanpanel/program/options.hpp"
 #include "hosts/zanpanel/windows/instrument_page.hpp"
+#include "hosts/zanpanel/windows/panel_style.hpp"
 #include "hosts/zanpanel/windows/scenes.hpp"
 #include "hosts/zanpanel/windows/shell.hpp"
 
@@ -53,7 +53,7 @@ int runProgram(int count, char** words, const std::function<void()>& onOpen) {
   QApplication program(count, words);
   QApplication::setApplicationName("zanpanel");
   QApplication::setDesktopFileName("zanpanel");
-  QApplication::setStyle(QStyleFactory::create("Fusion"));
+  QApplication::setStyle(new PanelStyle);
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setWindowIcon(QIcon(":/zanpanel.png"));
 

@@ -54,7 +54,7 @@ Shell& Desk::addShell() {
 
 InstrumentPage* Desk::openFirst() {
   Shell& shell = addShell();
-  InstrumentPage* const page = open(shell, options_.links);
+  InstrumentPage* const page = openTabs(shell);
   if (page == nullptr) {
     return nullptr;
   }
@@ -70,6 +70,36 @@ InstrumentPage* Desk::openFirst() {
   }
   shell.show();
   return page;
+}
+
+/// What the command line names; else what was there last, and is not connected to before it is
+/// asked.
+InstrumentPage* Desk::openTabs(Shell& shell) {
+  InstrumentPage* first = nullptr;
+  if (!options_.linkNamed) {
+    for (LinkOptions options : memory_.links()) {
+      options.driveC = options_.links.driveC;
+      InstrumentPage* const page = open(shell, options);
+      first = first == nullptr ? page : first;
+    }
+  }
+  if (first == nullptr) {
+    return open(shell, options_.links);
+  }
+  shell.show(*first);
+  return first;
+}
+
+void Desk::rememberLinks(const Shell& leaving) {
+  std::vector<LinkOptions> links;
+  for (int i = 0; i < leaving.count(); ++i) {
+    if (const LinkOptions found = leaving.page(i)->instrument().found(); !found.simulate) {
+      links.push_back(found);
+    }
+  }
+  if (!links.empty()) {
+    memory_.rememberLinks(links);
+  }
 }
 
 InstrumentPage* Desk::open(Shell& shell, const LinkOptions& options) {
@@ -212,6 +242,10 @@ void Shell::add(InstrumentPage& page) {
   page.titleChanged();
 }
 
+void Shell::show(InstrumentPage& page) {
+  tabs_->setCurrentWidget(&page);
+}
+
 void Shell::remove(InstrumentPage& page) {
   tabs_->removeTab(tabs_->indexOf(&page));
 }
@@ -252,6 +286,7 @@ void Shell::closeEvent(QCloseEvent* event) {
   desk_.memory().rememberWindowPlace(saveGeometry());
   if (count() > 0) {
     desk_.memory().rememberArrangement(page(0)->arrangement());
+    desk_.rememberLinks(*this);
   }
   while (count() > 0) {
     InstrumentPage* const leaving = page(0);

@@ -32,6 +32,8 @@ class Desk {
   /// Deletes the page as soon as nothing of it waits.
   void letGo(InstrumentPage& page);
   void closed(Shell& shell);
+  /// The real instruments of a window that is left; a window without any changes nothing.
+  void rememberLinks(const Shell& leaving);
 
   [[nodiscard]] Shell& first() { return *shells_.front(); }
   [[nodiscard]] const Options& options() const { return options_; }
@@ -39,6 +41,7 @@ class Desk {
 
  private:
   Shell& addShell();
+  InstrumentPage* openTabs(Shell& shell);
   void deleteIdle();
 
   const Options& options_;
@@ -53,6 +56,9 @@ class Shell : public QMainWindow {
   explicit Shell(Desk& desk);
 
   void add(InstrumentPage& page);
+  using QMainWindow::show;
+  /// In front of the others.
+  void show(InstrumentPage& page);
   void remove(InstrumentPage& page);
   [[nodiscard]] int count() const;
   [[nodiscard]] InstrumentPage* page(int index) const;

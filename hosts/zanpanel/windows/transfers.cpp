@@ -5,7 +5,8 @@
 #include <QtGui/QAction>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
-#include <QtGui/QImage>
+#include <QtPrintSupport/QPrintDialog>
+#include <QtPrintSupport/QPrinter>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
@@ -15,6 +16,7 @@
 #include <utility>
 
 #include "hosts/zanpanel/program/drive_files.hpp"
+#include "hosts/zanpanel/report/print.hpp"
 
 namespace zanpanel {
 
@@ -50,9 +52,11 @@ Transfers::Transfers(Instrument& instrument, QWidget& window, Wait wait)
 
 void Transfers::fill(QMenu& menu) {
   QObject::connect(menu.addAction(QObject::tr("Save the s&creen as…")), &QAction::triggered,
-                   &window_, [this] { takeScreen(true); });
+                   &window_, [this] { saveScreen(); });
   QObject::connect(menu.addAction(QObject::tr("Cop&y the screen")), &QAction::triggered, &window_,
-                   [this] { takeScreen(false); });
+                   [this] { copyScreen(); });
+  QObject::connect(menu.addAction(QObject::tr("P&rint the screen…")), &QAction::triggered, &window_,
+                   [this] { printScreen(); });
   menu.addSeparator();
   for (std::size_t i = 0; i < kMemoryFiles.size(); ++i) {
     QObject::connect(menu.addAction(QObject::tr(kMemoryFiles.at(i).caption)), &QAction::triggered,
@@ -97,7 +101,7 @@ void Transfers::begin() {
   progress_->show();
 }
 
-void Transfers::takeScreen(bool toFile) {
+QImage Transfers::takeScreen() {
   bool taken = false;
   wait_([&] {
     begin();
@@ -111,11 +115,12 @@ void Transfers::takeScreen(bool toFile) {
           "The screen did not come. The VISA library link carries no pictures: choose VISA COM "
           "or the serial port."),
       good);
-  if (!good) {
-    return;
-  }
-  if (!toFile) {
-    QGuiApplication::clipboard()->setImage(screen);
+  return good ? screen : QImage();
+}
+
+void Transfers::saveScreen() {
+  const QImage screen = takeScreen();
+  if (screen.isNull()) {
     return;
   }
   const QString file =
@@ -123,6 +128,25 @@ void Transfers::takeScreen(bool toFile) {
                                    QObject::tr("Pictures (*.png *.bmp)"));
   if (!file.isEmpty() && !screen.save(file)) {
     finished(QObject::tr("%1 cannot be written.").arg(file), false);
+  }
+}
+
+void Transfers::copyScreen() {
+  const QImage screen = takeScreen();
+  if (!screen.isNull()) {
+    QGuiApplication::clipboard()->setImage(screen);
+  }
+}
+
+void Transfers::printScreen() {
+  const QImage screen = takeScreen();
+  if (screen.isNull()) {
+    return;
+  }
+  QPrinter printer(QPrinter::HighResolution);
+  QPrintDialog dialog(&printer, &window_);
+  if (dialog.exec() == QDialog::Accepted && !printPicture(screen, printer)) {
+    finished(QObject::tr("The printer takes nothing."), false);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
+#include <QtGui/QImage>
 #include <functional>
 #include <string_view>
 
@@ -37,7 +38,11 @@ class Transfers {
   void begin();
   /// Says `text` where it has not gone well.
   void finished(const QString& text, bool good);
-  void takeScreen(bool toFile);
+  /// Null when it did not come, which was told then.
+  [[nodiscard]] QImage takeScreen();
+  void saveScreen();
+  void copyScreen();
+  void printScreen();
   void saveMemoryFile(std::size_t which);
   void sendSystemFile();
 

@@ -29,7 +29,27 @@ TEST(PanelOptions, areThoseOfTheTerminalHost) {
   EXPECT_FALSE(options->links.simulate);
 }
 
+TEST(PanelOptions, nameOneInstrument) {
+  const auto options = parse({"--resource", "TCPIP0::10.0.0.7::5025::SOCKET"});
+  EXPECT_EQ(options->links.resource, "TCPIP0::10.0.0.7::5025::SOCKET");
+  EXPECT_FALSE(options->links.orAnother) << "and no other one";
+  EXPECT_TRUE(options->linkNamed);
+}
+
+TEST(PanelOptions, leaveTheInstrumentsToTheLastTimeWhereTheyNameNone) {
+  EXPECT_FALSE(parse({})->linkNamed);
+  EXPECT_FALSE(parse({"--palette", "dark", "--connect"})->linkNamed);
+  for (const QStringList& words : {QStringList{"--simulate"}, QStringList{"--link", "visa"},
+                                   QStringList{"--port", "COM3=/dev/ttyUSB0"},
+                                   QStringList{"--visa-library", "/lib/visa.so"}}) {
+    EXPECT_TRUE(parse(words)->linkNamed) << words.first().toStdString();
+  }
+}
+
 TEST(PanelOptions, sayWhatIsWrong) {
+  EXPECT_EQ(
+      mistake({"--simulate", "--resource", "COM3"}),
+      "--resource names something real; the simulated instrument is the only one of its kind");
   EXPECT_EQ(mistake({"--link", "gpib"}), "--link takes visa, visacom, serial, not gpib");
   EXPECT_EQ(mistake({"--port", "COM17=/dev/a"}),
             "--port takes COM1=DEVICE to COM16=DEVICE, not COM17=/dev/a");

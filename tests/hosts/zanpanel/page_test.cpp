@@ -1,16 +1,25 @@
 #include <QtCore/QElapsedTimer>
 #include <QtGui/QImage>
+#include <QtGui/QPainter>
+#include <QtGui/QPdfWriter>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QStyleOptionButton>
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <qcustomplot.h>
 
+#include "hosts/zanpanel/curves/curve_view.hpp"
 #include "hosts/zanpanel/program/drive_files.hpp"
+#include "hosts/zanpanel/report/print.hpp"
 #include "hosts/zanpanel/report/report.hpp"
+#include "hosts/zanpanel/windows/colours.hpp"
 #include "hosts/zanpanel/windows/discharge_page.hpp"
 #include "hosts/zanpanel/windows/instrument_page.hpp"
 #include "hosts/zanpanel/windows/log_page.hpp"
+#include "hosts/zanpanel/windows/panel_style.hpp"
 #include "lumodevice/toolkit/controls.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/toolkit/timer.hpp"
@@ -141,6 +150,46 @@ TEST_F(Page, dischargesAndReportsOnOnePage) {
   EXPECT_FALSE(writeReport(page.instrument(), "/nowhere/report.pdf"));
 }
 
+TEST_F(Page, showsTheCurvesOfOneChannelOrOfAll) {
+  connect();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return reads(); }, kPatience));
+  hand::select(surface().get<toolkit::ComboBox>("cmbChannel"), 3);
+  Monitor& monitor = page.instrument().monitor();
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return monitor.channel() == "CH4-2040" && reads(); }, kPatience));
+  const auto* const plot = page.findChild<QCustomPlot*>();
+  ASSERT_NE(plot, nullptr);
+  page.curves().redraw();
+  EXPECT_EQ(plot->graphCount(), 3);
+  page.curves().showAllChannels();
+  EXPECT_EQ(plot->graphCount(), 3 * static_cast<int>(monitor.records().size()));
+  QStringList names;
+  for (int i = 0; i < plot->graphCount(); ++i) {
+    names << plot->graph(i)->name();
+  }
+  EXPECT_EQ(names.count("CH3-2040"), 3);
+  EXPECT_EQ(names.count("CH4-2040"), 3);
+  page.curves().showChannel("CH3-2040");
+  page.curves().redraw();
+  EXPECT_EQ(plot->graphCount(), 3);
+  EXPECT_EQ(plot->graph(0)->name(), "CH3-2040");
+}
+
+TEST_F(Page, printsAPictureOnAPage) {
+  QImage picture(240, 128, QImage::Format_RGB32);
+  picture.fill(Qt::darkBlue);
+  const QString file = QString::fromStdString((folder.path() / "screen.pdf").string());
+  {
+    QPdfWriter device(file);
+    EXPECT_TRUE(printPicture(picture, device));
+    EXPECT_FALSE(printPicture(QImage(), device));
+  }
+  EXPECT_TRUE(folder.read("screen.pdf").starts_with("%PDF"));
+  EXPECT_GT(QFileInfo(file).size(), 500);
+  QPdfWriter nowhere("/nowhere/screen.pdf");
+  EXPECT_FALSE(printPicture(picture, nowhere));
+}
+
 TEST_F(Page, sendsNothingButQuestionsWhileItWatches) {
   connect();
   page.setObserving(true);
@@ -196,6 +245,34 @@ TEST_F(Page, mayGoWhileItWaitsForItsInstrument) {
   connect();
   page.retire();
   EXPECT_TRUE(QTest::qWaitFor([&] { return !page.busy(); }, kPatience));
+}
+
+/// The point in the outline of an indicator that stands out most from the window around it.
+int contrast(const PanelStyle& style, QStyle::PrimitiveElement element, const QPalette& palette) {
+  constexpr int kSide = 16;
+  QImage drawn(kSide, kSide, QImage::Format_RGB32);
+  drawn.fill(palette.color(QPalette::Window));
+  QStyleOptionButton option;
+  option.rect = drawn.rect();
+  option.palette = palette;
+  option.state = QStyle::State_Enabled | QStyle::State_Off;
+  QPainter painter(&drawn);
+  style.drawPrimitive(element, &option, &painter, nullptr);
+  painter.end();
+  int most = 0;
+  for (int x = 0; x < kSide; ++x) {
+    const int difference =
+        drawn.pixelColor(x, kSide / 2).lightness() - palette.color(QPalette::Window).lightness();
+    most = std::max(most, difference);
+  }
+  return most;
+}
+
+TEST(PanelStyle, showsAnEmptyCheckBoxAndOptionButtonOnADarkWindow) {
+  const PanelStyle style;
+  constexpr int kSeen = 50;
+  EXPECT_GT(contrast(style, QStyle::PE_IndicatorCheckBox, darkPalette()), kSeen);
+  EXPECT_GT(contrast(style, QStyle::PE_IndicatorRadioButton, darkPalette()), kSeen);
 }
 
 TEST(ShownBytes, areReadableWhateverTheyAre) {
