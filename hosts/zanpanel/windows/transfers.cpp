@@ -101,6 +101,15 @@ void Transfers::begin() {
   progress_->show();
 }
 
+QString Transfers::why() {
+  const lumodevice::Failure failure = instrument_.load().failure();
+  return failure.kind == lumodevice::FailureKind::None
+             ? QObject::tr(
+                   "the VISA library link carries no screens and no files; choose VISA COM "
+                   "or the serial port")
+             : QString::fromStdString(failure.sentence);
+}
+
 QImage Transfers::takeScreen() {
   bool taken = false;
   wait_([&] {
@@ -110,11 +119,7 @@ QImage Transfers::takeScreen() {
   QImage screen;
   const auto bytes = taken ? readFile(instrument_.drive(), kScreen) : std::nullopt;
   const bool good = bytes && screen.loadFromData(*bytes);
-  finished(
-      QObject::tr(
-          "The screen did not come. The VISA library link carries no pictures: choose VISA COM "
-          "or the serial port."),
-      good);
+  finished(QObject::tr("The screen did not come: %1.").arg(why()), good);
   return good ? screen : QImage();
 }
 
@@ -158,10 +163,7 @@ void Transfers::saveMemoryFile(std::size_t which) {
   });
   const auto content = readFile(instrument_.drive(), memory.place);
   const bool came = received_ > 0 && content && !content->isEmpty();
-  finished(QObject::tr(
-               "The file did not come. The VISA library link carries no files: choose VISA COM or "
-               "the serial port."),
-           came);
+  finished(QObject::tr("The file did not come: %1.").arg(why()), came);
   if (!came) {
     return;
   }
@@ -198,7 +200,7 @@ void Transfers::sendSystemFile() {
     sent = writeFile(instrument_.drive(), "ZANProgUpload.b", content) &&
            instrument_.load().SendSysFile();
   });
-  finished(QObject::tr("The file was not sent."), sent);
+  finished(QObject::tr("The file was not sent: %1.").arg(why()), sent);
 }
 
 }  // namespace zanpanel

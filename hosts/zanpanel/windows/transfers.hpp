@@ -36,6 +36,8 @@ class Transfers {
 
  private:
   void begin();
+  /// Why the last one failed.
+  [[nodiscard]] QString why();
   /// Says `text` where it has not gone well.
   void finished(const QString& text, bool good);
   /// Null when it did not come, which was told then.
