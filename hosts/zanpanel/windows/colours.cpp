@@ -56,7 +56,7 @@ QColor Colours::ofChannel(std::size_t index) const {
                                       "#f0c04a", "#9ad4f5", "#b49be8", "#b4bcc4"};
   const char* const name =
       dark ? kOnDark.at(index % kOnDark.size()) : kOnLight.at(index % kOnLight.size());
-  return QColor(name);
+  return {name};
 }
 
 QPalette lightPalette() {

@@ -33,7 +33,7 @@ const QPalette& systemPalette() {
 }  // namespace
 
 void applyPalette(Palette palette) {
-  const QPalette system = systemPalette();
+  const QPalette& system = systemPalette();
   QApplication::setPalette(palette == Palette::Light  ? lightPalette()
                            : palette == Palette::Dark ? darkPalette()
                                                       : system);
