@@ -37,6 +37,7 @@ constexpr std::array kSwitches{
     SwitchRow{"chkGoNogo", ":SPEC:PASS?"},        SwitchRow{"chkLoad", ":LOAD?"}};
 constexpr std::array kModes{"CCH", "CCL", "CV", "CRH", "CRL", "CCDH", "CCDL", "CRDH", "CRDL"};
 constexpr int kCRDynamicHigh = 7;
+constexpr int kUvp = 26;
 
 class TheWindow : public testing::TestWithParam<support::Over> {
  protected:
@@ -60,8 +61,13 @@ class TheWindow : public testing::TestWithParam<support::Over> {
     return answer;
   }
 
-  /// What a module does not have is disabled, and empty.
+  /// What a module does not have is disabled, and empty. Without UVP its box keeps the level for
+  /// when it is ticked again.
   bool inUse(const toolkit::Control& box) {
+    if (&box == &panel.control<TextBox>("txtInput", kUvp) &&
+        panel.control<CheckBox>("chkUVP").value() != CheckBox::kTicked) {
+      return false;
+    }
     const QWidget& widget = *view.widgetOf(box);
     return widget.isVisibleTo(&view) && widget.isEnabledTo(&view);
   }
