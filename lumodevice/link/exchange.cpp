@@ -206,6 +206,7 @@ bool Exchange::runCommand(std::string_view command) {
   } else {
     form_.TXT.setText(command);
   }
+  refusals_ += wentOut_ ? 0 : 1;
   return wentOut_;
 }
 

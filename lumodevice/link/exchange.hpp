@@ -33,6 +33,9 @@ class Exchange {
   /// the command was held back, or, in turn, did not go out.
   bool runCommand(std::string_view command);
 
+  /// How often runCommand was false.
+  [[nodiscard]] std::uint64_t refusals() const { return refusals_; }
+
   /// Runs a command and returns the answer, "" when there was none.
   std::string query(std::string_view command);
 
@@ -84,6 +87,7 @@ class Exchange {
   std::uint64_t channelChoices_ = 0;
   /// What runCommand tells of the last command.
   bool wentOut_ = true;
+  std::uint64_t refusals_ = 0;
 };
 
 }  // namespace lumodevice::link

@@ -31,9 +31,12 @@ void SettingButtons::set(int index) {
     return;
   }
   if (state_.connected()) {
-    exchange_.runCommand(commands_.prefix(box) + box.text());
+    const bool wentOut = exchange_.runCommand(commands_.prefix(box) + box.text());
     if (exchange_.gate().observing()) {
       commands_.readBack(box);
+      return;
+    }
+    if (!wentOut) {
       return;
     }
   }

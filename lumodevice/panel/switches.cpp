@@ -80,6 +80,7 @@ Switches::Switches(form::Controls& form, const link::LinkState& state, link::Exc
     states_.push_back(stateOf(control));
     onClick(control, [this, row] { click(row); });
   }
+  uvp_ = form_.chkUVP.value();
   toolkit::handle(form_.chkUVP.click, [this] { switchUvp(); });
 }
 
@@ -126,14 +127,23 @@ void Switches::showTruth(toolkit::Control& control) {
 
 /// Unlike the others, UVP has a level for a state, and looks at the link alone.
 void Switches::switchUvp() {
-  if (exchange_.gate().takeEcho()) {
+  if (goingBack_) {
     return;
   }
+  if (exchange_.gate().takeEcho()) {
+    uvp_ = form_.chkUVP.value();
+    return;
+  }
+  const std::uint64_t refusals = exchange_.refusals();
   if (form_.chkUVP.value() == CheckBox::kTicked) {
     form_.cmdSet(kUvpBox).click.raise();
   } else if (state_.connected()) {
     exchange_.runCommand(":CONF:PROT:UVP:LEV MIN");
   }
+  if (exchange_.refusals() != refusals) {
+    goBack(form_.chkUVP, uvp_);
+  }
+  uvp_ = form_.chkUVP.value();
   showTruth(form_.chkUVP);
 }
 

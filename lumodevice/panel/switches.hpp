@@ -31,6 +31,7 @@ class Switches {
   const TaggedCommands& commands_;
   /// By row: what the switch was set to last, as far as the load knows.
   std::vector<int> states_;
+  int uvp_ = 0;  ///< the same of chkUVP
   bool goingBack_ = false;
   ChannelPanel& channel_;
 };

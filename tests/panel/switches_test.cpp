@@ -343,5 +343,36 @@ TEST(SwitchesInTurn, thatAreListsGoBackToo) {
   EXPECT_EQ(bench.text("cmbVolRange"), "HIGH");
 }
 
+TEST(UvpSwitchInTurn, whoseLevelDoesNotGoOutGoesBack) {
+  PanelBench bench({.exchanges = Exchanges::InTurn});
+  bench.connect();
+  bench.input(26).setText("2");
+  bench.script.fail("viWrite", io::VI_ERROR_IO);
+  bench.click("chkUVP");
+  EXPECT_EQ(bench.box("chkUVP").value(), 0) << "it was not switched on";
+  bench.set(26, "3");
+  EXPECT_EQ(bench.box("chkUVP").value(), 0) << "a level that was not sent marks nothing";
+  bench.script.heal("viWrite");
+  bench.journal();
+  bench.click("chkUVP");
+  EXPECT_EQ(bench.sent(), ":CONF:PROT:UVP:LEV 3\n");
+  EXPECT_EQ(bench.box("chkUVP").value(), 1);
+  bench.script.fail("viWrite", io::VI_ERROR_IO);
+  bench.click("chkUVP");
+  EXPECT_EQ(bench.box("chkUVP").value(), 1) << "it was not switched off";
+  bench.script.heal("viWrite");
+  bench.journal();
+  bench.click("chkUVP");
+  EXPECT_EQ(bench.sent(), kMinimum);
+}
+
+TEST(UvpSwitchInTurn, staysTickedBehindABoxWithoutALevel) {
+  PanelBench bench({.exchanges = Exchanges::InTurn});
+  bench.connect();
+  bench.input(26).setText("");
+  bench.click("chkUVP");
+  EXPECT_EQ(bench.box("chkUVP").value(), 1);
+}
+
 }  // namespace
 }  // namespace lumodevice::panel
