@@ -33,7 +33,8 @@ enum class LastLink { Followed, Refused };
                                    LastLink link);
 
 /// Puts a file with these bytes in the place of whatever file was there: all of it, on the disk, or
-/// the former file stays as it was and nothing else is left. Permissions stay. A symbolic link in
+/// the former file stays as it was and nothing else is left; what one that was killed has left in
+/// the folder goes with it, an hour later or more. Permissions stay. A symbolic link in
 /// its place is neither followed nor replaced. Two that do this at once leave the whole file of the
 /// one that came last. Throws FileFault.
 void replaceFile(const std::filesystem::path& file, std::string_view bytes);

@@ -20,8 +20,9 @@ class StreamSocket {
   using Number = std::intptr_t;
   static constexpr Number kNone = -1;
 
-  /// Tries all addresses of the host until the deadline; the wait for a name server is the
-  /// system's own. None on failure, with the reason in `status`.
+  /// Tries all addresses of the host until the deadline. On POSIX systems the wait for a name
+  /// server ends with it, too; elsewhere it is the system's own. None on failure, with the reason
+  /// in `status`.
   [[nodiscard]] static StreamSocket connect(const SocketAddress& address, const Deadline& deadline,
                                             io::ViStatus& status);
 

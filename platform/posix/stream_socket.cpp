@@ -3,17 +3,15 @@
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <memory>
-#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
-#include <string>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include "platform/posix/host_lookup.hpp"
 #include "platform/posix/wait_ready.hpp"
 
 namespace lumodevice::platform {
@@ -61,17 +59,9 @@ bool wouldBlock(int error) {
 
 StreamSocket StreamSocket::connect(const SocketAddress& address, const Deadline& deadline,
                                    io::ViStatus& status) {
-  addrinfo hints{};
-  hints.ai_socktype = SOCK_STREAM;
-  hints.ai_flags = AI_NUMERICSERV;
-  addrinfo* found = nullptr;
-  status = io::VI_ERROR_MACHINE_NAVAIL;
-  if (::getaddrinfo(address.host.c_str(), std::to_string(address.port).c_str(), &hints, &found) !=
-      0) {
-    return {};
-  }
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> targets(found, ::freeaddrinfo);
-  for (const addrinfo* target = found; target != nullptr; target = target->ai_next) {
+  const posix::HostLookup host = posix::lookUpHost(address.host, address.port, deadline);
+  status = host.late ? io::VI_ERROR_TMO : io::VI_ERROR_MACHINE_NAVAIL;
+  for (const addrinfo* target = host.targets.get(); target != nullptr; target = target->ai_next) {
     StreamSocket socket(::socket(target->ai_family,
                                  target->ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK,
                                  target->ai_protocol));

@@ -4,11 +4,15 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
 #include <optional>
 #include <random>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 #include "platform/posix/file_descriptor.hpp"
 
@@ -56,15 +60,23 @@ struct Place {
   std::optional<struct stat> former;
 };
 
+constexpr std::string_view kFreshPrefix = ".lumodevice-";
+constexpr std::string_view kFreshDigits = "0123456789abcdef";
+constexpr std::size_t kFreshLength = 16;
+
 /// A name that nothing else has; short, for that of the file may be as long as a name can be.
 std::string freshName() {
-  constexpr std::string_view kDigits = "0123456789abcdef";
   std::random_device random;
-  std::string name = ".lumodevice-";
-  for (int i = 0; i < 16; ++i) {
-    name += kDigits[random() % kDigits.size()];
+  std::string name(kFreshPrefix);
+  for (std::size_t i = 0; i < kFreshLength; ++i) {
+    name += kFreshDigits[random() % kFreshDigits.size()];
   }
   return name;
+}
+
+bool isFreshName(std::string_view name) {
+  return name.starts_with(kFreshPrefix) && name.size() == kFreshPrefix.size() + kFreshLength &&
+         name.find_first_not_of(kFreshDigits, kFreshPrefix.size()) == std::string_view::npos;
 }
 
 /// A new file in the folder of the place; gone at the end of its life unless it was given its name.
@@ -79,6 +91,8 @@ class Fresh {
       if (!file_ && errno != EEXIST) break;
     }
     if (!file_) place_.fail();
+    // Tells the others that its owner lives; held until the file is closed, however that happens.
+    (void)::flock(file_.get(), LOCK_SH | LOCK_NB);
   }
   ~Fresh() { dropName(); }
   Fresh(const Fresh&) = delete;
@@ -143,6 +157,34 @@ void syncFolder(const Place& place) {
   if (folder) (void)::fsync(folder.get());
 }
 
+/// A new file whose owner was killed before it could give it its name or remove it: one of this
+/// user that nobody holds and that is older than any file takes to be written.
+bool isAbandoned(const Place& place, const char* name) {
+  constexpr std::time_t kOld = std::time_t{60} * 60;
+  const FileDescriptor file(::openat(place.folder.get(), name,
+                                     O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat info {};
+  return file && ::fstat(file.get(), &info) == 0 && S_ISREG(info.st_mode) &&
+         info.st_uid == ::geteuid() && std::time(nullptr) - info.st_mtime > kOld &&
+         ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
+}
+
+/// The folder is only looked through where something was written anyway.
+void removeAbandoned(const Place& place) {
+  const int folder = ::openat(place.folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  DIR* const entries = folder < 0 ? nullptr : ::fdopendir(folder);
+  if (entries == nullptr) {
+    if (folder >= 0) (void)::close(folder);
+    return;
+  }
+  while (const dirent* const entry = ::readdir(entries)) {
+    if (isFreshName(entry->d_name) && isAbandoned(place, entry->d_name)) {
+      (void)::unlinkat(place.folder.get(), entry->d_name, 0);
+    }
+  }
+  (void)::closedir(entries);
+}
+
 }  // namespace
 
 FileFault::FileFault(const fs::path& file, int error)
@@ -189,6 +231,7 @@ void replaceFile(const fs::path& file, std::string_view bytes) {
   }
   if (::fsync(fresh.descriptor()) != 0) place.fail();
   fresh.takeThePlace();
+  removeAbandoned(place);
   syncFolder(place);
 }
 

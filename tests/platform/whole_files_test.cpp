@@ -3,12 +3,15 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 
+#include "platform/posix/file_descriptor.hpp"
 #include "tests/platform/child_process.hpp"
 #include "tests/platform/small_disk.hpp"
 #include "tests/platform/temporary_folder.hpp"
@@ -57,6 +60,27 @@ TEST_F(WholeFiles, aFileIsMadeOrReplacedAndNothingElseIsLeft) {
   replaceFile(path("a"), "");
   EXPECT_EQ(folder.read("a"), "");
   EXPECT_EQ(entries(), 1);
+}
+
+/// What a killed program leaves has a name of its own kind.
+TEST_F(WholeFiles, whatAKilledOneHasLeftGoesWithTheNextReplacementWhenItIsOld) {
+  const auto old = [&](const char* name, std::chrono::minutes age) {
+    fs::last_write_time(folder.write(name, "half"), fs::file_time_type::clock::now() - age);
+  };
+  old(".lumodevice-0123456789abcdef", std::chrono::minutes(61));
+  old(".lumodevice-1111111111111111", std::chrono::minutes(59));
+  old(".lumodevice-2222222222222222", std::chrono::minutes(61));
+  old(".lumodevice-notes", std::chrono::minutes(61));
+  old(".lumodevice-0123456789abcdeg", std::chrono::minutes(61));
+  const posix::FileDescriptor held(
+      ::open(path(".lumodevice-2222222222222222").c_str(), O_RDONLY | O_CLOEXEC));
+  ASSERT_EQ(::flock(held.get(), LOCK_SH), 0) << "its owner lives";
+  replaceFile(path("a"), "whole");
+  EXPECT_FALSE(fs::exists(path(".lumodevice-0123456789abcdef")));
+  EXPECT_TRUE(fs::exists(path(".lumodevice-1111111111111111")));
+  EXPECT_TRUE(fs::exists(path(".lumodevice-2222222222222222")));
+  EXPECT_TRUE(fs::exists(path(".lumodevice-notes")));
+  EXPECT_TRUE(fs::exists(path(".lumodevice-0123456789abcdeg")));
 }
 
 TEST_F(WholeFiles, aNameMayBeAsLongAsANameCanBe) {
