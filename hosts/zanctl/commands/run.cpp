@@ -36,7 +36,7 @@ ExitStatus talkAtTerminal(Station& station) {
   Script script(station.component(), station.loop(), station.output(), station.errors());
   station.output().line(
       "Type an instruction; help lists them, Tab completes, quit or Ctrl-D ends.");
-  if (station.options().dumbTerminal) {
+  if (station.options().dumbTerminal || !LineEditor::available()) {
     return talk(script, [&] { return plainLine(station); });
   }
   LineEditor editor({.prompt = std::string(kPrompt),

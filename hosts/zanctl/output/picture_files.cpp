@@ -6,6 +6,7 @@
 #include <png.h>
 #include <stdexcept>
 
+#include "hosts/zanctl/late_library.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
@@ -20,6 +21,16 @@ bool endsIn(std::string_view name, std::string_view ending) {
   return name.size() >= ending.size() &&
          std::ranges::equal(name.substr(name.size() - ending.size()), ending, {},
                             [](unsigned char letter) { return std::tolower(letter); });
+}
+
+/// Throws Unusable where the library is missing.
+decltype(::png_image_write_to_memory)* pngWriter() {
+  decltype(::png_image_write_to_memory)* write = nullptr;
+  if (!LateLibrary(ZANCTL_PNG_LIBRARY).find("png_image_write_to_memory", write)) {
+    throw Unusable("cannot write a PNG: this machine has no " ZANCTL_PNG_LIBRARY
+                   "; a Windows bitmap (.bmp) needs none");
+  }
+  return write;
 }
 
 }  // namespace
@@ -38,10 +49,14 @@ void checkPictureName(std::string_view name) {
     throw Unusable("cannot write " + escaped(name) + ": a picture is a PNG (" + escaped(stem) +
                    ".png) or a Windows bitmap (" + escaped(stem) + ".bmp)");
   }
+  if (namesPng(name)) {
+    (void)pngWriter();
+  }
 }
 
 /// The picture keeps its rows from the bottom up.
 std::string pngFile(const Picture& picture) {
+  decltype(::png_image_write_to_memory)* const writeToMemory = pngWriter();
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   image.width = static_cast<png_uint_32>(picture.width());
@@ -52,7 +67,7 @@ std::string pngFile(const Picture& picture) {
   const png_int_32 stride = size / picture.height();
   png_alloc_size_t bytes = PNG_IMAGE_PNG_SIZE_MAX(image);
   std::string file(bytes, '\0');
-  if (png_image_write_to_memory(&image, file.data(), &bytes, 0, lowest, -stride, nullptr) == 0) {
+  if (writeToMemory(&image, file.data(), &bytes, 0, lowest, -stride, nullptr) == 0) {
     throw std::runtime_error(image.message);  // the room is enough for any picture
   }
   file.resize(bytes);

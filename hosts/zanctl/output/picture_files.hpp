@@ -13,7 +13,8 @@ namespace zanctl {
 [[nodiscard]] bool namesPng(std::string_view name);
 
 /// Throws Unusable for a name that asks for a picture of another kind, as one that ends in ".jpg":
-/// a bitmap under such a name would be read by no other program.
+/// a bitmap under such a name would be read by no other program. Throws it, too, for a PNG on a
+/// machine without the library that writes one.
 void checkPictureName(std::string_view name);
 
 /// The bytes of a PNG file; `picture` is not empty.

@@ -6,10 +6,11 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
-#include <histedit.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
+
+#include "hosts/zanctl/terminal/edit_library.hpp"
 
 namespace zanctl {
 
@@ -63,14 +64,14 @@ void show(const std::vector<std::string>& words) {
 class LineEditor::Editor {
  public:
   explicit Editor(Options options) : options_(std::move(options)) {
-    ::el_set(line_.get(), EL_CLIENTDATA, this);
-    ::el_set(line_.get(), EL_PROMPT, &Editor::prompt);
-    ::el_set(line_.get(), EL_EDITOR, "emacs");
-    ::el_set(line_.get(), EL_SIGNAL, 1);
-    ::el_set(line_.get(), EL_HIST, ::history, history_.get());
-    ::el_set(line_.get(), EL_ADDFN, "complete", "Completes the word", &Editor::complete);
-    ::el_set(line_.get(), EL_BIND, "^I", "complete", nullptr);
-    ::el_source(line_.get(), nullptr);
+    edit_.set(line_.get(), EL_CLIENTDATA, this);
+    edit_.set(line_.get(), EL_PROMPT, &Editor::prompt);
+    edit_.set(line_.get(), EL_EDITOR, "emacs");
+    edit_.set(line_.get(), EL_SIGNAL, 1);
+    edit_.set(line_.get(), EL_HIST, edit_.history, history_.get());
+    edit_.set(line_.get(), EL_ADDFN, "complete", "Completes the word", &Editor::complete);
+    edit_.set(line_.get(), EL_BIND, "^I", "complete", nullptr);
+    edit_.source(line_.get(), nullptr);
     tell(H_SETSIZE, kMostLines);
     tell(H_SETUNIQUE, 1);
     if (options_.history) {
@@ -95,11 +96,11 @@ class LineEditor::Editor {
     const char* text = nullptr;
     {
       const InterruptedReads interrupted;
-      text = ::el_gets(line_.get(), &size);
+      text = edit_.gets(line_.get(), &size);
     }
     if (text == nullptr || size <= 0) {
       const bool givenUp = size < 0 && errno == EINTR;
-      ::el_reset(line_.get());
+      edit_.reset(line_.get());
       (void)std::fputs("\n", stdout);
       (void)std::fflush(stdout);
       return givenUp ? std::optional<std::string>("") : std::nullopt;
@@ -114,26 +115,26 @@ class LineEditor::Editor {
 
  private:
   struct Close {
-    void operator()(EditLine* line) const { ::el_end(line); }
-    void operator()(History* history) const { ::history_end(history); }
+    void operator()(EditLine* line) const { editLibrary()->end(line); }
+    void operator()(History* history) const { editLibrary()->historyEnd(history); }
   };
 
   template <typename Value>
   void tell(int what, Value value) {
     HistEvent event{};
-    (void)::history(history_.get(), &event, what, value);
+    (void)edit_.history(history_.get(), &event, what, value);
   }
 
   static Editor& of(EditLine* line) {
     void* editor = nullptr;
-    ::el_get(line, EL_CLIENTDATA, &editor);
+    editLibrary()->get(line, EL_CLIENTDATA, &editor);
     return *static_cast<Editor*>(editor);
   }
 
   static char* prompt(EditLine* line) { return of(line).options_.prompt.data(); }
 
   static unsigned char complete(EditLine* line, int /*key*/) {
-    const LineInfo* const info = ::el_line(line);
+    const LineInfo* const info = editLibrary()->line(line);
     const std::string_view before(info->buffer,
                                   static_cast<std::size_t>(info->cursor - info->buffer));
     const std::vector<std::string> words = of(line).options_.complete(before);
@@ -150,13 +151,18 @@ class LineEditor::Editor {
       show(words);
       return CC_REDISPLAY;
     }
-    return ::el_insertstr(line, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
+    return editLibrary()->insertstr(line, rest.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
   }
 
+  const EditLibrary& edit_ = *editLibrary();
   Options options_;
-  std::unique_ptr<History, Close> history_{::history_init()};
-  std::unique_ptr<EditLine, Close> line_{::el_init("zanctl", stdin, stdout, stderr)};
+  std::unique_ptr<History, Close> history_{edit_.historyInit()};
+  std::unique_ptr<EditLine, Close> line_{edit_.init("zanctl", stdin, stdout, stderr)};
 };
+
+bool LineEditor::available() {
+  return editLibrary() != nullptr;
+}
 
 LineEditor::LineEditor(Options options) : editor_(std::make_unique<Editor>(std::move(options))) {}
 

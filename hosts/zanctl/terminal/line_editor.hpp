@@ -22,6 +22,9 @@ class LineEditor {
     Complete complete;
   };
 
+  /// Whether this machine has the library that edits lines; without it there is no editor.
+  [[nodiscard]] static bool available();
+
   explicit LineEditor(Options options);
   /// Saves the history; where that fails it is lost.
   ~LineEditor();
