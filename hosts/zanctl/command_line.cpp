@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <span>
 #include <sstream>
 #include <vector>
 
@@ -149,10 +150,14 @@ std::string meant(const CLI::App& parser) {
   return didYouMean(unexpected[0].substr(0, unexpected[0].find('=')), names);
 }
 
+/// A command line that a parser of some of the commands cannot judge.
+struct AsksForMore {};
+
 /// The command line as the parser library sees it.
 class Parser {
  public:
-  Parser() {
+  explicit Parser(std::span<const Command* const> known)
+      : whole_(known.size() == commands().size()) {
     app_.formatter(std::make_shared<HelpPage>());
     app_.set_version_flag("--version", "zanctl " ZANCTL_VERSION, "Print the version and exit");
     app_.add_flag("--simulate", line_.options.simulate,
@@ -189,22 +194,25 @@ class Parser {
         ->type_name("bash|zsh|fish");
     app_.footer(environmentHelp);
     app_.require_subcommand(0, 1);
-    for (const Command* const command : commands()) {
+    for (const Command* const command : known) {
       addCommand(*command);
     }
   }
 
-  /// None when help was asked for.
+  /// None when help was asked for. Throws AsksForMore where all of the commands are needed.
   std::optional<CommandLine> parse(std::vector<std::string> words, Output& output) {
     std::ranges::reverse(words);  // the library takes them from the end
     try {
       app_.parse(std::move(words));
+      needAll(!completion_.empty() || line_.command == nullptr);
     } catch (const CLI::Success& asked) {
+      needAll(true);
       std::ostringstream text;
       app_.exit(asked, text, text);
       output.write(text.str());
       return std::nullopt;
     } catch (const CLI::ParseError& wrong) {
+      needAll(true);
       throw WrongCommandLine(wrong.what() + meant(app_));
     }
     if (!completion_.empty()) {
@@ -227,6 +235,12 @@ class Parser {
   }
 
  private:
+  void needAll(bool needed) const {
+    if (needed && !whole_) {
+      throw AsksForMore();
+    }
+  }
+
   [[nodiscard]] Watching watching() const {
     if (observe_ && operate_) {
       throw WrongCommandLine("--observe and --operate are the opposite of each other");
@@ -282,8 +296,10 @@ class Parser {
         app_.add_subcommand(std::string(command.name), std::string(command.summary));
     sub->fallthrough();
     sub->formatter(std::make_shared<CommandHelpPage>(command));
-    sub->callback([this, &command, run = command.prepare(*sub)] {
+    sub->callback([this, &command, sub, run = command.prepare(*sub)] {
+      const CLI::Option* const json = sub->get_option_no_throw("--json");
       line_.command = &command;
+      line_.options.json = json != nullptr && json->count() > 0;
       line_.run = run;
     });
   }
@@ -293,16 +309,35 @@ class Parser {
   std::vector<std::string> ports_;
   std::string link_;
   std::string completion_;
+  bool whole_;
   bool interleaved_ = false;
   bool observe_ = false;
   bool operate_ = false;
 };
 
+/// The options of all commands are more work than most commands themselves. So the first word that
+/// is a command's name is taken for the command; where that leads to anything but a command line
+/// without a mistake, the parser of all commands has the word.
+std::optional<CommandLine> parse(const std::vector<std::string>& words, Output& output) {
+  for (const std::string& word : words) {
+    const auto likely =
+        std::ranges::find(commands(), word, [](const Command* each) { return each->name; });
+    if (likely != commands().end()) {
+      try {
+        return Parser({likely, 1}).parse(words, output);
+      } catch (const AsksForMore&) {
+        break;
+      }
+    }
+  }
+  return Parser(commands()).parse(words, output);
+}
+
 }  // namespace
 
 std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& words,
                                             const Environment& environment, Output& output) {
-  auto line = Parser().parse(words, output);
+  auto line = parse(words, output);
   if (line) {
     check(line->options);
     fillFromEnvironment(*line, environment);

@@ -114,13 +114,11 @@ bool connectOrExplain(Station& station, lumodevice::Panel panel) {
   }
   const lumodevice::Failure failure = component.failure();
   if (resource) {
-    station.errors().line("zanctl: cannot connect to " + escaped(*resource) + ": " +
-                          escaped(failure.sentence));
+    station.fail("cannot connect to " + escaped(*resource) + ": " + escaped(failure.sentence));
   } else if (failure.kind == lumodevice::FailureKind::Vanished) {
-    station.errors().line("zanctl: " + escaped(station.lossText()));
+    station.fail(escaped(station.lossText()));
   } else {
-    station.errors().line("zanctl: no ZAN instrument found: " +
-                          station.links().advice(station.options().link));
+    station.fail("no ZAN instrument found: " + station.links().advice(station.options().link));
   }
   return false;
 }
@@ -129,7 +127,7 @@ bool lostLink(Station& station) {
   if (station.component().isConnected()) {
     return false;
   }
-  station.errors().line("zanctl: " + escaped(station.lossText()));
+  station.fail(escaped(station.lossText()));
   return true;
 }
 

@@ -21,7 +21,7 @@ ExitStatus printErrors(Station& station, bool json) {
     station.output().line(json ? jsonLine(errorObject(error)) : escaped(error));
   }
   if (!queue.answered) {
-    station.errors().line("zanctl: the instrument does not tell its errors");
+    station.fail("the instrument does not tell its errors");
     return kFailed;
   }
   if (queue.errors.empty() && !json) {

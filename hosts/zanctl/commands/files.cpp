@@ -11,6 +11,7 @@
 #include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
+#include "hosts/zanctl/commands/error_queue.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/output/json_line.hpp"
@@ -95,8 +96,6 @@ struct Options {
 
 /// No memory file comes near it.
 constexpr std::size_t kMostBytes = std::size_t{1} << 20;
-/// An instrument keeps no more errors than that.
-constexpr int kMostErrors = 64;
 
 std::string bytesText(std::uintmax_t size) {
   return std::to_string(size) + (size == 1 ? " byte" : " bytes");
@@ -201,48 +200,45 @@ ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
 
 // ---- send
 
-bool tellsOfNone(const std::string& error) {
-  return !error.empty() && text::Val(error) == 0;
-}
-
-/// What was wrong before is not to be taken for an error of the transfer.
-void emptyErrorQueue(ZANCtrl& component) {
-  for (int i = 0; i < kMostErrors; ++i) {
-    const std::string error = component.ErrMessage();
-    if (error.empty() || tellsOfNone(error)) {
-      return;
-    }
-  }
-}
-
-/// The component does not wait until a slow serial port has sent the last byte.
+/// The component does not wait until a slow serial port has sent the last byte, which leave it one
+/// after the other.
 void letItArrive(Station& station, Link link, std::uintmax_t size) {
   constexpr double kBitsOfByte = 10;
+  constexpr std::uintmax_t kPieces = 100;
   const auto& rate = station.component().surface().get<lumodevice::toolkit::ComboBox>("Combo2");
   const double baud = text::Val(rate.text());
-  if (link == Link::Serial && baud > 0) {
-    station.loop().runFor(std::chrono::milliseconds(
-        static_cast<std::int64_t>(static_cast<double>(size) * kBitsOfByte * 1000 / baud)));
+  if (link != Link::Serial || baud <= 0) {
+    return;
+  }
+  const auto begin = station.loop().now();
+  for (std::uintmax_t piece = 1; piece <= kPieces; ++piece) {
+    const std::uintmax_t bytes = size * piece / kPieces;
+    const auto due = begin + std::chrono::microseconds(static_cast<std::int64_t>(
+                                 static_cast<double>(bytes) * kBitsOfByte * 1e6 / baud));
+    station.loop().runFor(std::max(due, station.loop().now()) - station.loop().now());
+    station.progress().count(bytes, size);
   }
 }
 
 /// Whether the instrument took what was sent, only its error queue tells.
 ExitStatus transfer(Station& station, const Kind& kind, Link link) {
   ZANCtrl& component = station.component();
-  emptyErrorQueue(component);
+  // What was wrong before is not to be taken for an error of the transfer.
+  (void)takeErrors(component);
   bool sent = false;
   {
     const Activity activity(station.progress(), "sending the " + std::string(kind.title));
     sent = kind.send(component);
     letItArrive(station, link, sizeOver(link, kind));
   }
-  const std::string error = component.ErrMessage();
-  if (sent && tellsOfNone(error)) {
+  const ErrorQueue queue = takeErrors(component);
+  if (sent && queue.answered && queue.errors.empty()) {
     return kDone;
   }
   const std::string title(kind.title);
-  if (!error.empty() && !tellsOfNone(error)) {
-    station.errors().line("zanctl: the instrument refused the " + title + ": " + escaped(error));
+  if (!queue.errors.empty()) {
+    station.errors().line("zanctl: the instrument refused the " + title + ": " +
+                          escaped(queue.errors.front()));
   } else {
     station.errors().line("zanctl: the " + title + " could not be sent over " +
                           std::string(nameOf(link)) + "; " + std::string(transferAdvice(link)));

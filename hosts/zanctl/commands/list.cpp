@@ -1,3 +1,4 @@
+#include <CLI/App.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -130,20 +131,52 @@ void printObjects(Output& output, const Listing& listing) {
   }
 }
 
-ExitStatus list(Station& station, bool json) {
+// ---- as addresses
+
+/// What `--resource` takes: each once, in lines of their own.
+void printNames(Output& output, const Listing& listing) {
+  std::vector<std::string> names;
+  const auto add = [&](const std::string& name) {
+    if (!name.empty() && std::ranges::find(names, name) == names.end()) {
+      names.push_back(name);
+    }
+  };
+  for (const ListedDevice& device : listing.devices.serial) {
+    add(device.port != 0 ? portName(device) : device.path);
+  }
+  for (const ListedDevice& device : listing.devices.usbtmc) {
+    add(device.resource);
+  }
+  for (const std::string& resource : listing.resources) {
+    add(resource);
+  }
+  for (const std::string& name : names) {
+    output.line(escaped(name));
+  }
+}
+
+ExitStatus list(Station& station, void (*print)(Output&, const Listing&)) {
   Listing listing{.devices = station.links().devices(),
                   .visaLibrary = "",
                   .resources = visaResources(station.links().visa())};
   // Known now that the library was used.
   listing.visaLibrary = station.links().origin(Link::Visa, 0);
-  (json ? printObjects : printTables)(station.output(), listing);
+  print(station.output(), listing);
   return station.output().closed() ? kOutputClosed : kDone;
 }
 
 Run prepare(CLI::App& parser) {
-  const auto json = std::make_shared<bool>(false);
-  addJson(parser, *json);
-  return [json](Station& station) { return list(station, *json); };
+  struct Options {
+    bool json = false;
+    bool names = false;
+  };
+  const auto options = std::make_shared<Options>();
+  CLI::Option* const json = addJson(parser, options->json);
+  parser.add_flag("--names", options->names, "Nothing but addresses to connect to, one a line")
+      ->excludes(json);
+  return [options](Station& station) {
+    return list(station, options->json ? printObjects : options->names ? printNames : printTables);
+  };
 }
 
 }  // namespace
@@ -151,7 +184,7 @@ Run prepare(CLI::App& parser) {
 const Command kList = {
     .name = "list",
     .summary = "List serial ports, USB instruments and what VISA finds",
-    .usage = "[--json]",
+    .usage = "[--json] [--names]",
     .prepare = prepare,
     .watching = Watching::All,
 };

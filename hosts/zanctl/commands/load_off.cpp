@@ -111,9 +111,8 @@ ExitStatus endSwitchedOff(Station& station, int channel, ExitStatus status) {
     station.errors().line("zanctl: the load is switched off");
     return status;
   }
-  station.errors().line("zanctl: THE LOAD MAY STILL BE ON: " + names(left) +
-                        " could not be switched off" +
-                        (givenUp ? "" : ": " + escaped(component.failure().sentence)));
+  station.fail("THE LOAD MAY STILL BE ON: " + names(left) + " could not be switched off" +
+               (givenUp ? "" : ": " + escaped(component.failure().sentence)));
   return kLoadMayBeOn;
 }
 

@@ -84,8 +84,7 @@ bool passOver(Station& station, std::vector<Channel>& channels) {
     return beyond;
   });
   if (!names.empty()) {
-    station.errors().line("zanctl: " + names +
-                          " cannot be read: a channel is selected by one digit");
+    station.fail(names + " cannot be read: a channel is selected by one digit");
   }
   return !names.empty();
 }
@@ -299,7 +298,7 @@ class Rounds {
     }
     mark("link lost");
     if (!options_.reconnect) {
-      station_.errors().line("zanctl: " + escaped(station_.lossText()));
+      station_.fail(escaped(station_.lossText()));
       return false;
     }
     const bool back = awaitReturn(station_, [this] {
@@ -307,7 +306,7 @@ class Rounds {
       return reached_.has_value();
     });
     if (!back) {
-      station_.errors().line("zanctl: readings end: " + escaped(reached_.value_or("")));
+      station_.fail("readings end: " + escaped(reached_.value_or("")));
       return false;
     }
     mark("link regained");
@@ -349,10 +348,10 @@ ExitStatus takeReadings(Station& station, const Options& options) {
     return kFailed;
   }
   if (channels.empty()) {
-    station.errors().line(options.channel == 0
-                              ? "zanctl: the instrument lists no channels"
-                              : "zanctl: the instrument has no channel " +
-                                    std::to_string(options.channel) + " (see zanctl connect)");
+    station.fail(options.channel == 0
+                     ? "the instrument lists no channels"
+                     : "the instrument has no channel " + std::to_string(options.channel) +
+                           " (see zanctl connect)");
     return kFailed;
   }
   if (options.csv) {

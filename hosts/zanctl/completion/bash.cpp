@@ -27,6 +27,8 @@ std::string offering(const Placeholder& placeholder) {
       return "_zanctl_ports";
     case Offer::Controls:
       return "_zanctl_words \"" + joined(controlNames()) + "\"";
+    case Offer::Addresses:
+      return "_zanctl_addresses";
     case Offer::Nothing:
       break;
   }
@@ -59,6 +61,24 @@ std::string patterns(const std::vector<std::string>& names) {
   return text;
 }
 
+constexpr std::string_view kTail = R"sh(  esac
+}
+
+_zanctl() {
+  local words cur
+  _zanctl_take_words
+  cur=${words[-1]}
+  COMPREPLY=()
+  _zanctl_offer
+  # What stands in front of the last colon is no part of the word that the shell replaces.
+  if [[ ${words[-1]} == *:* && $COMP_WORDBREAKS == *:* ]]; then
+    COMPREPLY=("${COMPREPLY[@]#"${words[-1]%"${words[-1]##*:}"}"}")
+  fi
+}
+
+complete -F _zanctl zanctl
+)sh";
+
 constexpr std::string_view kHead =
     R"sh(# bash completion for zanctl, made by "zanctl --completion bash"
 
@@ -73,7 +93,7 @@ _zanctl_files() {
 
 # COMn=DEVICE: the shell sees the "=" as a word of its own.
 _zanctl_ports() {
-  if [[ ${COMP_WORDS[COMP_CWORD]} == "=" || ${COMP_WORDS[COMP_CWORD - 1]} == "=" ]]; then
+  if [[ ${words[-1]} == "=" || ${words[-2]} == "=" ]]; then
     _zanctl_files -f
   else
     compopt -o nospace 2>/dev/null
@@ -81,12 +101,28 @@ _zanctl_ports() {
   fi
 }
 
-_zanctl() {
-  local cur=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]}
-  local command="" place=0 at
-  COMPREPLY=()
+_zanctl_addresses() {
+  _zanctl_words "$("${words[0]}" list --names 2>/dev/null)"
+}
+
+# The words of the line up to the cursor: the shell cuts them at colons, too, which addresses are full of.
+_zanctl_take_words() {
+  local at last=""
+  words=()
+  for ((at = 0; at <= COMP_CWORD; ++at)); do
+    if [[ -n $last && (${COMP_WORDS[at]} == :* || $last == *:) ]]; then
+      words[-1]+=${COMP_WORDS[at]}
+    else
+      words+=("${COMP_WORDS[at]}")
+    fi
+    last=${COMP_WORDS[at]}
+  done
+}
+
+_zanctl_offer() {
+  local option=${words[-2]} command="" place=0 at
   if [[ $option == "=" ]]; then
-    option=${COMP_WORDS[COMP_CWORD - 2]}
+    option=${words[-3]}
   elif [[ $cur == "=" ]]; then
     cur=""
   fi
@@ -104,14 +140,14 @@ std::string bashCompletion(const Syntax& syntax) {
     withValue.insert(withValue.end(), names.begin(), names.end());
   }
   std::string script(kHead);
-  script += "  for ((at = 1; at < COMP_CWORD; ++at)); do\n    case ${COMP_WORDS[at]} in\n";
+  script += "  for ((at = 1; at < ${#words[@]} - 1; ++at)); do\n    case ${words[at]} in\n";
   script += "      " + patterns(withValue) + ")\n";
   script +=
       "        ((at += 1))\n"
-      "        [[ ${COMP_WORDS[at]} == \"=\" ]] && ((at += 1))\n"
-      "        [[ ${COMP_WORDS[at + 1]} == \"=\" ]] && ((at += 2)) ;;\n"
+      "        [[ ${words[at]} == \"=\" ]] && ((at += 1))\n"
+      "        [[ ${words[at + 1]} == \"=\" ]] && ((at += 2)) ;;\n"
       "      -*) ;;\n"
-      "      *) if [[ -z $command ]]; then command=${COMP_WORDS[at]}; else ((++place)); fi ;;\n"
+      "      *) if [[ -z $command ]]; then command=${words[at]}; else ((++place)); fi ;;\n"
       "    esac\n  done\n";
   script += "  case $option in\n";
   for (const auto& [offer, names] : values) {
@@ -135,7 +171,7 @@ std::string bashCompletion(const Syntax& syntax) {
   }
   script += "  case $command:$cur in\n    :-*) _zanctl_words \"" + everywhere + "\" ;;\n    :*) ";
   script += "_zanctl_words \"" + all + "\" ;;\n" + cases;
-  script += "  esac\n}\n\ncomplete -F _zanctl zanctl\n";
+  script += kTail;
   return script;
 }
 

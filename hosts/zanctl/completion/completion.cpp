@@ -17,6 +17,7 @@ constexpr std::array kOffered = {
     Offered{"FILE", Offer::Files},        Offered{"DUMP", Offer::Files},
     Offered{"PATH", Offer::Files},        Offered{"DIR", Offer::Folders},
     Offered{"COMn=DEVICE", Offer::Ports}, Offered{"CONTROL", Offer::Controls},
+    Offered{"ADDRESS", Offer::Addresses},
 };
 
 }  // namespace

@@ -11,7 +11,7 @@
 namespace zanctl {
 
 /// What a shell offers for a placeholder.
-enum class Offer { Nothing, Choices, Files, Folders, Ports, Controls };
+enum class Offer { Nothing, Choices, Files, Folders, Ports, Controls, Addresses };
 
 [[nodiscard]] Offer offerFor(const Placeholder& placeholder);
 

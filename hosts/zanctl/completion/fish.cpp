@@ -28,6 +28,8 @@ std::string offering(const Placeholder& placeholder) {
       return " -f -a 'COM(seq 16)=(__fish_complete_path /dev/tty)'";
     case Offer::Controls:
       return " -f -a " + quoted(joined(controlNames()));
+    case Offer::Addresses:
+      return " -f -a '(zanctl list --names 2>/dev/null)'";
     case Offer::Nothing:
       break;
   }

@@ -33,6 +33,8 @@ std::string placeholderSpec(const Placeholder& placeholder) {
       return message + "_zanctl_ports";
     case Offer::Controls:
       return message + "(" + joined(controlNames()) + ")";
+    case Offer::Addresses:
+      return message + "_zanctl_addresses";
     case Offer::Nothing:
       break;
   }
@@ -60,6 +62,11 @@ _zanctl_ports() {
   else
     compadd -S = COM{1..16}
   fi
+}
+
+_zanctl_addresses() {
+  local -a addresses=(${(f)"$(zanctl list --names 2>/dev/null)"})
+  compadd -a addresses
 }
 
 _zanctl() {

@@ -1,6 +1,7 @@
 #include "hosts/zanctl/station/station.hpp"
 
 #include "hosts/zanctl/output/escape.hpp"
+#include "hosts/zanctl/output/json_line.hpp"
 #include "hosts/zanctl/station/interruption.hpp"
 #include "hosts/zanctl/station/watched_loop.hpp"
 #include "lumodevice/link/exchange.hpp"
@@ -113,6 +114,16 @@ void Station::startTrace(const std::string& file) {
   trace_.emplace(file == "-" ? streams_.errors : *traceFile_, *loop_);
   tracingVisa_.emplace(*watchedVisa_, *trace_);
   tracingSerialDevices_.emplace(*watchedSerialDevices_, *trace_);
+}
+
+void Station::fail(const std::string& sentence) {
+  errors_.line("zanctl: " + sentence);
+  if (options_.json) {
+    const lumodevice::FailureKind kind = component_->failure().kind;
+    const bool ofTheLink = kind != lumodevice::FailureKind::None;
+    output_.line(jsonLine(
+        {{"failure", sentence}, {"kind", ofTheLink ? Json(rowOf(kind).name) : Json(nullptr)}}));
+  }
 }
 
 /// Standard output is for data. The box about a missing answer does not say whose it is; the

@@ -45,6 +45,8 @@ class Station {
   [[nodiscard]] std::string lossText() const { return "link lost: " + loss_; }
   /// The link is lost in so far as nothing is answered over it.
   void noteSilence() { loss_ = rowOf(lumodevice::FailureKind::NoAnswer).sentence; }
+  /// Says on `errors` why the command fails, and in an object on the output where that is JSON.
+  void fail(const std::string& sentence);
   [[nodiscard]] Links& links() { return *links_; }
   [[nodiscard]] lumodevice::platform::FolderDrive& drive() { return drive_; }
   /// The same drive, as the component sees it.

@@ -32,6 +32,8 @@ struct StationOptions : LinkOptions {
   bool sendsNothing = false;
   /// The wait unit in milliseconds; none: that of the component.
   std::optional<int> wait;
+  /// What the command prints are lines of JSON.
+  bool json = false;
   /// A file, or "-" for standard error.
   std::optional<std::string> trace;
 };

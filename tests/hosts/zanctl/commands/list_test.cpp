@@ -45,6 +45,13 @@ TEST_F(List, showsTheSimulatedInstrumentOnItsLinks) {
             "  USB0::0x5A41::0x0200::SIM00001::INSTR\n");
 }
 
+TEST_F(List, namesWhatCanBeConnectedToEachOnce) {
+  const Ended ended = simulate({"list", "--names"});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_EQ(ended.output, "COM3\nASRL1::INSTR\nUSB0::0x5A41::0x0200::SIM00001::INSTR\n");
+  EXPECT_EQ(simulate({"list", "--names", "--json"}).status, kWrongCommandLine);
+}
+
 TEST_F(List, sendsNothing) {
   EXPECT_THAT(simulate({"list", "--trace", "-"}).errors, Not(HasSubstr("send")));
 }

@@ -239,6 +239,17 @@ TEST_F(Transfers, aTerminalSeesWhatGoesOnAndNothingOfItStays) {
   EXPECT_THAT(ended.errors, EndsWith(" s\r\x1B[K"));
 }
 
+TEST_F(Transfers, whatIsSentOverAPortIsCountedAsItLeaves) {
+  ASSERT_EQ(simulate({"files", "get", "system", file("a")}).status, kDone);
+  errorsGoToATerminal = true;
+  const Ended ended = simulate({"--link", "serial", "files", "send", "system", file("a")});
+  EXPECT_EQ(ended.status, kDone);
+  EXPECT_THAT(
+      ended.errors,
+      ContainsRegex(
+          "\x1B\\[Ksending the system settings: 10[0-9]+ of 5580 bytes \\(1[89] %\\) ... "));
+}
+
 TEST_F(Transfers, aPictureOfAnotherKindIsRefusedBeforeTheInstrumentIsAsked) {
   const Ended ended = simulate({"--trace", "-", "capture", file("x.JPG")});
   EXPECT_EQ(ended.status, kUnusable);

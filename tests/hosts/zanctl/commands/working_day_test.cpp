@@ -24,6 +24,19 @@ TEST_F(WorkingDay, aResourceThatIsNotThereIsSaidWithTheReason) {
   EXPECT_EQ(ended.errors, "zanctl: cannot connect to SIM00002: no instrument is there: SIM00002\n");
 }
 
+TEST_F(WorkingDay, aFailureIsAnObjectWhereTheOutputIsJson) {
+  const std::string sentence = "cannot connect to SIM00002: no instrument is there: SIM00002";
+  for (const char* command : {"connect", "errors", "readings"}) {
+    const Ended ended = simulate({"--resource", "SIM00002", command, "--json"});
+    EXPECT_EQ(ended.status, kFailed);
+    EXPECT_EQ(ended.output, "{\"failure\":\"" + sentence + "\",\"kind\":\"nothing-found\"}\n");
+    EXPECT_EQ(ended.errors, "zanctl: " + sentence + "\n");
+  }
+  EXPECT_EQ(
+      simulate({"readings", "--json", "--channel", "9"}).output,
+      "{\"failure\":\"the instrument has no channel 9 (see zanctl connect)\",\"kind\":null}\n");
+}
+
 TEST_F(WorkingDay, theLinkOfAResourceIsNotAnotherOne) {
   EXPECT_EQ(simulate({"--resource", "COM3", "--link", "visa", "connect"}).status,
             kWrongCommandLine);

@@ -41,10 +41,12 @@ class Completion : public ProgramInFolderTest {
     return file(shell);
   }
 
+  std::string program = "zanctl";
+
   /// What bash offers behind these words, of which the last is not complete.
   std::string bashOffers(const std::vector<std::string>& words) {
     std::string command =
-        "cd " + folder.string() + " && . " + script("bash") + "; COMP_WORDS=(zanctl";
+        "cd " + folder.string() + " && . " + script("bash") + "; COMP_WORDS=(" + program;
     for (const std::string& word : words) {
       command += " '" + word + "'";
     }
@@ -110,6 +112,24 @@ TEST_F(Completion, inBashOffersCommandsOptionsAndWords) {
   EXPECT_EQ(bashOffers({"send", "scr"}), "");
 }
 
+/// The shell cuts an address at its colons.
+TEST_F(Completion, inBashOffersTheAddressesOfWhatIsThere) {
+  if (!installed("bash")) {
+    GTEST_SKIP() << "there is no bash";
+  }
+  // In the place of the program.
+  std::ofstream(file("zanctl")) << "#!/bin/sh\n[ \"$*\" = 'list --names' ] && printf '"
+                                   "COM3\\nUSB0::1::A::INSTR\\nUSB0::1::B::INSTR\\n'\n";
+  std::filesystem::permissions(file("zanctl"), std::filesystem::perms(0755));
+  program = "./zanctl";
+  EXPECT_EQ(bashOffers({"--resource", ""}), "COM3 USB0::1::A::INSTR USB0::1::B::INSTR");
+  EXPECT_EQ(bashOffers({"--resource", "CO"}), "COM3");
+  EXPECT_EQ(bashOffers({"--resource", "USB0", "::", "1", "::"}), "A::INSTR B::INSTR");
+  EXPECT_EQ(bashOffers({"--resource", "=", "USB0", "::", "1", "::", "B"}), "B::INSTR");
+  EXPECT_EQ(bashOffers({"--resource", "USB0", "::", "1", "::", "B", "::", "INSTR", "conn"}),
+            "connect");
+}
+
 TEST_F(Completion, inBashKnowsTheWordsOfFiles) {
   if (!installed("bash")) {
     GTEST_SKIP() << "there is no bash";
@@ -144,6 +164,7 @@ TEST_F(Completion, inZshNamesEveryCommandAndOption) {
               HasSubstr("'*--link[Link to choose before the command runs]:visa|visacom|serial:"
                         "(visa visacom serial)'"));
   EXPECT_THAT(text, HasSubstr("'1:FILE:_files'"));
+  EXPECT_THAT(text, HasSubstr(":ADDRESS:_zanctl_addresses'"));
   EXPECT_THAT(text, Not(HasSubstr("'*--help[Print this help message and exit]:")));
 }
 

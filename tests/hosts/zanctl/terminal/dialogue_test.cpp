@@ -105,7 +105,7 @@ TEST_F(DialogueTest, leavesTheTerminalAsItWasWhenItIsEndedAtThePrompt) {
   TerminalSession session = start();
   beforePrompt(session);
   session.signal(SIGTERM);
-  EXPECT_EQ(session.end(), -1);
+  EXPECT_EQ(session.end(), 128 + SIGTERM);
   EXPECT_TRUE(session.isAsAShellExpects());
 }
 

@@ -114,7 +114,7 @@ int TerminalSession::end() {
       program_ = -1;
       while (readOn(0)) {
       }
-      return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+      return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     }
   }
   return -1;

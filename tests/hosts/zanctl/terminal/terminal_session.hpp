@@ -30,8 +30,8 @@ class TerminalSession {
   /// Waits until the program edits the line that is typed, ten seconds at most: keys that come
   /// before are the terminal's.
   void untilItEdits() const;
-  /// Waits for the program's end, ten seconds at most: its exit status, -1 when it does not end in
-  /// order.
+  /// Waits for the program's end, ten seconds at most: its exit status, or 128 and the number of
+  /// the signal that ended it, as shells tell it; -1 when it goes on.
   int end();
   /// Whether the terminal echoes and puts lines together, as a shell expects it.
   [[nodiscard]] bool isAsAShellExpects() const;
