@@ -87,12 +87,13 @@ def start(statement):
 
 
 def imports():
-    path = ["import sys; sys.path[:0] = " + repr([str(pathlib.Path(lumodevice.__file__).parents[1])])]
-    path[0] += "; sys.path.append('/usr/lib/python3/dist-packages'); "
+    # Without site, which may import much by itself on some machines.
+    folders = [str(pathlib.Path(lumodevice.__file__).parents[1]), *sys.path]
+    path = f"import sys; sys.path[:] = {folders!r}; "
     taken = {"": [], "import lumodevice": [], "import pyvisa": []}
     for _ in range(TURNS):
         for statement, each in taken.items():
-            each.append(start(path[0] + statement))
+            each.append(start(path + statement))
     empty = statistics.median(taken[""])
     return {name: (statistics.median(each) - empty) * 1000 for name, each in taken.items()}
 

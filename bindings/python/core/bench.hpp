@@ -53,8 +53,9 @@ class Bench {
   void admit(unsigned long thread) { guests_.insert(thread); }
   void dismiss(unsigned long thread) { guests_.erase(thread); }
 
-  /// A use of the bench by the thread that is running. Made and ended with the interpreter's lock
-  /// held. Throws WrongThread, and what a signal handler raises while the home waits.
+  /// A use of the bench by the thread that is running; further ones may be nested in it. Made and
+  /// ended with the interpreter's lock held. Throws WrongThread, and what a signal handler raises
+  /// while the home waits.
   class Use {
    public:
     explicit Use(Bench& bench) : bench_(bench) { bench_.enter(); }

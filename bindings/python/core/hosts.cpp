@@ -4,8 +4,10 @@
 #include <cmath>
 #include <map>
 #include <memory>
+#include <optional>
 #include <pybind11/stl.h>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bindings/python/core/collected.hpp"
@@ -18,6 +20,18 @@ namespace py = pybind11;
 namespace {
 
 using Nanoseconds = lumodevice::toolkit::EventLoop::Duration;
+
+/// Keeps a bench to one thread for the length of a block.
+class Hold {
+ public:
+  explicit Hold(std::shared_ptr<Bench> bench) : bench_(std::move(bench)) {}
+  void begin() { use_.emplace(*bench_); }
+  void end() { use_.reset(); }
+
+ private:
+  std::shared_ptr<Bench> bench_;
+  std::optional<Bench::Use> use_;
+};
 
 /// What fits into the nanoseconds of a loop with room to spare: some 30 years.
 constexpr double kLongestRun = 1e9;
@@ -79,6 +93,9 @@ void runFor(const PyHost& host, double seconds) {
 }  // namespace
 
 void bindHosts(py::module_& module) {
+  py::class_<Hold>(module, "Hold", "The context that Host.held() gives.")
+      .def("__enter__", &Hold::begin)
+      .def("__exit__", [](Hold& self, const py::args& /*raised*/) { self.end(); });
   py::class_<PyHost>(
       module, "Host", collected<PyHost>(),
       "What controls find around them: the loop that they wait on, the links, drive C:, the clock\n"
@@ -87,6 +104,12 @@ void bindHosts(py::module_& module) {
           "run_for", &runFor, py::arg("seconds"),
           "run_for($self, seconds, /)\n--\n\nLets timers tick for so many seconds: the auto query, "
           "and the serial receive poll.\nOther threads run meanwhile; Ctrl-C ends it.")
+      .def(
+          "held", [](const PyHost& host) { return std::make_unique<Hold>(host.bench()); },
+          "held($self, /)\n--\n\nA context in which no other thread comes between: a command and "
+          "the look at its answer belong\ntogether. It matters where a Load waits in the "
+          "background, "
+          "and must not be held across an await.\n\nReturns: Hold")
       .def_property_readonly(
           "time",
           [](const PyHost& host) {

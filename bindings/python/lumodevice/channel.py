@@ -29,6 +29,18 @@ __all__ = ["Channel", "Loaded", "Settings", "Switches"]
 _VOLTAGE, _CURRENT, _POWER, _LOAD, _ = READINGS
 
 
+def _written(value: float | str) -> str:
+    """A setting as an operator would type it. Raises ValueError for what is none."""
+    if isinstance(value, str):
+        if value.upper() not in ("MIN", "MAX"):
+            raise ValueError(f"{value!r} is no setting: a number, MIN or MAX")
+        return value.upper()
+    text = f"{float(value):.9f}"
+    if text.strip("+-") in ("inf", "nan"):
+        raise ValueError(f"{value!r} is no setting")
+    return text.rstrip("0").rstrip(".")
+
+
 class Settings(MutableMapping[str, float]):
     """Settings of a channel by the names that the panel has for them.
 
@@ -53,8 +65,7 @@ class Settings(MutableMapping[str, float]):
 
     def __setitem__(self, name: str, value: float | str) -> None:
         """A number, or "MIN" or "MAX"."""
-        text = value if isinstance(value, str) else f"{value:.10g}"
-        self._channel.send(f"{self._command(name)} {text}")
+        self._channel.send(f"{self._command(name)} {_written(value)}")
 
     def __delitem__(self, name: str) -> None:
         raise TypeError("a setting cannot be deleted")
@@ -153,8 +164,9 @@ class Channel:
 
     def ask(self, query: str) -> str:
         """The answer to a query on this channel. Raises NoAnswer, LinkLost."""
-        self._choose()
-        return self._load.query(query)
+        with self._load.host.held():
+            self._choose()
+            return self._load.query(query)
 
     def ask_number(self, query: str) -> float:
         """The same where the answer is a number. Raises BrokenAnswer for anything else."""
@@ -166,8 +178,9 @@ class Channel:
 
     def send(self, command: str) -> None:
         """Sends a command to this channel. Raises InstrumentError where the load refuses it."""
-        self._choose()
-        self._load.write(command)
+        with self._load.host.held():
+            self._choose()
+            self._load.write(command)
 
     # What is measured.
 
@@ -188,16 +201,17 @@ class Channel:
 
     def read(self) -> Reading:
         """Voltage, current, power and the load's state, asked one after the other."""
-        self._choose()
         load = self._load
-        return Reading(
-            load.now(),
-            self._number,
-            number_in(load.query(_VOLTAGE), _VOLTAGE),
-            number_in(load.query(_CURRENT), _CURRENT),
-            number_in(load.query(_POWER), _POWER),
-            state_in(load.query(_LOAD), _LOAD),
-        )
+        with load.host.held():
+            self._choose()
+            return Reading(
+                load.now(),
+                self._number,
+                number_in(load.query(_VOLTAGE), _VOLTAGE),
+                number_in(load.query(_CURRENT), _CURRENT),
+                number_in(load.query(_POWER), _POWER),
+                state_in(load.query(_LOAD), _LOAD),
+            )
 
     # What is set.
 

@@ -36,7 +36,8 @@ class Load:
 
     def __init__(self, automation: ZANCtrl) -> None:
         self._automation = automation
-        self._start = time.time() - automation.host.time
+        self._host = automation.host
+        self._start = time.time() - self._host.time
         self._worker: Worker | None = None
 
     @property
@@ -47,11 +48,11 @@ class Load:
     @property
     def host(self) -> Host:
         """What the control is made on: its loop and its clock."""
-        return self._automation.host
+        return self._host
 
     def now(self) -> float:
         """Seconds since 1970, counted on from the connect by the loop's clock."""
-        return self._start + self.host.time
+        return self._start + self._host.time
 
     @property
     def connected(self) -> bool:
@@ -72,14 +73,12 @@ class Load:
     def query(self, text: str) -> str:
         """Sends a query and returns its own answer, without its line end. Raises NoAnswer,
         BrokenAnswer, LinkLost."""
-        zan = self._automation
-        zan.SendCmd(text)
-        failure = zan.failure()
-        if failure[0] != "none":
-            raise errors.failed(failure, text, errors.LinkLost)
-        answer = zan.ResultStr
-        if not zan.isConnected:
-            raise errors.of_kind("not-connected", text)
+        if "?" not in text:
+            raise ValueError(f"{text!r} asks nothing; write() sends it")
+        # In the background another thread may be at the load: nothing may come between.
+        with self._host.held():
+            self._send(text)
+            answer = self._automation.ResultStr
         if not answer:
             raise errors.of_kind("no-answer", text)
         return answer
@@ -87,6 +86,14 @@ class Load:
     def write(self, text: str, *, check: bool = True) -> None:
         """Sends a command, which has no answer. With check the error queue is asked behind it, and
         InstrumentError raised for what it holds."""
+        if "?" in text:
+            raise ValueError(f"{text!r} asks something; query() has the answer")
+        with self._host.held():
+            self._send(text)
+            if check:
+                self.check()
+
+    def _send(self, text: str) -> None:
         zan = self._automation
         zan.SendCmd(text)
         failure = zan.failure()
@@ -94,8 +101,6 @@ class Load:
             raise errors.failed(failure, text, errors.LinkLost)
         if not zan.isConnected:
             raise errors.of_kind("not-connected", text)
-        if check:
-            self.check()
 
     def errors(self) -> list[errors.InstrumentError]:
         """Empties the load's error queue: the oldest comes first."""
@@ -145,7 +150,7 @@ class Load:
 
     def wait(self, seconds: float) -> None:
         """Lets time pass; other threads run, and Ctrl-C ends it."""
-        self.host.run_for(seconds)
+        self._host.run_for(seconds)
 
     def readings(
         self, period: float = 1.0, *, channels: Iterable[int] | None = None, count: int | None = None
@@ -153,7 +158,7 @@ class Load:
         """Readings of the channels (all), one round every so many seconds; count rounds, or without
         end."""
         chosen = self._chosen(channels)
-        due = self.host.time
+        due = self._host.time
         while count is None or count > 0:
             for channel in chosen:
                 yield channel.read()
@@ -161,8 +166,8 @@ class Load:
                 count -= 1
                 if count == 0:
                     return
-            due = max(due + period, self.host.time)
-            self.wait(due - self.host.time)
+            due = max(due + period, self._host.time)
+            self.wait(due - self._host.time)
 
     def watch(
         self, period: float = 1.0, *, channels: Iterable[int] | None = None
@@ -194,7 +199,7 @@ class Load:
         if self._worker is None:
             from .watching import Worker
 
-            self._worker = Worker(self.host)
+            self._worker = Worker(self._host)
         return self._worker
 
     # The link.

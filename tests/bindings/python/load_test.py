@@ -63,6 +63,15 @@ def test_no_answer_is_that_of_another_query():
             assert 30 < reading.power < 31
 
 
+def test_what_asks_nothing_has_no_answer_and_gets_no_older_one(load):
+    assert load.query("*IDN?")
+    for nothing in ("", "  ", ":LOAD ON"):
+        with pytest.raises(ValueError, match="asks nothing"):
+            load.query(nothing)
+    with pytest.raises(ValueError, match="asks something"):
+        load.write(":LOAD?")
+
+
 def test_late_answers_are_nobody_s():
     host = lumodevice.simulated_host(
         virtual_time=True, numbered_readings=True, latencies=[":FETC:VOLT?=2000"]
@@ -129,6 +138,19 @@ def test_settings_are_named_as_on_the_panel(load):
         channel.setpoints["C"] = 1
     with pytest.raises(TypeError):
         del channel.setpoints["A"]
+
+
+def test_a_setting_is_a_number_min_or_max(load):
+    settings = load.channel(3).setpoints_of(Mode.CC_HIGH)
+    settings["A"] = 0.025
+    assert settings["A"] == 0.025
+    settings["A"] = 20
+    assert settings["A"] == 20
+    for wrong in (math.inf, math.nan, "1;:LOAD ON", "much"):
+        with pytest.raises(ValueError, match="is no setting"):
+            settings["A"] = wrong
+    assert settings["A"] == 20
+    assert not load.channel(3).is_on
 
 
 def test_go_nogo_limits_are_amperes_in_cv(load):

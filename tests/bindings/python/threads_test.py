@@ -54,8 +54,10 @@ ACTS = {
     "an act of the operator": lambda zan: zan["cmdSendCmd"].click(),
     "a property": lambda zan: zan.ErrMessage,
     "a change of a control": lambda zan: setattr(zan["TXT"], "text", ":SYST:ERR?"),
-    "a pause": lambda zan: zan.host.run_for(1),
+    "a pause": lambda zan: zan.host.run_for(60 if zan.waitUnit > 1000 else 1),
 }
+# A machine that is busy with other things takes its time, too.
+SOON = 10
 
 
 @pytest.mark.parametrize("act", ACTS.values(), ids=ACTS)
@@ -65,16 +67,19 @@ def test_other_threads_run_during_each_wait(silent, act):
         act(silent)
         took = time.monotonic() - begin
         assert took > 0.5
-        assert other.count > 100 * took
+        # Held, the lock would let it through once or twice.
+        assert other.count > 10
 
 
 @pytest.mark.parametrize("act", ACTS.values(), ids=ACTS)
 def test_ctrl_c_ends_each_wait(silent, act):
+    # The answer would be waited for half a minute.
+    silent.waitUnit = 5000
     threading.Timer(0.2, os.kill, (os.getpid(), signal.SIGINT)).start()
     begin = time.monotonic()
     with pytest.raises(KeyboardInterrupt):
         act(silent)
-    assert time.monotonic() - begin < 0.6
+    assert time.monotonic() - begin < SOON
 
 
 def test_after_ctrl_c_the_next_exchange_has_its_own_answer(silent):
@@ -92,7 +97,7 @@ def test_ctrl_c_ends_a_search():
     begin = time.monotonic()
     with pytest.raises(KeyboardInterrupt):
         zan.AutoConnect()
-    assert time.monotonic() - begin < 1
+    assert time.monotonic() - begin < SOON
     assert not zan.isConnected
 
 
