@@ -318,6 +318,22 @@ TEST_F(Programs, whatADeviceSaysMovesNoCursor) {
   EXPECT_THAT(missing.errors, isOneLine(HasSubstr("a\\x1B]0;b\\x07\\nzanctl: found")));
 }
 
+TEST_F(Programs, aSerialInstrumentThatIsUnpluggedWhileItIsReadIsNotTakenForFound) {
+  ChildProgram simulator(ZANSIM_PROGRAM, {"--pty", path("zan"), "--verbose"});
+  (void)simulator.line();
+  ChildProgram program(ZANCTL_PROGRAM,
+                       {"--link", "serial", "--port", kLast + path("zan"), "connect"});
+  std::string line = simulator.errorLine();
+  while (!line.empty() && !line.starts_with("*RDT?")) {
+    line = simulator.errorLine();
+  }
+  ASSERT_FALSE(line.empty());
+  EXPECT_EQ(simulator.end(SIGKILL), -1);
+  EXPECT_EQ(program.rest(), "");
+  EXPECT_THAT(program.errorRest(), isOneLine(StartsWith("zanctl: ")));
+  EXPECT_EQ(program.end(), 1);
+}
+
 /// Where a command stands still so that it can be interrupted.
 struct Interrupted {
   std::vector<std::string> words;
