@@ -8,13 +8,7 @@
 /// text depends on the system.)
 namespace lumodevice::platform {
 
-[[nodiscard]] inline std::filesystem::path pathOf(std::string_view text) {
-  return std::u8string(text.begin(), text.end());
-}
-
-[[nodiscard]] inline std::string textOf(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
+[[nodiscard]] std::filesystem::path pathOf(std::string_view text);
+[[nodiscard]] std::string textOf(const std::filesystem::path& path);
 
 }  // namespace lumodevice::platform

@@ -33,6 +33,7 @@ struct Surroundings {
 /// loaded.
 Host hostOf(Exchanges exchanges) {
   const auto surroundings = std::make_shared<Surroundings>();
+  surroundings->loop.keptBy(surroundings);
   try {
     Host host = systemHost({.loop = &surroundings->loop,
                             .informationBox = windows::InformationBoxes([] { return HWND{}; }),

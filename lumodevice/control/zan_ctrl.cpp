@@ -1,8 +1,8 @@
 #include "lumodevice/zan_ctrl.hpp"
 
+#include <cstdio>
 #include <exception>
 #include <initializer_list>
-#include <iostream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -46,13 +46,13 @@ constexpr std::int32_t kLongestWaitUnit = 65535;
 /// leave a destructor, so it is told where a program that ends by it would tell it.
 template <typename Step>
 void giveBack(Step step) {
-  constexpr const char* kTold = "lumodevice: at the end of a component: ";
+  constexpr const char* kTold = "lumodevice: at the end of a component: %s\n";
   try {
     attempt(step);
   } catch (const std::exception& mistake) {
-    std::cerr << kTold << mistake.what() << std::endl;
+    static_cast<void>(std::fprintf(stderr, kTold, mistake.what()));
   } catch (...) {
-    std::cerr << kTold << "something was thrown that is no exception" << std::endl;
+    static_cast<void>(std::fprintf(stderr, kTold, "something was thrown that is no exception"));
   }
 }
 

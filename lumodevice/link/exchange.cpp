@@ -196,7 +196,13 @@ void Exchange::logCommand(const std::string& command) const {
   std::array<char, 64> stamp{};
   (void)std::snprintf(stamp.data(), stamp.size(), "%04d%02d%02d %02d%02d%02d ", now.year, now.month,
                       now.day, now.hour, now.minute, now.second);
-  *host_.log << stamp.data() << command << ' ' << form_.txtReturn.text() << '\n' << std::flush;
+  const std::string line = stamp.data() + command + ' ' + form_.txtReturn.text() + '\n';
+  // Straight into its buffer: all that streams can format would come into every small program that
+  // has the component inside, for this one line.
+  if (std::streambuf* const log = host_.log->rdbuf(); log != nullptr) {
+    (void)log->sputn(line.data(), static_cast<std::streamsize>(line.size()));
+    (void)log->pubsync();
+  }
 }
 
 bool Exchange::runCommand(std::string_view command) {

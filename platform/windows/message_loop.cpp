@@ -66,6 +66,7 @@ class MessageLoop::Window {
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM word, LPARAM data) {
     auto* const loop = reinterpret_cast<MessageLoop*>(::GetWindowLongPtrW(window, GWLP_USERDATA));
     if (loop != nullptr && message == WM_TIMER) {
+      const std::shared_ptr<void> kept = loop->owner_.lock();
       loop->guarded([&] { loop->ring(); });
       return 0;
     }

@@ -82,6 +82,27 @@ TEST_F(Life, aLastReleaseInTheMidstOfAWaitEndsTheOperation) {
   EXPECT_LT(GetTickCount() - begin, 3000U);
 }
 
+/// The readings are asked for in ticks, which come while the host handles its messages, and wait.
+TEST_F(Life, aLastReleaseInTheMidstOfATickEndsIt) {
+  ComPointer<IDispatch> load = control();
+  Outcome outcome;
+  call(*load.get(), 0x6003001f, DISPATCH_METHOD, outcome);
+  ASSERT_EQ(V_BOOL(&outcome.value.get()), VARIANT_TRUE);
+  VARIANT on = boolVariant(true);
+  ASSERT_EQ(put(*load.get(), L"AutoQuery", on), S_OK);
+  LetGo::load = &load;
+  SetTimer(nullptr, 0, 500, &LetGo::onTimer);
+  const DWORD begin = GetTickCount();
+  while (GetTickCount() - begin < 1500) {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      DispatchMessageW(&message);
+    }
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+  }
+  EXPECT_EQ(load.get(), nullptr);
+}
+
 TEST_F(Life, twoControlsShareNothing) {
   const auto one = control();
   const auto other = control();

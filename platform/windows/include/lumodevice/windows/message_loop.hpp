@@ -40,6 +40,10 @@ class MessageLoop : public toolkit::EventLoop {
   /// that move the focus or mean a button, and for what the host wants first.
   void setFilter(MessageFilter filter) { filter_ = std::move(filter); }
 
+  /// Who keeps this loop, and is kept while it ticks: a tick may then end the component that it was
+  /// for, and with it the last holder of the loop.
+  void keptBy(std::weak_ptr<void> owner) { owner_ = std::move(owner); }
+
   /// Runs `act` in a window procedure, through which no exception may go: Windows would swallow it
   /// or end the program. What it throws ends the operation whose pass dispatched the message; where
   /// there is none, the failure handler takes it.
@@ -70,6 +74,7 @@ class MessageLoop : public toolkit::EventLoop {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   FailureHandler onFailure_;
   MessageFilter filter_;
+  std::weak_ptr<void> owner_;
   std::unique_ptr<Window> window_;
   std::optional<Duration> alarm_;  ///< when it goes off
   int dispatching_ = 0;            ///< messages that passes are dispatching now
