@@ -2,6 +2,7 @@
 
 #include "bindings/automation/control_object.hpp"
 #include "bindings/automation/module.hpp"
+#include "bindings/automation/part.hpp"
 
 namespace lumodevice::automation {
 
@@ -11,15 +12,7 @@ ClassFactory& ClassFactory::only() {
 }
 
 HRESULT ClassFactory::QueryInterface(REFIID iid, void** out) {
-  if (out == nullptr) {
-    return E_POINTER;
-  }
-  const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
-  *out = known ? this : nullptr;
-  if (known) {
-    AddRef();
-  }
-  return known ? S_OK : E_NOINTERFACE;
+  return queryOnly<IClassFactory>(*this, iid, out);
 }
 
 // Who holds the factory holds the file.

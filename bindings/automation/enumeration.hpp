@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "bindings/automation/part.hpp"
+
 namespace lumodevice::automation {
 
 inline IUnknown* referenceIn(IUnknown* item) {
@@ -28,15 +30,7 @@ class Enumeration final : public Interface {
   Enumeration& operator=(const Enumeration&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-    if (out == nullptr) {
-      return E_POINTER;
-    }
-    const bool known = iid == IID_IUnknown || iid == __uuidof(Interface);
-    *out = known ? this : nullptr;
-    if (known) {
-      AddRef();
-    }
-    return known ? S_OK : E_NOINTERFACE;
+    return queryOnly<Interface>(*this, iid, out);
   }
   ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
   ULONG STDMETHODCALLTYPE Release() override {

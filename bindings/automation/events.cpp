@@ -44,15 +44,7 @@ Events::Point::~Point() {
 }
 
 HRESULT Events::Point::QueryInterface(REFIID iid, void** out) {
-  if (out == nullptr) {
-    return E_POINTER;
-  }
-  const bool known = iid == IID_IUnknown || iid == IID_IConnectionPoint;
-  *out = known ? this : nullptr;
-  if (known) {
-    AddRef();
-  }
-  return known ? S_OK : E_NOINTERFACE;
+  return queryOnly<IConnectionPoint>(*this, iid, out);
 }
 
 ULONG Events::Point::AddRef() {

@@ -9,6 +9,20 @@ class ControlObject;
 /// The unknown of an object that may be a part of another one (a container's extender).
 [[nodiscard]] IUnknown& wholeOf(ControlObject& object);
 
+/// The answer of an object that has one interface alone.
+template <typename Interface>
+HRESULT queryOnly(Interface& object, REFIID iid, void** out) {
+  if (out == nullptr) {
+    return E_POINTER;
+  }
+  const bool known = iid == IID_IUnknown || iid == __uuidof(Interface);
+  *out = known ? &object : nullptr;
+  if (known) {
+    object.AddRef();
+  }
+  return known ? S_OK : E_NOINTERFACE;
+}
+
 /// Some interfaces of the control: what derives from it has their functions, and is a member of
 /// ControlObject. Asking for others and counting are the business of the whole.
 ///
