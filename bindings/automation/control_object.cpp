@@ -31,12 +31,12 @@ struct Surroundings {
 
 /// Throws ComFailure(ERROR_MOD_NOT_FOUND) where the user named a VISA library that cannot be
 /// loaded.
-Host hostOf(Exchanges exchanges) {
+Host hostOf(Exchanges exchanges, const std::shared_ptr<HWND>& panel) {
   const auto surroundings = std::make_shared<Surroundings>();
   surroundings->loop.keptBy(surroundings);
   try {
     Host host = systemHost({.loop = &surroundings->loop,
-                            .informationBox = windows::InformationBoxes([] { return HWND{}; }),
+                            .informationBox = windows::InformationBoxes([panel] { return *panel; }),
                             .exchanges = exchanges});
     surroundings->others = std::exchange(host.owned, surroundings);
     return host;
@@ -70,6 +70,14 @@ const ControlObject::Face ControlObject::kFaces[] = {
     {IID_IPersist, Face::in<IPersistStreamInit, &ControlObject::persistence_>},
     {IID_IPersistStreamInit, Face::in<IPersistStreamInit, &ControlObject::persistence_>},
     {IID_IPersistPropertyBag, Face::in<IPersistPropertyBag, &ControlObject::persistence_>},
+    {IID_IOleObject, Face::in<IOleObject, &ControlObject::oleObject_>},
+    {IID_IOleWindow, Face::in<IOleInPlaceObject, &ControlObject::oleInPlace_>},
+    {IID_IOleInPlaceObject, Face::in<IOleInPlaceObject, &ControlObject::oleInPlace_>},
+    {IID_IOleInPlaceActiveObject, Face::in<IOleInPlaceActiveObject, &ControlObject::oleInPlace_>},
+    {IID_IOleControl, Face::in<IOleControl, &ControlObject::oleControl_>},
+    {IID_IViewObject, Face::in<IViewObject2, &ControlObject::viewObject_>},
+    {IID_IViewObject2, Face::in<IViewObject2, &ControlObject::viewObject_>},
+    {IID_IQuickActivate, Face::in<IQuickActivate, &ControlObject::quickActivation_>},
 };
 
 IUnknown& wholeOf(ControlObject& object) {
@@ -143,13 +151,14 @@ ZANCtrl& ControlObject::component() {
     throw ComFailure{CO_E_OBJNOTCONNECTED};
   }
   if (component_ == nullptr) {
-    component_ = std::make_unique<ZANCtrl>(hostOf(exchanges_));
+    component_ = std::make_unique<ZANCtrl>(hostOf(exchanges_, inPlace_.shared()));
   }
   return *component_;
 }
 
 void ControlObject::end() {
   ended_ = true;
+  inPlace_.deactivate();
   component_.reset();
 }
 

@@ -8,7 +8,13 @@
 #include "bindings/automation/class_info.hpp"
 #include "bindings/automation/events.hpp"
 #include "bindings/automation/failure.hpp"
+#include "bindings/automation/in_place.hpp"
+#include "bindings/automation/ole_control.hpp"
+#include "bindings/automation/ole_in_place.hpp"
+#include "bindings/automation/ole_object.hpp"
 #include "bindings/automation/persistence.hpp"
+#include "bindings/automation/quick_activate.hpp"
+#include "bindings/automation/view_object.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 
 namespace lumodevice::automation {
@@ -54,8 +60,11 @@ class ControlObject final : public IUnknown {
   /// Whether it has been made and not ended.
   [[nodiscard]] bool hasComponent() const { return component_ != nullptr; }
 
-  /// Ends the component for good, also in the midst of its waits: its links are closed, and the
-  /// operation under way comes back to its caller with the empty value.
+  /// Its place on the form of a container.
+  [[nodiscard]] InPlace& inPlace() { return inPlace_; }
+
+  /// Ends the component for good, also in the midst of its waits: its panel goes, its links are
+  /// closed, and the operation under way comes back to its caller with the empty value.
   void end();
 
   /// How the component shares its line, once it is made. Throws ComFailure(E_UNEXPECTED) when it is
@@ -92,6 +101,12 @@ class ControlObject final : public IUnknown {
   ClassInfo classInfo_{*this};
   Events events_{*this};
   Persistence persistence_{*this};
+  InPlace inPlace_{*this};
+  OleObject oleObject_{*this};
+  OleInPlace oleInPlace_{*this};
+  OleControl oleControl_{*this};
+  ViewObject viewObject_{*this};
+  QuickActivation quickActivation_{*this};
 };
 
 }  // namespace lumodevice::automation
