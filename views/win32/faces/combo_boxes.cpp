@@ -58,6 +58,7 @@ class ComboBoxFace : public Face {
     RECT now{};
     GetWindowRect(handle(), &now);
     send(CB_SETITEMHEIGHT, kField, entry + height - (now.bottom - now.top));
+    center(entry);
   }
   [[nodiscard]] bool takesKeyboard() const override { return true; }
   bool useMnemonic() override {
@@ -170,6 +171,18 @@ class ComboBoxFace : public Face {
    private:
     ComboBoxFace& combo_;
   };
+
+  /// The system puts the line that is typed at the top of its place.
+  void center(int line) const {
+    COMBOBOXINFO parts{};
+    parts.cbSize = sizeof(parts);
+    if (field_ && GetComboBoxInfo(handle(), &parts) != FALSE) {
+      const RECT& room = parts.rcItem;
+      SetWindowPos(field_->handle(), nullptr, room.left,
+                   room.top + (room.bottom - room.top - line) / 2, room.right - room.left, line,
+                   SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+  }
 
   [[nodiscard]] bool isEditable() const {
     return box_.look().comboStyle == toolkit::ComboStyle::Editable;
