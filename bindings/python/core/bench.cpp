@@ -84,7 +84,7 @@ Bench::Bench(const Options& options, lumodevice::SimulatedOptions simulated)
 
 Bench::~Bench() {
   const py::gil_scoped_release free;
-  left_behind_.clear();
+  leftBehind_.clear();
 }
 
 void Bench::build(const Options& options, const lumodevice::Host& ready) {
@@ -136,7 +136,7 @@ void Bench::enter() {
       throw py::error_already_set();
     }
   }
-  left_behind_.clear();
+  leftBehind_.clear();
 }
 
 void Bench::leave() {
@@ -155,7 +155,7 @@ void Bench::takeBack(std::unique_ptr<lumodevice::ZANCtrl> component) {
     const py::gil_scoped_release free;
     component.reset();
   } else {
-    left_behind_.push_back(std::move(component));
+    leftBehind_.push_back(std::move(component));
   }
 }
 

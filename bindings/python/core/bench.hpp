@@ -91,7 +91,7 @@ class Bench {
   std::unique_ptr<lumodevice::toolkit::EventLoop> loop_;
   std::unique_ptr<Trace> trace_;
   std::optional<lumodevice::Host> host_;
-  std::vector<std::unique_ptr<lumodevice::ZANCtrl>> left_behind_;
+  std::vector<std::unique_ptr<lumodevice::ZANCtrl>> leftBehind_;
 };
 
 }  // namespace lumopython

@@ -46,7 +46,7 @@ class PyControl {
   }
 
   [[nodiscard]] const std::string& fullName() const { return fullName_; }
-  [[nodiscard]] const toolkit::Control* place() const { return control_; }
+  [[nodiscard]] const toolkit::Control* native() const { return control_; }
   [[nodiscard]] const py::object& zan() const { return zan_; }
 
   void visited(const auto& visit) const { visit(zan_); }
@@ -452,7 +452,7 @@ void bindControl(py::module_& module) {
       .def(
           "observe",
           [](const PyControl& self, py::object observer) {
-            return observeChanges(self.zan(), std::move(observer), self.place());
+            return observeChanges(self.zan(), std::move(observer), self.native());
           },
           py::arg("observer"),
           "observe($self, observer, /)\n--\n\nCalls observer(control, property) for each change of "
@@ -463,11 +463,11 @@ void bindControl(py::module_& module) {
       .def("__eq__",
            [](const PyControl& self, const py::object& other) {
              return py::isinstance<PyControl>(other) &&
-                    other.cast<const PyControl&>().place() == self.place();
+                    other.cast<const PyControl&>().native() == self.native();
            })
       .def("__hash__",
            [](const PyControl& self) {
-             return std::hash<const void*>()(static_cast<const void*>(self.place()));
+             return std::hash<const void*>()(static_cast<const void*>(self.native()));
            })
       .def("__repr__", [](const PyControl& self) { return "<Control " + self.fullName() + ">"; });
 }

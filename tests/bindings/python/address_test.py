@@ -35,21 +35,71 @@ def test_the_terminal_host_says_so_too(tmp_path):
     assert NEEDS in ran.stderr
 
 
-@pytest.fixture
-def socket_of_a_load(tmp_path):
-    with subprocess.Popen(
-        [os.environ["ZANSIM"], "--tcp", "0"], stdout=subprocess.PIPE, text=True
-    ) as server:
-        yield server.stdout.readline().split()[-1]
-        server.terminate()
+class Simulator:
+    """A load as a process, on a socket of this machine."""
+
+    def __init__(self, port=0):
+        self.process = subprocess.Popen(
+            [os.environ["ZANSIM"], "--tcp", str(port)], stdout=subprocess.PIPE, text=True
+        )
+        self.port = int(self.process.stdout.readline().rpartition(":")[2])
+        self.address = f"TCPIP0::127.0.0.1::{self.port}::SOCKET"
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *raised):
+        self.process.terminate()
+        self.process.communicate()
 
 
-def test_a_load_on_a_socket_answers(socket_of_a_load):
-    port = socket_of_a_load.rpartition(":")[2]
-    with lumodevice.connect(f"TCPIP0::127.0.0.1::{port}::SOCKET", wait_unit=20) as load:
+def test_a_load_on_a_socket_answers():
+    with Simulator() as there, lumodevice.connect(there.address, wait_unit=20) as load:
         assert load.identity.serial_number == "SIM00001"
         channel = load.channel(2)
         channel.setpoints["A"] = 0.5
-        channel.on()
-        assert channel.read().load
-        channel.off()
+        with channel.loaded():
+            assert channel.read().load
+        assert not channel.is_on
+
+
+def test_a_load_behind_a_serial_device_answers(tmp_path):
+    link = str(tmp_path / "zan")
+    with subprocess.Popen(
+        [os.environ["ZANSIM"], "--pty", link], stdout=subprocess.PIPE, text=True
+    ) as server:
+        server.stdout.readline()
+        host = lumodevice.system_host(ports={3: link}, drive_c=str(tmp_path))
+        with lumodevice.connect("COM3", host=host, wait_unit=50) as load:
+            assert load.automation.ConnStyle == 1
+            assert load.identity.model == "ZAN63200"
+            assert load.channel(1).read().voltage > 12
+        server.terminate()
+
+
+def test_a_load_that_has_gone_is_an_exception_and_can_come_back():
+    with Simulator() as there:
+        load = lumodevice.connect(there.address, wait_unit=20)
+        port = there.port
+    with pytest.raises(lumodevice.LinkLost) as raised:
+        for _ in range(2):
+            load.query("*IDN?")
+    assert isinstance(raised.value, ConnectionError)
+    assert not load.connected
+    for ask in (lambda: load.channel(1).voltage, lambda: load.identity, load.errors):
+        with pytest.raises(lumodevice.LinkLost):
+            ask()
+    with pytest.raises(lumodevice.NoInstrument):
+        load.reconnect()
+    with Simulator(port):
+        load.reconnect()
+        assert load.channel(1).voltage > 12
+    load.close()
+
+
+def test_two_loads_of_one_program_keep_their_own_links():
+    with Simulator() as there, lumodevice.connect(there.address, wait_unit=20) as load:
+        assert load.query(":MODE?") == "CCH"
+        with lumodevice.connect(there.address, wait_unit=20) as other:
+            assert other.query(":MODE?") == "CCH"
+        assert load.query(":MODE?") == "CCH"
