@@ -41,7 +41,8 @@ def test_components_come_and_go_without_growth(tmp_path):
         cycle()
     gc.collect()
     assert abs(len(gc.get_objects()) - objects) < 100
-    assert peak() - before < 2000
+    # The sanitizers keep a record of each place that asks for memory.
+    assert peak() - before < (10_000 if "SANITIZED" in os.environ else 2000)
 
 
 def test_a_cycle_of_a_component_and_its_observers_is_collected():
