@@ -11,7 +11,7 @@ namespace lumodevice::posix {
 /// What an address of a host leads to; empty when nobody knows the host.
 struct HostLookup {
   struct Free {
-    void operator()(addrinfo* targets) const { ::freeaddrinfo(targets); }
+    void operator()(addrinfo* list) const { ::freeaddrinfo(list); }
   };
   std::unique_ptr<addrinfo, Free> targets;
   bool late = false;  ///< nobody had told when the deadline came
