@@ -90,8 +90,6 @@ int main(int argc, char** argv) {
   const auto factory = factoryIn(argv[1]);
   const auto load = controlOf(factory);
   bench::printHead("ms");
-  bench::printRatio("a control made and released",
-                    microseconds(50, [&] { controlOf(factory); }) / 1000, 5, 1);
   bench::printRatio("a control made, used for the first time and released",
                     microseconds(50, [&] { early(*controlOf(factory).get()); }) / 1000, 5, 1);
   early(*load.get());

@@ -38,37 +38,44 @@ IUnknown*& valueIn(VARIANT& variant, IUnknown* const* /*type*/) {
   return V_UNKNOWN(&variant);
 }
 
-/// Runs a member with an argument of any type, and gives what comes out to the VARIANT, which may
-/// be null.
+/// Puts what came out into the VARIANT, which becomes its owner; null: nobody wants it.
+template <typename Carried>
+void give(typename Carried::Value came, VARIANT* result) {
+  VARIANT unwanted;
+  VARIANT& place = result != nullptr ? *result : unwanted;
+  V_VT(&place) = Carried::kVartype;
+  if constexpr (Carried::kVartype == VT_I2) {
+    V_I2(&place) = came;
+  } else {
+    valueIn(place, &came) = came;
+  }
+  if constexpr (Carried::kVartype == VT_UNKNOWN) {
+    if (came == nullptr) {
+      // Languages that know dispatch objects alone ask whether it is nothing.
+      V_VT(&place) = VT_DISPATCH;
+    }
+  }
+  if (result == nullptr) {
+    VariantClear(&unwanted);
+  }
+}
+
+/// Runs a member with an argument of any type, and gives what comes out.
 template <std::size_t Row>
 void runLate(ControlObject& object, VARIANT* given, LCID locale, VARIANT* result) {
   using Call = MemberCall<Row>;
-  windows::Variant argument;
-  const typename Call::ArgumentValue* value = nullptr;
-  if constexpr (Call::kTakes) {
-    convert(*given, Call::ArgumentCarried::kVartype, locale, argument);
-    value = &valueIn(argument.get(), value);
-  }
-  windows::Variant outcome;
   typename Call::ResultValue came{};
-  Call::run(object.component(), value, &came);
+  if constexpr (Call::kTakes) {
+    windows::Variant argument;
+    convert(*given, Call::ArgumentCarried::kVartype, locale, argument);
+    const typename Call::ArgumentValue* value = nullptr;
+    value = &valueIn(argument.get(), value);
+    Call::run(object.component(), value, &came);
+  } else {
+    Call::run(object.component(), nullptr, &came);
+  }
   if constexpr (Call::kGives) {
-    V_VT(&outcome.get()) = Call::ResultCarried::kVartype;
-    if constexpr (Call::ResultCarried::kVartype == VT_I2) {
-      V_I2(&outcome.get()) = came;
-    } else {
-      valueIn(outcome.get(), &came) = came;
-    }
-    if constexpr (Call::ResultCarried::kVartype == VT_UNKNOWN) {
-      if (came == nullptr) {
-        // Languages that know dispatch objects alone ask whether it is nothing.
-        V_VT(&outcome.get()) = VT_DISPATCH;
-      }
-    }
-    if (result != nullptr) {
-      *result = outcome.get();
-      VariantInit(&outcome.get());
-    }
+    give<typename Call::ResultCarried>(came, result);
   }
 }
 
@@ -80,18 +87,29 @@ constexpr auto lateCalls(std::index_sequence<Rows...> /*rows*/) {
 }
 constexpr auto kLateCalls = lateCalls(std::make_index_sequence<kMemberRows.size()>());
 
-/// The flags under which a member is called.
-WORD flagsOf(MemberKind kind) {
-  constexpr std::array<WORD, 4> kFlags = {DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT,
-                                          DISPATCH_PROPERTYPUTREF, DISPATCH_METHOD};
-  return kFlags.at(static_cast<std::size_t>(kind));
-}
+/// What callers name a row by: its identifier, and the flag under which it is called.
+struct Address {
+  DISPID id;
+  WORD flag;
+};
+
+/// In the order of MemberKind.
+constexpr std::array<WORD, 4> kFlags = {DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT,
+                                        DISPATCH_PROPERTYPUTREF, DISPATCH_METHOD};
+
+constexpr auto kAddresses = [] {
+  std::array<Address, kMemberRows.size()> addresses{};
+  std::transform(kMemberRows.begin(), kMemberRows.end(), addresses.begin(), [](const Member& row) {
+    return Address{static_cast<DISPID>(row.dispatchId),
+                   kFlags.at(static_cast<std::size_t>(row.kind))};
+  });
+  return addresses;
+}();
 
 bool isObject(const VARIANT& value) {
-  const auto type = static_cast<VARTYPE>(V_VT(&value) & ~VT_BYREF);
-  if (type == VT_VARIANT && V_VARIANTREF(&value) != nullptr) {
-    return isObject(*V_VARIANTREF(&value));
-  }
+  const bool inVariant = V_VT(&value) == (VT_VARIANT | VT_BYREF) && V_VARIANTREF(&value) != nullptr;
+  const VARIANT& meant = inVariant ? *V_VARIANTREF(&value) : value;
+  const auto type = static_cast<VARTYPE>(V_VT(&meant) & ~VT_BYREF);
   return type == VT_DISPATCH || type == VT_UNKNOWN;
 }
 
@@ -99,10 +117,10 @@ bool isObject(const VARIANT& value) {
 /// alone: an object that is put where only a reference can be is one.
 std::size_t rowFor(DISPID id, WORD flags, const DISPPARAMS& given) {
   const auto find = [id](WORD wanted) {
-    const auto row = std::find_if(kMemberRows.begin(), kMemberRows.end(), [&](const Member& each) {
-      return idOf(each) == id && (flagsOf(each.kind) & wanted) != 0;
-    });
-    return static_cast<std::size_t>(row - kMemberRows.begin());
+    const auto row = std::find_if(
+        kAddresses.begin(), kAddresses.end(),
+        [&](const Address& address) { return address.id == id && (address.flag & wanted) != 0; });
+    return static_cast<std::size_t>(row - kAddresses.begin());
   };
   const std::size_t row = find(flags);
   if (row == kMemberRows.size() && (flags & DISPATCH_PROPERTYPUT) != 0 && given.cArgs == 1 &&
@@ -149,11 +167,12 @@ HRESULT invoke(ControlObject& object, DISPID id, REFIID reserved, LCID locale, W
   if (reserved != IID_NULL) {
     return DISP_E_UNKNOWNINTERFACE;
   }
-  if (given == nullptr) {
+  if (given == nullptr || (given->cArgs > 0 && given->rgvarg == nullptr) ||
+      (given->cNamedArgs > 0 && given->rgdispidNamedArgs == nullptr)) {
     return E_INVALIDARG;
   }
   if (result != nullptr) {
-    VariantInit(result);
+    V_VT(result) = VT_EMPTY;
   }
   const std::size_t row = rowFor(id, flags, *given);
   if (row == kMemberRows.size()) {

@@ -30,7 +30,25 @@ IUnknown* Carried<std::shared_ptr<io::FormattedIO488>>::out(
   return windows::comOf(object);
 }
 
+namespace {
+
+bool isNull(const VARIANT& given) {
+  return (V_VT(&given) & VT_BYREF) != 0 && V_BYREF(&given) == nullptr;
+}
+
+/// A reference to nowhere, which the system would follow. (One to a variant that refers to another
+/// it refuses by itself.)
+bool leadsNowhere(const VARIANT& given) {
+  return isNull(given) ||
+         (V_VT(&given) == (VT_VARIANT | VT_BYREF) && isNull(*V_VARIANTREF(&given)));
+}
+
+}  // namespace
+
 void convert(VARIANT& given, VARTYPE type, LCID locale, windows::Variant& converted) {
+  if (leadsNowhere(given)) {
+    throw ComFailure{DISP_E_TYPEMISMATCH};
+  }
   windows::Variant plain;
   demand(VariantCopyInd(&plain.get(), &given));
   const VARTYPE found = V_VT(&plain.get());

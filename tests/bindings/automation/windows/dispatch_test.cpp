@@ -167,10 +167,20 @@ TEST_F(Dispatch, valuesThatDoNotFitAreRefused) {
   V_DISPATCH(&object) = load.get();
   VARIANT array = ofType(VT_ARRAY | VT_UI1);
   V_ARRAY(&array) = SafeArrayCreateVector(VT_UI1, 0, 3);
-  const BadValue rows[] = {{"left out", missing, DISP_E_PARAMNOTOPTIONAL},
-                           {"an error", error, DISP_E_TYPEMISMATCH},
-                           {"null", null, DISP_E_TYPEMISMATCH},
-                           {"an array", array, DISP_E_TYPEMISMATCH}};
+  VARIANT nowhere = ofType(VT_BSTR | VT_BYREF);
+  V_BSTRREF(&nowhere) = nullptr;
+  VARIANT variantNowhere = ofType(VT_VARIANT | VT_BYREF);
+  V_VARIANTREF(&variantNowhere) = nullptr;
+  VARIANT inVariantNowhere = ofType(VT_VARIANT | VT_BYREF);
+  V_VARIANTREF(&inVariantNowhere) = &nowhere;
+  const BadValue rows[] = {
+      {"a reference to nowhere", nowhere, DISP_E_TYPEMISMATCH},
+      {"a variant nowhere", variantNowhere, DISP_E_TYPEMISMATCH},
+      {"in a variant a reference to nowhere", inVariantNowhere, DISP_E_TYPEMISMATCH},
+      {"left out", missing, DISP_E_PARAMNOTOPTIONAL},
+      {"an error", error, DISP_E_TYPEMISMATCH},
+      {"null", null, DISP_E_TYPEMISMATCH},
+      {"an array", array, DISP_E_TYPEMISMATCH}};
   for (const Member& member : kMemberRows) {
     if (member.argument.type == Type::None) {
       continue;
@@ -229,6 +239,14 @@ TEST_F(Dispatch, callsThatAreNoneAreRefused) {
       DISP_E_UNKNOWNINTERFACE);
   EXPECT_EQ(
       load->Invoke(0x6003001d, IID_NULL, 0, DISPATCH_METHOD, nullptr, nullptr, nullptr, nullptr),
+      E_INVALIDARG);
+  DISPPARAMS missing{nullptr, nullptr, 1, 0};
+  EXPECT_EQ(
+      load->Invoke(0x60030017, IID_NULL, 0, DISPATCH_METHOD, &missing, nullptr, nullptr, nullptr),
+      E_INVALIDARG);
+  missing = {nullptr, nullptr, 0, 1};
+  EXPECT_EQ(
+      load->Invoke(0x6003001d, IID_NULL, 0, DISPATCH_METHOD, &missing, nullptr, nullptr, nullptr),
       E_INVALIDARG);
   // Nobody wants the result, or to know which argument was wrong.
   EXPECT_EQ(
