@@ -84,7 +84,7 @@ void runFor(const PyHost& host, double seconds) {
   if (!(seconds >= 0 && seconds <= kLongestRun)) {
     throw py::value_error("a time in seconds is needed");
   }
-  const std::shared_ptr<Bench> bench = host.bench();
+  const std::shared_ptr<Bench>& bench = host.bench();
   const Bench::Use entered(*bench);
   const py::gil_scoped_release free;
   bench->host().loop.runFor(Nanoseconds(std::llround(seconds * 1e9)));

@@ -117,13 +117,16 @@ py::object functionOf(const ComponentClass& type) {
                               ? signatureOf(kRow) + sentence(kRow.help) +
                                     "\n\nReturns: " + resultName<typename Bound<Row>::Result>()
                               : std::string();
-  const py::name name(std::string(kRow.name).c_str());
+  // The function makes copies of the texts when it has been given them all.
+  const std::string called(kRow.name);
+  const py::name name(called.c_str());
   if constexpr (std::is_void_v<Argument>) {
     return py::cpp_function([](Component& self) { return run<Row>(self); }, name,
                             py::is_method(type), py::doc(doc.c_str()));
   } else {
     using Taken = typename Passed<Argument>::Taken;
-    const py::arg argument(std::string(kRow.argument.name).c_str());
+    const std::string taken(kRow.argument.name);
+    const py::arg argument(taken.c_str());
     return py::cpp_function(
         [](Component& self, Taken value) { return run<Row>(self, Passed<Argument>::take(value)); },
         name, py::is_method(type), py::doc(doc.c_str()),
@@ -194,6 +197,7 @@ void setKeys(Component& self,
     return static_cast<std::int16_t>(value);
   };
   std::vector<lumodevice::devButton> areas;
+  areas.reserve(keys.size());
   for (const auto& [title, x1, y1, x2, y2] : keys) {
     areas.push_back({title, edge(x1), edge(y1), edge(x2), edge(y2)});
   }

@@ -37,11 +37,11 @@ class PyControl {
 
   /// Throws once the component has been closed: there are no controls any more.
   template <typename Look>
-  auto look(Look look) const {
+  [[nodiscard]] auto look(Look look) const {
     return component()->look([&](ZANCtrl& /*zan*/) { return look(*control_); });
   }
   template <typename Act>
-  auto use(Act act) const {
+  auto use(Act act) {
     return component()->use([&](ZANCtrl& /*zan*/) { return act(*control_); });
   }
 
@@ -151,7 +151,7 @@ py::object read(const PyControl& control, const std::string& property, bool numb
       number);
 }
 
-void write(const PyControl& control, const std::string& property, const py::object& value) {
+void write(PyControl& control, const std::string& property, const py::object& value) {
   const std::string text = textOf(value);
   control.use([&](toolkit::Control& native) { writeProperty(native, property, text); });
 }
@@ -302,7 +302,7 @@ PySubscription observeNamedEvent(const PyControl& self, const std::string& event
   return {held, std::move(*native)};
 }
 
-bool press(const PyControl& self, const std::string& name) {
+bool press(PyControl& self, const std::string& name) {
   for (const KeyName& row : kKeys) {
     if (row.name == name) {
       return self.use(
@@ -312,7 +312,7 @@ bool press(const PyControl& self, const std::string& name) {
   throw py::value_error("there is no key " + name + "; there are Enter, Up and Down");
 }
 
-bool drag(const PyControl& self, const py::str& item, const PyControl& onto) {
+bool drag(PyControl& self, const py::str& item, const PyControl& onto) {
   const std::string text = fromPython(item);
   toolkit::ListBox* const to = onto.look(
       [](toolkit::Control& control) { return dynamic_cast<toolkit::ListBox*>(&control); });
@@ -361,13 +361,12 @@ void bindControl(py::module_& module) {
     const py::object get =
         py::cpp_function([name, number](const PyControl& self) { return read(self, name, number); },
                          py::is_method(type));
-    const py::object set = row.written
-                               ? py::object(py::cpp_function(
-                                     [name](const PyControl& self, const py::object& value) {
-                                       write(self, name, value);
-                                     },
-                                     py::is_method(type)))
-                               : py::none();
+    const py::object set =
+        row.written
+            ? py::object(py::cpp_function(
+                  [name](PyControl& self, const py::object& value) { write(self, name, value); },
+                  py::is_method(type)))
+            : py::none();
     type.attr(row.python) = property(get, set, py::none(), row.doc);
   }
   type.def_property_readonly(
@@ -417,14 +416,14 @@ void bindControl(py::module_& module) {
            "__setitem__($self, name, value, /)\n--\n\nSets any property by its name.")
       .def(
           "click",
-          [](const PyControl& self) {
+          [](PyControl& self) {
             return self.use(
                 [](toolkit::Control& control) { return toolkit::hand::click(control); });
           },
           "click($self, /)\n--\n\nThe operator clicks it.\n\nReturns: bool, whether it was taken")
       .def(
           "type",
-          [](const PyControl& self, const py::str& typed) {
+          [](PyControl& self, const py::str& typed) {
             const std::string text = fromPython(typed);
             return self.use(
                 [&](toolkit::Control& control) { return toolkit::hand::type(control, text); });
@@ -435,7 +434,7 @@ void bindControl(py::module_& module) {
           "was taken")
       .def(
           "select",
-          [](const PyControl& self, int index) {
+          [](PyControl& self, int index) {
             return self.use(
                 [=](toolkit::Control& control) { return toolkit::hand::select(control, index); });
           },
