@@ -159,6 +159,8 @@ class Parser {
   explicit Parser(std::span<const Command* const> known)
       : whole_(known.size() == commands().size()) {
     app_.formatter(std::make_shared<HelpPage>());
+    // The same command line on every system.
+    app_.allow_windows_style_options(false);
     app_.set_version_flag("--version", "zanctl " ZANCTL_VERSION, "Print the version and exit");
     app_.add_flag("--simulate", line_.options.simulate,
                   "Use the built-in simulated instrument; nothing real is touched");

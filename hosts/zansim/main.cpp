@@ -37,6 +37,7 @@ struct Options {
 };
 
 void declare(CLI::App& app, Options& options) {
+  app.allow_windows_style_options(false);  // the same command line on every system
   app.set_version_flag("--version", "zansim " ZANSIM_VERSION);
   app.add_option("--pty", options.link, "Answer on a pseudo-terminal that LINK leads to")
       ->type_name("LINK");
@@ -188,8 +189,10 @@ int main(int argc, char** argv) {
     std::cerr << "zansim: nowhere to listen; give --pty LINK, --tcp PORT or both\n";
     return kWrongUse;
   }
+#ifdef SIGXFSZ
   // A limit of the size of files is a full disk.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+#endif
   static_cast<void>(std::signal(SIGINT, askToStop));
   static_cast<void>(std::signal(SIGTERM, askToStop));
   try {

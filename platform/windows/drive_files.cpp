@@ -109,8 +109,11 @@ bool canBeOnDrive(std::string_view name) {
          !isDevice(name);
 }
 
+/// Of what is there already Windows has several errors to tell: the drive itself is one more.
 int createFolderAt(const fs::path& place) {
-  return errnoOf(::CreateDirectoryW(place.c_str(), nullptr));
+  const int error = errnoOf(::CreateDirectoryW(place.c_str(), nullptr));
+  return error != 0 && ::GetFileAttributesW(place.c_str()) != INVALID_FILE_ATTRIBUTES ? EEXIST
+                                                                                      : error;
 }
 
 int removeFileAt(const fs::path& place) {
@@ -118,6 +121,8 @@ int removeFileAt(const fs::path& place) {
 }
 
 int renameFileTo(const fs::path& from, const fs::path& to) {
+  const DWORD there = ::GetFileAttributesW(to.c_str());
+  if (there != INVALID_FILE_ATTRIBUTES && (there & FILE_ATTRIBUTE_DIRECTORY) != 0) return EISDIR;
   return errnoOf(
       ::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
 }
@@ -128,9 +133,12 @@ std::unique_ptr<io::BinaryFile> openDriveFile(const fs::path& place) {
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) failOnDrive(place, EISDIR);
     if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) failOnDrive(place, ELOOP);
   }
-  Handle file = openWith(place, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
+  const bool readOnly =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+  Handle file;
+  if (!readOnly) file = openWith(place, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
   if (!file) {
-    const int error = windows::errnoOf(::GetLastError());
+    const int error = readOnly ? EACCES : windows::errnoOf(::GetLastError());
     if (error == EACCES) file = openWith(place, GENERIC_READ, OPEN_EXISTING);
     if (!file) failOnDrive(place, error);
   }

@@ -78,12 +78,19 @@ class ComLine : public io::SerialLine {
       const bool read = ::ReadFile(device_.get(), piece.data(), piece.size(), &size, nullptr) != 0;
       queue.append(piece.data(), size);
       // What came before the end is handed over first, and the next call tells of it.
-      if (!read && pieces == 0) failGone(io::kSerialReadError);
+      if (pieces == 0 && (!read || (size == 0 && !isThere()))) failGone(io::kSerialReadError);
       if (!read || size == 0) return;
     }
   }
 
  private:
+  /// Not every driver lets a read fail when the device is gone.
+  [[nodiscard]] bool isThere() const {
+    DWORD errors = 0;
+    COMSTAT state{};
+    return ::ClearCommError(device_.get(), &errors, &state) != 0;
+  }
+
   [[noreturn]] static void failGone(int number) {
     throw io::SerialFault(number, "the serial device is gone: " + errorText(::GetLastError()));
   }
@@ -106,8 +113,9 @@ class ComLine : public io::SerialLine {
     case ERROR_SHARING_VIOLATION:
       throw io::SerialFault(io::kSerialAlreadyOpen, device + " is in use by another program");
     default:
-      throw io::SerialFault(io::kSerialUnavailable,
-                            "cannot open " + device + ": " + errorText(error));
+      throw io::SerialFault(
+          io::kSerialUnavailable,
+          "cannot open " + device + ": " + errorText(error) + " (" + std::to_string(error) + ")");
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <limits>
 #include <optional>
 #include <random>
@@ -67,15 +68,38 @@ std::optional<DWORD> replaceable(const fs::path& file) {
   return former;
 }
 
+constexpr std::wstring_view kFreshStart = L".lumodevice-";
+constexpr std::wstring_view kDigits = L"0123456789abcdef";
+constexpr std::size_t kDigitsOfName = 16;
+
 /// A name in the folder of the file that nothing else has.
 fs::path freshName(const fs::path& file) {
-  constexpr std::wstring_view kDigits = L"0123456789abcdef";
   std::random_device random;
-  std::wstring name = L".lumodevice-";
-  for (int i = 0; i < 16; ++i) {
+  std::wstring name(kFreshStart);
+  for (std::size_t i = 0; i < kDigitsOfName; ++i) {
     name += kDigits[random() % kDigits.size()];
   }
   return file.parent_path() / name;
+}
+
+/// Deletes what programs that were killed have left in the folder of the file. What is young may be
+/// another program's that goes on; what is open cannot be deleted.
+void dropLeftOvers(const fs::path& file) {
+  constexpr std::chrono::hours kOld{1};
+  const fs::path folder = file.parent_path();
+  std::error_code error;
+  const auto now = fs::file_time_type::clock::now();
+  for (fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error), end;
+       !error && entry != end; entry.increment(error)) {
+    const std::wstring name = entry->path().filename().wstring();
+    std::error_code unknown;
+    const bool fresh = name.starts_with(kFreshStart) &&
+                       name.size() == kFreshStart.size() + kDigitsOfName &&
+                       name.find_first_not_of(kDigits, kFreshStart.size()) == std::wstring::npos;
+    if (fresh && now - entry->last_write_time(unknown) > kOld && !unknown) {
+      (void)::DeleteFileW(entry->path().c_str());
+    }
+  }
 }
 
 /// A new file beside the one that will be replaced; gone at the end of its life unless it took the
@@ -83,8 +107,8 @@ fs::path freshName(const fs::path& file) {
 class Fresh {
  public:
   Fresh(const fs::path& file, DWORD flags) : file_(file), name_(freshName(file)) {
-    opened_ = Handle(::CreateFileW(name_.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_DELETE,
-                                   nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL | flags, nullptr));
+    opened_ = Handle(::CreateFileW(name_.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, CREATE_NEW,
+                                   FILE_ATTRIBUTE_NORMAL | flags, nullptr));
     if (!opened_) fail(file_);
   }
   ~Fresh() {
@@ -167,6 +191,7 @@ void replaceFile(const fs::path& file, std::string_view bytes) {
   Fresh fresh(file, 0);
   fresh.write(bytes);
   fresh.takeThePlace(ofAnother);
+  dropLeftOvers(file);
 }
 
 struct Room::Held {

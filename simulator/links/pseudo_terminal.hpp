@@ -11,14 +11,15 @@ namespace zansim {
 /// that side lets a host close and open it again. The link is removed on destruction.
 class PseudoTerminal {
  public:
-  /// Throws std::system_error; std::invalid_argument when `link` is there and no symbolic link.
+  /// Throws std::system_error; std::invalid_argument when `link` is there and no symbolic link, and
+  /// on a system without pseudo-terminals.
   explicit PseudoTerminal(std::string link);
   ~PseudoTerminal();
   PseudoTerminal(const PseudoTerminal&) = delete;
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
   /// The instrument's side; non-blocking.
-  [[nodiscard]] int descriptor() const { return master_.get(); }
+  [[nodiscard]] Descriptor::Number descriptor() const { return master_.get(); }
   [[nodiscard]] const std::string& device() const { return device_; }
   /// True when the host set the terminal to this speed.
   [[nodiscard]] bool isAtSpeed(std::int32_t baud) const;

@@ -1,21 +1,14 @@
 #include "simulator/links/server.hpp"
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <array>
-#include <cerrno>
-#include <fcntl.h>
 #include <memory>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
 #include <stdexcept>
-#include <sys/socket.h>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "simulator/links/pseudo_terminal.hpp"
+#include "simulator/links/sockets.hpp"
 
 namespace zansim {
 namespace {
@@ -28,14 +21,6 @@ constexpr std::size_t kMostClients = 64;
 /// Until a socket may be accepted again where there was no descriptor for it.
 constexpr std::chrono::milliseconds kNoDescriptor{250};
 
-[[noreturn]] void fail(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
-}
-
-bool wouldBlock() {
-  return errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;
-}
-
 }  // namespace
 
 /// One host: a connected socket or the terminal.
@@ -47,7 +32,9 @@ struct Server::Peer {
         requiredBaud(baud),
         connection(instrument, Connection::Kind::Stream) {}
 
-  [[nodiscard]] int descriptor() const { return terminal ? terminal->descriptor() : socket.get(); }
+  [[nodiscard]] Descriptor::Number descriptor() const {
+    return terminal ? terminal->descriptor() : socket.get();
+  }
   [[nodiscard]] bool understands() const {
     return requiredBaud == 0 || terminal->isAtSpeed(requiredBaud);
   }
@@ -70,22 +57,8 @@ Server::Server(Instrument& instrument, lumodevice::io::Clock& clock)
 Server::~Server() = default;
 
 std::uint16_t Server::listenTcp(std::uint16_t port) {
-  Descriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-  const int on = 1;
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t length = sizeof address;
-  auto* const generic = reinterpret_cast<sockaddr*>(&address);
-  if (!socket.isOpen() ||
-      ::setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
-      ::bind(socket.get(), generic, length) != 0 || ::listen(socket.get(), SOMAXCONN) != 0 ||
-      ::getsockname(socket.get(), generic, &length) != 0) {
-    fail("cannot listen on 127.0.0.1:" + std::to_string(port) + " (port 0 takes any free one)");
-  }
-  listener_ = std::move(socket);
-  return ntohs(address.sin_port);
+  listener_ = sockets::listenOn(port);
+  return port;
 }
 
 std::string Server::openTerminal(const std::string& link, std::int32_t baud) {
@@ -102,29 +75,27 @@ std::size_t Server::clients() const {
 }
 
 void Server::step(std::chrono::milliseconds timeout) {
-  std::vector<pollfd> polls;
+  std::vector<sockets::Watched> watched;
   for (const Peer& peer : peers_) {
-    const int reading = peer.received.empty() && peer.hasRoom() ? POLLIN : 0;
-    const int writing = peer.unsent.empty() ? 0 : POLLOUT;
-    polls.push_back({peer.descriptor(), static_cast<short>(reading | writing), 0});
+    watched.push_back({.number = peer.descriptor(),
+                       .reading = peer.received.empty() && peer.hasRoom(),
+                       .writing = !peer.unsent.empty()});
   }
   const bool accepting = clients() < kMostClients && clock_.now() >= acceptAgain_;
-  polls.push_back({accepting ? listener_.get() : -1, POLLIN, 0});
-  if (::poll(polls.data(), polls.size(), patience(timeout)) < 0 && errno != EINTR) {
-    fail("cannot wait for hosts");
-  }
-  auto ready = polls.cbegin();
+  watched.push_back({.number = accepting ? listener_.get() : Descriptor::kNone, .reading = true});
+  sockets::wait(watched, patience(timeout));
+  auto ready = watched.cbegin();
   for (Peer& peer : peers_) {
-    if ((ready->revents & POLLIN) != 0) {
+    if (ready->readable) {
       receive(peer);
-    } else if ((ready->revents & (POLLHUP | POLLERR)) != 0) {
+    } else if (ready->gone) {
       peer.closed = peer.terminal == nullptr;
     }
     carryOut(peer);
     transmit(peer);
     ++ready;
   }
-  if ((ready->revents & POLLIN) != 0) {
+  if (ready->readable) {
     accept();
   }
   closeWhatIsGone();
@@ -145,12 +116,11 @@ int Server::patience(std::chrono::milliseconds timeout) const {
 }
 
 void Server::accept() {
-  Descriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));
+  bool exhausted = false;
+  Descriptor socket = sockets::acceptFrom(listener_, exhausted);
   if (socket.isOpen()) {
-    const int on = 1;
-    ::setsockopt(socket.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     peers_.emplace_back(instrument_, std::move(socket));
-  } else if (!wouldBlock()) {
+  } else if (exhausted) {
     // The one that waits would wake every poll until a descriptor is free.
     acceptAgain_ = clock_.now() + kNoDescriptor;
   }
@@ -158,13 +128,12 @@ void Server::accept() {
 
 void Server::receive(Peer& peer) {
   std::array<char, 4096> bytes{};
-  const ssize_t count = ::read(peer.descriptor(), bytes.data(), bytes.size());
-  if (count > 0) {
-    if (peer.understands()) {
-      peer.received.append(bytes.data(), static_cast<std::size_t>(count));
-    }
-  } else if (count == 0 || !wouldBlock()) {
+  std::size_t count = 0;
+  const sockets::Transfer transfer = sockets::receive(peer.descriptor(), bytes, count);
+  if (transfer == sockets::Transfer::Over) {
     peer.closed = peer.terminal == nullptr;
+  } else if (peer.understands()) {
+    peer.received.append(bytes.data(), count);
   }
 }
 
@@ -190,13 +159,10 @@ void Server::transmit(Peer& peer) {
   if (peer.unsent.empty()) {
     return;
   }
-  const ssize_t count =
-      peer.terminal
-          ? ::write(peer.descriptor(), peer.unsent.data(), peer.unsent.size())
-          : ::send(peer.descriptor(), peer.unsent.data(), peer.unsent.size(), MSG_NOSIGNAL);
-  if (count >= 0) {
-    peer.unsent.erase(0, static_cast<std::size_t>(count));
-  } else if (!wouldBlock()) {
+  std::size_t count = 0;
+  const sockets::Transfer transfer = sockets::send(peer.descriptor(), peer.unsent, count);
+  peer.unsent.erase(0, count);
+  if (transfer == sockets::Transfer::Over) {
     peer.closed = peer.terminal == nullptr;
   }
 }

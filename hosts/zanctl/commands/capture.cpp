@@ -14,6 +14,7 @@
 #include "hosts/zanctl/station/station.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/transfer/working_files.hpp"
+#include "platform/path_text.hpp"
 
 namespace zanctl {
 
@@ -78,7 +79,7 @@ ExitStatus capture(Station& station, const Options& options) {
   inside.clear();
   files.keep(folder, kDump);
   files.keep(folder, kBitmap);
-  const std::string place = folder.place(kBitmap).string();
+  const std::string place = lumodevice::platform::textOf(folder.place(kBitmap));
   const auto picture = pictureIn(*bitmap);
   if (!picture) {
     station.errors().line("zanctl: what the instrument sent is no picture; it is in " + place);

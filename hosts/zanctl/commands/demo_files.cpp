@@ -8,6 +8,7 @@
 #include "hosts/zanctl/output/preview.hpp"
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/transfer/working_files.hpp"
+#include "platform/path_text.hpp"
 
 namespace zanctl {
 
@@ -81,7 +82,7 @@ bool showScreen(Station& station) {
   if (folder) {
     files.keep(*folder, kDump);
     files.keep(*folder, kBitmap);
-    kept = " in " + folder->place(kBitmap).string();
+    kept = " in " + lumodevice::platform::textOf(folder->place(kBitmap));
   }
   output.line("  " + std::to_string(picture.width()) + " x " + std::to_string(picture.height()) +
               " points" + kept);

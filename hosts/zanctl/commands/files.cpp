@@ -2,11 +2,10 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <ctime>
+#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
-#include <sys/stat.h>
 
 #include "hosts/zanctl/commands/arguments.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
@@ -20,6 +19,8 @@
 #include "hosts/zanctl/station/working_folder.hpp"
 #include "lumodevice/text/text.hpp"
 #include "lumodevice/toolkit/controls.hpp"
+#include "platform/local_time.hpp"
+#include "platform/path_text.hpp"
 
 namespace zanctl {
 
@@ -28,6 +29,7 @@ namespace {
 namespace fs = std::filesystem;
 namespace text = lumodevice::text;
 using lumodevice::ZANCtrl;
+using lumodevice::platform::textOf;
 
 /// A memory file of the instrument, under the names that the component gives it.
 struct Kind {
@@ -121,12 +123,16 @@ std::string wrongSize(const Kind& kind, Link link, std::uintmax_t size) {
 // ---- list
 
 std::string changedAt(const fs::path& file) {
-  struct stat info {};
-  std::tm time{};
-  std::array<char, 32> stamp{};
-  if (::stat(file.c_str(), &info) == 0 && ::localtime_r(&info.st_mtime, &time) != nullptr) {
-    (void)std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d %H:%M:%S", &time);
+  std::error_code missing;
+  const auto written = fs::last_write_time(file, missing);
+  if (missing) {
+    return {};
   }
+  const auto at = lumodevice::platform::localTime(
+      std::chrono::floor<std::chrono::milliseconds>(std::chrono::file_clock::to_sys(written)));
+  std::array<char, 64> stamp{};
+  (void)std::snprintf(stamp.data(), stamp.size(), "%04d-%02d-%02d %02d:%02d:%02d", at.year,
+                      at.month, at.day, at.hour, at.minute, at.second);
   return stamp.data();
 }
 
@@ -139,11 +145,11 @@ void list(Output& output, const WorkingFolder& folder, bool json) {
       output.line(jsonLine({{"what", what},
                             {"bytes", size ? Json(*size) : Json()},
                             {"changed", size ? Json(changedAt(file)) : Json()},
-                            {"file", file.string()}}));
+                            {"file", textOf(file)}}));
       return;
     }
     rows.push_back({std::string(what), size ? std::to_string(*size) : "none",
-                    size ? changedAt(file) : "", file.string()});
+                    size ? changedAt(file) : "", textOf(file)});
   };
   for (const Kind& kind : kKinds) {
     add(kind.name, kind.saved);
@@ -188,7 +194,7 @@ ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
   }
   if (file != kStandardStream) {
     station.output().line("Saved the " + std::string(kind.title) + " (" + bytesText(bytes.size()) +
-                          ") in " + (file.empty() ? folder.place(kind.saved).string() : file));
+                          ") in " + (file.empty() ? textOf(folder.place(kind.saved)) : file));
   }
   const std::uintmax_t right = sizeOver(link, kind);
   if (right != 0 && bytes.size() != right) {
@@ -249,7 +255,7 @@ ExitStatus transfer(Station& station, const Kind& kind, Link link) {
 ExitStatus send(Station& station, const Options& options, const Kind& kind) {
   const Link link = station.options().link;
   const WorkingFolder folder(station);
-  const std::string file = options.file.value_or(folder.place(kind.sent).string());
+  const std::string file = options.file.value_or(textOf(folder.place(kind.sent)));
   const std::string bytes = options.file ? readBytes(file, kMostBytes, station.streams().input)
                                          : folder.content(kind.sent, kMostBytes);
   const std::uintmax_t right = sizeOver(link, kind);

@@ -3,6 +3,7 @@
 #include <istream>
 
 #include "hosts/zanctl/output/mistake.hpp"
+#include "platform/path_text.hpp"
 
 namespace zanctl {
 
@@ -24,8 +25,9 @@ auto toFile(std::string_view what, Act act) {
 
 std::string readBytes(const std::string& file, std::size_t most, std::istream& standardInput) {
   if (file != kStandardStream) {
-    return toFile("read",
-                  [&] { return platform::readFile(file, most, platform::LastLink::Followed); });
+    return toFile("read", [&] {
+      return platform::readFile(platform::pathOf(file), most, platform::LastLink::Followed);
+    });
   }
   std::string bytes(most + 1, '\0');
   standardInput.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -40,7 +42,7 @@ std::string readBytes(const std::string& file, std::size_t most, std::istream& s
 std::optional<platform::Room> roomFor(const std::string& file, std::uint64_t bytes,
                                       const Output& standardOutput) {
   if (file != kStandardStream) {
-    return toFile("write", [&] { return platform::Room(file, bytes); });
+    return toFile("write", [&] { return platform::Room(platform::pathOf(file), bytes); });
   }
   if (standardOutput.isTerminal()) {
     throw Unusable("a terminal shows no bytes: redirect the output, or name a file");
@@ -52,7 +54,7 @@ void writeBytes(const std::string& file, std::string_view bytes, Output& standar
   if (file == kStandardStream) {
     standardOutput.write(bytes);
   } else {
-    toFile("write", [&] { platform::replaceFile(file, bytes); });
+    toFile("write", [&] { platform::replaceFile(platform::pathOf(file), bytes); });
   }
 }
 

@@ -3,10 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <png.h>
-#include <stdexcept>
 
-#include "hosts/zanctl/late_library.hpp"
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/files_by_name.hpp"
 #include "hosts/zanctl/output/mistake.hpp"
@@ -21,16 +18,6 @@ bool endsIn(std::string_view name, std::string_view ending) {
   return name.size() >= ending.size() &&
          std::ranges::equal(name.substr(name.size() - ending.size()), ending, {},
                             [](unsigned char letter) { return std::tolower(letter); });
-}
-
-/// Throws Unusable where the library is missing.
-decltype(::png_image_write_to_memory)* pngWriter() {
-  decltype(::png_image_write_to_memory)* write = nullptr;
-  if (!LateLibrary(ZANCTL_PNG_LIBRARY).find("png_image_write_to_memory", write)) {
-    throw Unusable("cannot write a PNG: this machine has no " ZANCTL_PNG_LIBRARY
-                   "; a Windows bitmap (.bmp) needs none");
-  }
-  return write;
 }
 
 }  // namespace
@@ -50,28 +37,8 @@ void checkPictureName(std::string_view name) {
                    ".png) or a Windows bitmap (" + escaped(stem) + ".bmp)");
   }
   if (namesPng(name)) {
-    (void)pngWriter();
+    checkPngWriter();
   }
-}
-
-/// The picture keeps its rows from the bottom up.
-std::string pngFile(const Picture& picture) {
-  decltype(::png_image_write_to_memory)* const writeToMemory = pngWriter();
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
-  image.width = static_cast<png_uint_32>(picture.width());
-  image.height = static_cast<png_uint_32>(picture.height());
-  image.format = PNG_FORMAT_BGR;
-  const std::uint8_t* const lowest = picture.row(picture.height() - 1).data();
-  const auto size = static_cast<png_int_32>(picture.bitmap().size() - Picture::kHeaderSize);
-  const png_int_32 stride = size / picture.height();
-  png_alloc_size_t bytes = PNG_IMAGE_PNG_SIZE_MAX(image);
-  std::string file(bytes, '\0');
-  if (writeToMemory(&image, file.data(), &bytes, 0, lowest, -stride, nullptr) == 0) {
-    throw std::runtime_error(image.message);  // the room is enough for any picture
-  }
-  file.resize(bytes);
-  return file;
 }
 
 void savePicture(const Picture& picture, std::string_view bitmap, const std::string& file,

@@ -17,6 +17,9 @@ namespace zanctl {
 /// machine without the library that writes one.
 void checkPictureName(std::string_view name);
 
+/// Throws Unusable where this machine makes no PNG files.
+void checkPngWriter();
+
 /// The bytes of a PNG file; `picture` is not empty.
 [[nodiscard]] std::string pngFile(const lumodevice::toolkit::Picture& picture);
 

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <array>
-#include <csignal>
-#include <cstddef>
+#include <memory>
 
 namespace zanctl {
 
-/// Ctrl-C, SIGTERM or SIGHUP, thrown out of whatever waits. No std::exception: nothing but who
-/// waits for it catches it.
+/// Ctrl-C, SIGTERM or SIGHUP (on Windows Ctrl-Break), thrown out of whatever waits. No
+/// std::exception: nothing but who waits for it catches it.
 struct Interrupted {
   int signal;
 };
@@ -25,8 +23,8 @@ class Interruption {
   static void check();
 
  private:
-  static constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
-  std::array<struct sigaction, kSignals.size()> before_{};
+  struct Before;
+  std::unique_ptr<Before> before_;  ///< what the signals did
 };
 
 }  // namespace zanctl

@@ -6,6 +6,7 @@
 #include "hosts/zanctl/station/watched_loop.hpp"
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/toolkit/hand.hpp"
+#include "platform/path_text.hpp"
 #include "platform/system_clock.hpp"
 #include "simulator/links/loop_clock.hpp"
 
@@ -34,7 +35,7 @@ Station::Station(const StationOptions& options, const Streams& streams)
       loop_(makeLoop()),
       clock_(std::make_unique<zansim::LoopClock>(*loop_)),
       links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
-      drive_(options.driveC.value_or("")),
+      drive_(lumodevice::platform::pathOf(options.driveC.value_or(""))),
       stagedDrive_(options.driveInMemory ? nullptr : &drive_) {
   passes_ = loop_->observePasses([this] {
     Interruption::check();

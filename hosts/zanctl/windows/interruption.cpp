@@ -1,30 +1,41 @@
 #include "hosts/zanctl/station/interruption.hpp"
 
+#include <array>
+#include <csignal>
+#include <cstddef>
+
 namespace zanctl {
 
 namespace {
 
+using Act = void (*)(int);
+
+constexpr std::array kSignals{SIGINT, SIGTERM, SIGBREAK};
+
 volatile std::sig_atomic_t pending = 0;
 
+/// Windows forgets the act each time.
 void note(int signal) {
   pending = signal;
+  (void)std::signal(signal, note);
 }
 
 }  // namespace
 
-Interruption::Interruption() {
+struct Interruption::Before {
+  std::array<Act, kSignals.size()> acts{};
+};
+
+Interruption::Interruption() : before_(std::make_unique<Before>()) {
   pending = 0;
-  struct sigaction noting {};
-  noting.sa_handler = note;
-  sigemptyset(&noting.sa_mask);
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
-    (void)::sigaction(kSignals[i], &noting, &before_[i]);
+    before_->acts[i] = std::signal(kSignals[i], note);
   }
 }
 
 Interruption::~Interruption() {
   for (std::size_t i = 0; i < kSignals.size(); ++i) {
-    (void)::sigaction(kSignals[i], &before_[i], nullptr);
+    (void)std::signal(kSignals[i], before_->acts[i]);
   }
 }
 

@@ -1,8 +1,8 @@
-#include "hosts/zanctl/terminal/edit_library.hpp"
+#include "hosts/zanctl/posix/edit_library.hpp"
 
 #include <optional>
 
-#include "hosts/zanctl/late_library.hpp"
+#include "hosts/zanctl/posix/late_library.hpp"
 
 namespace zanctl {
 

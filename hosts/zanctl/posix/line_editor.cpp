@@ -10,7 +10,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "hosts/zanctl/terminal/edit_library.hpp"
+#include "hosts/zanctl/posix/edit_library.hpp"
 
 namespace zanctl {
 

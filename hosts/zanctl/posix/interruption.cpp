@@ -1,0 +1,48 @@
+#include "hosts/zanctl/station/interruption.hpp"
+
+#include <array>
+#include <csignal>
+#include <cstddef>
+
+namespace zanctl {
+
+namespace {
+
+constexpr std::array kSignals{SIGINT, SIGTERM, SIGHUP};
+
+volatile std::sig_atomic_t pending = 0;
+
+void note(int signal) {
+  pending = signal;
+}
+
+}  // namespace
+
+struct Interruption::Before {
+  std::array<struct sigaction, kSignals.size()> acts{};
+};
+
+Interruption::Interruption() : before_(std::make_unique<Before>()) {
+  pending = 0;
+  struct sigaction noting {};
+  noting.sa_handler = note;
+  sigemptyset(&noting.sa_mask);
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    (void)::sigaction(kSignals[i], &noting, &before_->acts[i]);
+  }
+}
+
+Interruption::~Interruption() {
+  for (std::size_t i = 0; i < kSignals.size(); ++i) {
+    (void)::sigaction(kSignals[i], &before_->acts[i], nullptr);
+  }
+}
+
+void Interruption::check() {
+  if (const int signal = pending; signal != 0) {
+    pending = 0;
+    throw Interrupted{signal};
+  }
+}
+
+}  // namespace zanctl
