@@ -1,6 +1,10 @@
 #pragma once
 
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <dlfcn.h>
+#endif
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -11,7 +15,7 @@ namespace lumodevice::posix {
 /// go wrong. It starts with nothing recorded and nothing wrong.
 class RecordedCalls {
  public:
-  explicit RecordedCalls(const char* path) : library_(::dlopen(path, RTLD_NOW | RTLD_NOLOAD)) {
+  explicit RecordedCalls(const char* path) : library_(loaded(path)) {
     if (library_ == nullptr) throw std::logic_error(std::string(path) + " is not loaded");
     fail("");
     answerOnly("");
@@ -34,13 +38,31 @@ class RecordedCalls {
   void answerOnly(const char* message) { function<void(const char*)>("answerOnly")(message); }
 
  private:
+#ifdef _WIN32
+  static void* loaded(const char* path) {
+    return ::LoadLibraryA(path);
+  }
+  static void* address(void* library, const char* name) {
+    return reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(library), name));
+  }
+  struct Close {
+    void operator()(void* library) const { ::FreeLibrary(static_cast<HMODULE>(library)); }
+  };
+#else
+  static void* loaded(const char* path) {
+    return ::dlopen(path, RTLD_NOW | RTLD_NOLOAD);
+  }
+  static void* address(void* library, const char* name) {
+    return ::dlsym(library, name);
+  }
   struct Close {
     void operator()(void* library) const { ::dlclose(library); }
   };
+#endif
 
   template <typename Function>
   Function* function(const char* name) {
-    return reinterpret_cast<Function*>(::dlsym(library_.get(), name));
+    return reinterpret_cast<Function*>(address(library_.get(), name));
   }
 
   std::unique_ptr<void, Close> library_;

@@ -1,20 +1,13 @@
 #include "platform/visa_library.hpp"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 
 #include "tests/platform/recorded_calls.hpp"
-#include "tests/platform/temporary_folder.hpp"
 
 namespace lumodevice::platform {
 namespace {
 
 using posix::RecordedCalls;
-using posix::TemporaryFolder;
-using testing::AllOf;
-using testing::Gt;
-using testing::HasSubstr;
-using testing::SizeIs;
 
 TEST(VisaLibrary, handsEveryArgumentOverInItsPlaceAndWidth) {
   const auto loaded = loadVisaLibrary(RECORDING_VISA);
@@ -155,28 +148,6 @@ TEST(VisaLibrary, aMissingFileIsNamed) {
   EXPECT_EQ(loaded.library, nullptr);
   EXPECT_EQ(loaded.failureText(), "/nowhere/libvisa.so: no such file");
   EXPECT_EQ(loadVisaLibrary("").library, nullptr);
-}
-
-TEST(VisaLibrary, aFileThatIsNoLibraryIsNamed) {
-  const TemporaryFolder folder;
-  const auto path = folder.write("libvisa.so", "just a text").string();
-  EXPECT_EQ(loadVisaLibrary(path).failureText(), path + ": not an ELF file");
-  const auto empty = folder.write("empty.so", "").string();
-  EXPECT_EQ(loadVisaLibrary(empty).failureText(), empty + ": not an ELF file");
-  EXPECT_EQ(loadVisaLibrary(folder.path().string()).library, nullptr);
-}
-
-TEST(VisaLibrary, aMissingFunctionIsNamed) {
-  const auto loaded = loadVisaLibrary(VISA_WITHOUT_READ);
-  EXPECT_EQ(loaded.library, nullptr);
-  EXPECT_THAT(loaded.failureText(), testing::EndsWith(": lacks viRead"));
-}
-
-TEST(VisaLibrary, withoutANameTheUsualOnesAreTriedAndNamed) {
-  const auto loaded = loadVisaLibrary();
-  if (loaded.library) GTEST_SKIP() << "a VISA library is installed: " << loaded.name;
-  EXPECT_THAT(loaded.failures, SizeIs(Gt(3)));
-  EXPECT_THAT(loaded.failureText(), AllOf(HasSubstr("libvisa.so: no such file"), HasSubstr("; ")));
 }
 
 }  // namespace

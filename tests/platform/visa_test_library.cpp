@@ -6,6 +6,12 @@
 #include <cstring>
 #include <string>
 
+#if defined(_WIN32) && !defined(_WIN64)
+#define VISA_CALL __stdcall
+#else
+#define VISA_CALL
+#endif
+
 namespace {
 
 std::string record;
@@ -83,15 +89,15 @@ void answerOnly(const char* message) {
   answered = message;
 }
 
-std::int32_t viOpenDefaultRM(std::uint32_t* session) {
+std::int32_t VISA_CALL viOpenDefaultRM(std::uint32_t* session) {
   note("viOpenDefaultRM");
   const std::int32_t status = result("viOpenDefaultRM");
   if (status == 0) *session = 0xF0000001;
   return status;
 }
 
-std::int32_t viFindRsrc(std::uint32_t session, const char* expression, std::uint32_t* list,
-                        std::uint32_t* count, char* descriptor) {
+std::int32_t VISA_CALL viFindRsrc(std::uint32_t session, const char* expression,
+                                  std::uint32_t* list, std::uint32_t* count, char* descriptor) {
   note("viFindRsrc %08X %s", session, expression);
   if (const std::int32_t status = result("viFindRsrc")) return status;
   fillText(descriptor, "USB0::0x1::0x2::ZAN1::INSTR");
@@ -105,7 +111,7 @@ std::int32_t viFindRsrc(std::uint32_t session, const char* expression, std::uint
   return 0;
 }
 
-std::int32_t viFindNext(std::uint32_t list, char* descriptor) {
+std::int32_t VISA_CALL viFindNext(std::uint32_t list, char* descriptor) {
   note("viFindNext %08X", list);
   if (const std::int32_t status = result("viFindNext")) return status;
   if (remaining-- <= 0) return static_cast<std::int32_t>(0xBFFF0011U);
@@ -113,35 +119,36 @@ std::int32_t viFindNext(std::uint32_t list, char* descriptor) {
   return 0;
 }
 
-std::int32_t viOpen(std::uint32_t session, const char* name, std::uint32_t mode,
-                    std::uint32_t timeout, std::uint32_t* instrument) {
+std::int32_t VISA_CALL viOpen(std::uint32_t session, const char* name, std::uint32_t mode,
+                              std::uint32_t timeout, std::uint32_t* instrument) {
   note("viOpen %08X %s %u %u", session, name, mode, timeout);
   const std::int32_t status = result("viOpen");
   if (status == 0) *instrument = 0xF0000003;
   return status;
 }
 
-std::int32_t viClose(std::uint32_t object) {
+std::int32_t VISA_CALL viClose(std::uint32_t object) {
   note("viClose %08X", object);
   return result("viClose");
 }
 
-std::int32_t viGetAttribute(std::uint32_t object, std::uint32_t attribute, void* value) {
+std::int32_t VISA_CALL viGetAttribute(std::uint32_t object, std::uint32_t attribute, void* value) {
   note("viGetAttribute %08X %08X", object, attribute);
   const std::int32_t status = result("viGetAttribute");
   if (status == 0) fillText(value, "USB0 (ZAN 6000)");
   return status;
 }
 
-std::int32_t viSetAttribute(std::uint32_t object, std::uint32_t attribute, std::uintptr_t value) {
+std::int32_t VISA_CALL viSetAttribute(std::uint32_t object, std::uint32_t attribute,
+                                      std::uintptr_t value) {
   note("viSetAttribute %08X %08X %016llX", object, attribute,
        static_cast<unsigned long long>(value));
   return result("viSetAttribute");
 }
 
 #ifndef WITHOUT_VIREAD
-std::int32_t viRead(std::uint32_t session, unsigned char* buffer, std::uint32_t count,
-                    std::uint32_t* read) {
+std::int32_t VISA_CALL viRead(std::uint32_t session, unsigned char* buffer, std::uint32_t count,
+                              std::uint32_t* read) {
   note("viRead %08X %u", session, count);
   if (const std::int32_t status = result("viRead")) return status;
   if (session == 0) return kInvalidObject;
@@ -158,8 +165,8 @@ std::int32_t viRead(std::uint32_t session, unsigned char* buffer, std::uint32_t 
 }
 #endif
 
-std::int32_t viWrite(std::uint32_t session, const unsigned char* buffer, std::uint32_t count,
-                     std::uint32_t* written) {
+std::int32_t VISA_CALL viWrite(std::uint32_t session, const unsigned char* buffer,
+                               std::uint32_t count, std::uint32_t* written) {
   note("viWrite %08X %s %u", session, quoted(buffer, count).c_str(), count);
   lastWrite.clear();
   if (const std::int32_t status = result("viWrite")) return status;
