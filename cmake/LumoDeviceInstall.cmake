@@ -29,6 +29,9 @@ endif()
 # Loaded by its path, like any VISA library; nothing links with it.
 install(TARGETS zansim_visa LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/lumodevice)
 install(TARGETS zanctl zansim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+if(TARGET lumodevice_ocx)
+  install(TARGETS lumodevice_ocx LIBRARY DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
 if(TARGET zanpanel)
   install(TARGETS zanpanel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
   install(FILES docs/man/zanpanel.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
@@ -53,6 +56,9 @@ if(LUMODEVICE_WITH_QT)
   install(DIRECTORY views/qt/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()
 install(DIRECTORY platform/include/ simulator/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+if(WIN32)
+  install(DIRECTORY platform/windows/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
 
 # For find_package.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/LumoDevice)
@@ -66,13 +72,15 @@ if(LUMODEVICE_WITH_QT)
   install(EXPORT LumoDeviceQtTargets NAMESPACE LumoDevice:: DESTINATION ${package_folder})
 endif()
 
-# For pkg-config, which tells where its files lie.
-file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
-foreach(name lumodevice lumodevice-simulator)
-  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-endforeach()
+if(UNIX)
+  # For pkg-config, which tells where its files lie.
+  file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+  string(REGEX REPLACE "/$" "" prefix_from_pc ${prefix_from_pc})
+  foreach(name lumodevice lumodevice-simulator)
+    configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  endforeach()
+endif()
 
 # What shells complete command lines with.
 set(LUMODEVICE_ZSH_COMPLETIONS share/zsh/site-functions CACHE STRING "Folder of zsh's functions, under the prefix")
@@ -94,7 +102,9 @@ if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   install(FILES platform/posix/70-lumodevice.rules DESTINATION lib/udev/rules.d)
 endif()
 
-install(FILES docs/man/zanctl.1 docs/man/zansim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+if(UNIX)
+  install(FILES docs/man/zanctl.1 docs/man/zansim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endif()
 install(FILES docs/installed/README.md LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs PATTERN man EXCLUDE PATTERN installed EXCLUDE)
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN examples/CMakeLists.txt EXCLUDE)
@@ -113,3 +123,8 @@ foreach(target ${delivered_aliases} lumodevice:core_static lumodevice_shared:cor
   add_library(LumoDevice::${alias} ALIAS ${name})
 endforeach()
 file(WRITE ${CMAKE_FIND_PACKAGE_REDIRECTS_DIR}/lumodevice-config.cmake "")
+
+# All that an installation for Windows needs built, and no tests.
+if(WIN32)
+  add_custom_target(packaged DEPENDS ${delivered} zansim_visa zanctl zansim $<TARGET_NAME_IF_EXISTS:lumodevice_ocx>)
+endif()
