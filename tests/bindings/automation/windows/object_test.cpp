@@ -15,9 +15,15 @@ class Object : public ControlBench {
 };
 
 TEST_F(Object, everyInterfaceLeadsToEveryOtherAndToOneIdentity) {
-  const IID ids[] = {IID_IDispatch,          guidOf(kInterfaceId),   IID_IProvideClassInfo,
-                     IID_IProvideClassInfo2, IID_ISupportErrorInfo,  IID_IConnectionPointContainer,
-                     IID_IPersist,           IID_IPersistStreamInit, IID_IPersistPropertyBag};
+  const IID ids[] = {IID_IOleObject,         IID_IOleWindow,
+                     IID_IOleInPlaceObject,  IID_IOleInPlaceActiveObject,
+                     IID_IOleControl,        IID_IViewObject,
+                     IID_IViewObject2,       IID_IQuickActivate,
+                     IID_IDispatch,          guidOf(kInterfaceId),
+                     IID_IProvideClassInfo,  IID_IProvideClassInfo2,
+                     IID_ISupportErrorInfo,  IID_IConnectionPointContainer,
+                     IID_IPersist,           IID_IPersistStreamInit,
+                     IID_IPersistPropertyBag};
   ComPointer<IUnknown> identity;
   ASSERT_EQ(load->QueryInterface(IID_IUnknown, identity.untypedOut()), S_OK);
   for (const IID& from : ids) {
