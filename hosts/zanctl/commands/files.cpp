@@ -206,7 +206,7 @@ ExitStatus get(Station& station, const std::string& file, const Kind& kind) {
 
 // ---- send
 
-/// The component does not wait until a slow serial port has sent the last byte, which leave it one
+/// The component does not wait until a slow serial port has sent the last byte. They leave it one
 /// after the other.
 void letItArrive(Station& station, Link link, std::uintmax_t size) {
   constexpr double kBitsOfByte = 10;

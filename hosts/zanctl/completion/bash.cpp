@@ -107,15 +107,18 @@ _zanctl_addresses() {
 
 # The words of the line up to the cursor: the shell cuts them at colons, too, which addresses are full of.
 _zanctl_take_words() {
-  local at last=""
+  local at word last="" line=$COMP_LINE
   words=()
   for ((at = 0; at <= COMP_CWORD; ++at)); do
-    if [[ -n $last && (${COMP_WORDS[at]} == :* || $last == *:) ]]; then
-      words[-1]+=${COMP_WORDS[at]}
+    word=${COMP_WORDS[at]}
+    if [[ -n $last && $line != [[:blank:]]* && ($word == :* || $last == *:) ]]; then
+      words[-1]+=$word
     else
-      words+=("${COMP_WORDS[at]}")
+      words+=("$word")
+      line=${line#"${line%%[^[:blank:]]*}"}
     fi
-    last=${COMP_WORDS[at]}
+    line=${line#"$word"}
+    last=$word
   done
 }
 

@@ -42,6 +42,7 @@ class Completion : public ProgramInFolderTest {
   }
 
   std::string program = "zanctl";
+  std::string typed;  // the line that bash has cut into them
 
   /// What bash offers behind these words, of which the last is not complete.
   std::string bashOffers(const std::vector<std::string>& words) {
@@ -50,8 +51,8 @@ class Completion : public ProgramInFolderTest {
     for (const std::string& word : words) {
       command += " '" + word + "'";
     }
-    command +=
-        "); COMP_CWORD=" + std::to_string(words.size()) + "; _zanctl; echo \"${COMPREPLY[@]}\"";
+    command += "); COMP_LINE='" + typed + "'; COMP_CWORD=" + std::to_string(words.size()) +
+               "; _zanctl; echo \"${COMPREPLY[@]}\"";
     std::ofstream(file("ask")) << command;
     std::string offered = printedBy("bash --norc " + file("ask"));
     offered.erase(offered.find_last_not_of('\n') + 1);
@@ -128,6 +129,19 @@ TEST_F(Completion, inBashOffersTheAddressesOfWhatIsThere) {
   EXPECT_EQ(bashOffers({"--resource", "=", "USB0", "::", "1", "::", "B"}), "B::INSTR");
   EXPECT_EQ(bashOffers({"--resource", "USB0", "::", "1", "::", "B", "::", "INSTR", "conn"}),
             "connect");
+}
+
+/// A command of the instrument begins with a colon that belongs to no word in front of it.
+TEST_F(Completion, inBashTellsAddressesFromCommandsOfTheInstrument) {
+  if (!installed("bash")) {
+    GTEST_SKIP() << "there is no bash";
+  }
+  typed = "zanctl send :CHAN? --che";
+  EXPECT_EQ(bashOffers({"send", ":", "CHAN?", "--che"}), "--check");
+  typed = "zanctl --resource USB0::1::A::INSTR send --che";
+  EXPECT_EQ(
+      bashOffers({"--resource", "USB0", "::", "1", "::", "A", "::", "INSTR", "send", "--che"}),
+      "--check");
 }
 
 TEST_F(Completion, inBashKnowsTheWordsOfFiles) {
