@@ -15,11 +15,11 @@ using testing::Not;
 
 constexpr const char* kCtrlC = "\x03";
 
-/// A command that takes its time, and what stands on the terminal meanwhile.
+/// A command that takes its time, and what stands on the terminal meanwhile, one after the other.
 struct Long {
   const char* name;
   std::vector<std::string> words;
-  std::string shown;
+  std::vector<std::string> shown;
 };
 
 void PrintTo(const Long& command, std::ostream* stream) {
@@ -54,7 +54,9 @@ class Interrupted : public testing::TestWithParam<Long> {
 
 TEST_P(Interrupted, byCtrlCLeavesTheTerminalAndTheFilesAsTheyWere) {
   TerminalSession session = start(GetParam().words);
-  ASSERT_THAT(session.until(GetParam().shown), HasSubstr(GetParam().shown));
+  for (const std::string& text : GetParam().shown) {
+    ASSERT_THAT(session.until(text), HasSubstr(text));
+  }
   session.type(kCtrlC);
   EXPECT_EQ(session.end(), 128 + SIGINT);
   EXPECT_TRUE(session.isAsAShellExpects());
@@ -66,27 +68,34 @@ TEST_P(Interrupted, byCtrlCLeavesTheTerminalAndTheFilesAsTheyWere) {
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, Interrupted,
-    testing::Values(
-        Long{"connect", {"--link", "serial", "connect"}, "trying COM3"},
-        Long{"send", {"--link", "serial", "send", ":NONE?"}, "trying COM3"},
-        Long{"readings", {"readings", "--count", "0"}, "CH7-2030"},
-        Long{"capture", {"--link", "serial", "capture", "taken"}, "capturing the screen"},
-        Long{"get", {"--link", "serial", "files", "get", "system", "taken"}, "reading the system"},
-        Long{"put", {"--link", "serial", "files", "send", "system", "given"}, "sending the system"},
-        Long{"run", {"run", "script"}, "begun"}),
+    testing::Values(Long{"connect", {"--link", "serial", "connect"}, {"trying COM3"}},
+                    Long{"send", {"--link", "serial", "send", ":NONE?"}, {"trying COM3"}},
+                    Long{"readings", {"readings", "--count", "0"}, {"CH7-2030"}},
+                    Long{"capture",
+                         {"--link", "serial", "capture", "taken"},
+                         {"at 9600 baud", "capturing the screen"}},
+                    Long{"get",
+                         {"--link", "serial", "files", "get", "system", "taken"},
+                         {"at 9600 baud", "reading the system"}},
+                    Long{"put",
+                         {"--link", "serial", "files", "send", "system", "given"},
+                         {"at 9600 baud", "sending the system"}},
+                    Long{"run", {"run", "script"}, {"begun"}}),
     [](const auto& command) { return command.param.name; });
 
 class InterruptedSafely : public Interrupted {};
 
 INSTANTIATE_TEST_SUITE_P(
     Safely, InterruptedSafely,
-    testing::Values(Long{"readings", {"readings", "--count", "0", "--off-at-end"}, "CH7-2030"},
-                    Long{"run", {"run", "--off-at-end", "script"}, "begun"}),
+    testing::Values(Long{"readings", {"readings", "--count", "0", "--off-at-end"}, {"CH7-2030"}},
+                    Long{"run", {"run", "--off-at-end", "script"}, {"begun"}}),
     [](const auto& command) { return command.param.name; });
 
 TEST_P(InterruptedSafely, theLoadIsSwitchedOffFirst) {
   TerminalSession session = start(GetParam().words);
-  ASSERT_THAT(session.until(GetParam().shown), HasSubstr(GetParam().shown));
+  for (const std::string& text : GetParam().shown) {
+    ASSERT_THAT(session.until(text), HasSubstr(text));
+  }
   session.type(kCtrlC);
   EXPECT_EQ(session.end(), 128 + SIGINT);
   EXPECT_THAT(session.shown(), HasSubstr("zanctl: interrupted; switching the load off\r\n"));
