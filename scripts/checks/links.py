@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The documents' links lead to files and headings that are there, and the paths that they name exist.
+"""The documents' links lead to files and headings that are there, and the paths and tests that they name exist.
 
 Links out of the tree are not followed.
 """
@@ -16,6 +16,7 @@ SPAN = re.compile(r"`([^`\n]+)`")
 HEADING = re.compile(r"^#{1,6} (.+)$", re.MULTILINE)
 FENCED = re.compile(r"^```.*?^```$", re.MULTILINE | re.DOTALL)
 
+TEST = re.compile(r"^TEST(?:_F|_P)?\((\w+),\s+(\w+)\)", re.MULTILINE)
 # Paths elsewhere that look like ours.
 NOT_OF_THE_TREE = {"lumodevice/drive_c", "lumodevice/history", "lumodevice/libzansim_visa.so"}
 
@@ -35,13 +36,26 @@ def anchors(text):
     return names
 
 
+def unknown_tests(document):
+    """What a table with the heading "Tests" names that is no test; `.name` is of the suite named before it."""
+    there = {test for name in sources.tracked("tests/*.cpp") for test in TEST.findall((sources.TOP / name).read_text())}
+    listed = False
+    for row in (sources.TOP / document).read_text().split("\n"):
+        listed = row.startswith("|") and (listed or row.endswith("| Tests |"))
+        suite = ""
+        for before, name in re.findall(r"`(\w*)\.(\w+)`", row if listed else ""):
+            suite = before or suite
+            if (suite, name) not in there:
+                yield f"{document}: names the test {suite}.{name}, which is not there"
+
+
 def main():
     files = set(sources.tracked())
     folders = {os.path.dirname(name) for name in files}
     folders |= {parent for folder in folders for parent in (folder.rsplit("/", n)[0] for n in range(1, 6))}
     tops = {name.split("/")[0] for name in files if "/" in name}
     known = files | folders | {name[len(root):] for root in sources.ROOTS for name in files if name.startswith(root)}
-    wrong = []
+    wrong = list(unknown_tests("docs/testing.md"))
     for document in sources.tracked("*.md"):
         text = (sources.TOP / document).read_text()
         for target in LINK.findall(prose(text)):
