@@ -1,21 +1,22 @@
 #pragma once
 
-#ifdef _WIN32
-// Before <windows.h>, which else brings the older of the two in.
-#include <windows.h>
-#include <winsock2.h>
-#else
+#include <cstdint>
+#ifndef _WIN32
 #include <unistd.h>
 #endif
 #include <utility>
 
 namespace zansim {
 
+#ifdef _WIN32
+void closeSocket(std::uintptr_t socket);
+#endif
+
 /// Owns a file descriptor; on Windows, where sockets have numbers of their own, a socket.
 class Descriptor {
  public:
 #ifdef _WIN32
-  using Number = SOCKET;
+  using Number = std::uintptr_t;
 #else
   using Number = int;
 #endif
@@ -44,7 +45,7 @@ class Descriptor {
   void reset() {
     if (isOpen()) {
 #ifdef _WIN32
-      ::closesocket(std::exchange(number_, kNone));
+      closeSocket(std::exchange(number_, kNone));
 #else
       ::close(std::exchange(number_, kNone));
 #endif

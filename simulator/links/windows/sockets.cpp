@@ -4,6 +4,14 @@
 #include <system_error>
 #include <ws2tcpip.h>
 
+namespace zansim {
+
+void closeSocket(std::uintptr_t socket) {
+  ::closesocket(socket);
+}
+
+}  // namespace zansim
+
 namespace zansim::sockets {
 
 namespace {
