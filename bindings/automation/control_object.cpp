@@ -20,8 +20,17 @@ namespace {
 
 constexpr IID kMembersId = guidOf(kInterfaceId);
 
-/// What the component finds around it; who holds the host holds all of it.
+/// What the component finds around it; who holds the host holds all of it, and the file: the object
+/// may go while an act of the panel still waits.
 struct Surroundings {
+  Surroundings() { module::hold(); }
+  ~Surroundings() {
+    others.reset();
+    module::release();
+  }
+  Surroundings(const Surroundings&) = delete;
+  Surroundings& operator=(const Surroundings&) = delete;
+
   // A handler of the component throws nothing; what a view does is told to who looks for it.
   windows::MessageLoop loop{[](const std::exception_ptr& /*failure*/) {
     OutputDebugStringW(L"LumoDevice: a handler failed\n");

@@ -129,18 +129,10 @@ class CheckBoxFace : public ButtonFace<toolkit::CheckBox> {
     if (!isWarning()) {
       return ButtonFace::message(message, first, second);
     }
+    if (const auto taken = painted(message, first, [this](HDC device) { paintOn(device); })) {
+      return *taken;
+    }
     switch (message) {
-      case WM_ERASEBKGND:
-        return TRUE;
-      case WM_PAINT: {
-        PAINTSTRUCT painting;
-        paintOn(BeginPaint(handle(), &painting));
-        EndPaint(handle(), &painting);
-        return 0;
-      }
-      case WM_PRINTCLIENT:
-        paintOn(reinterpret_cast<HDC>(first));
-        return 0;
       case WM_SETTEXT:
       case WM_ENABLE:
       case WM_SETFOCUS:

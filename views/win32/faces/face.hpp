@@ -92,6 +92,26 @@ class Face : public Window {
   [[nodiscard]] COLORREF ground() const;
   LRESULT message(UINT message, WPARAM first, LPARAM second) override;
 
+  /// For a window that `paintOn(device)` paints all over: takes the messages that ask for it.
+  template <typename PaintOn>
+  [[nodiscard]] std::optional<LRESULT> painted(UINT message, WPARAM first, PaintOn paintOn) const {
+    switch (message) {
+      case WM_ERASEBKGND:
+        return TRUE;
+      case WM_PAINT: {
+        PAINTSTRUCT painting;
+        paintOn(BeginPaint(handle(), &painting));
+        EndPaint(handle(), &painting);
+        return 0;
+      }
+      case WM_PRINTCLIENT:
+        paintOn(reinterpret_cast<HDC>(first));
+        return 0;
+      default:
+        return std::nullopt;
+    }
+  }
+
  private:
   Stage& stage_;
   const toolkit::Control& control_;

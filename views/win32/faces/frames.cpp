@@ -33,21 +33,10 @@ class FrameFace : public Face {
     if (const auto taken = handOn(stage(), message, first, second)) {
       return *taken;
     }
-    switch (message) {
-      case WM_ERASEBKGND:
-        return TRUE;
-      case WM_PAINT: {
-        PAINTSTRUCT painting;
-        paintOn(BeginPaint(handle(), &painting));
-        EndPaint(handle(), &painting);
-        return 0;
-      }
-      case WM_PRINTCLIENT:
-        paintOn(reinterpret_cast<HDC>(first));
-        return 0;
-      default:
-        return Face::message(message, first, second);
+    if (const auto taken = painted(message, first, [this](HDC device) { paintOn(device); })) {
+      return *taken;
     }
+    return Face::message(message, first, second);
   }
 
  private:

@@ -29,18 +29,10 @@ class PictureFace : public Face {
   }
 
   LRESULT message(UINT message, WPARAM first, LPARAM second) override {
+    if (const auto taken = painted(message, first, [this](HDC device) { paintOn(device); })) {
+      return *taken;
+    }
     switch (message) {
-      case WM_ERASEBKGND:
-        return TRUE;
-      case WM_PAINT: {
-        PAINTSTRUCT painting;
-        paintOn(BeginPaint(handle(), &painting));
-        EndPaint(handle(), &painting);
-        return 0;
-      }
-      case WM_PRINTCLIENT:
-        paintOn(reinterpret_cast<HDC>(first));
-        return 0;
       case WM_LBUTTONDOWN:
         SetFocus(handle());
         SetCapture(handle());

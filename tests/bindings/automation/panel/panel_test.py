@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Works the panel of the control by mouse and keyboard in a container that is not ours: the ATL library's.
 
-Usage: panel_test.py UNDER_WINE CONTAINER.exe LumoDevice.ocx VISA.dll FOLDER
+Usage: panel_test.py UNDER_WINE CONTAINER.exe LumoDevice.ocx VISA.dll EXAMPLE.exe FOLDER
 
 The instrument is the simulated one behind VISA.dll. Windows are drawn on a screen of this test's own (Xvfb); pictures
 of it, and the Wine prefix, are kept in FOLDER.
@@ -15,7 +15,7 @@ import subprocess
 import sys
 import time
 
-UNDER_WINE, CONTAINER, OCX, VISA, FOLDER = sys.argv[1:]
+UNDER_WINE, CONTAINER, OCX, VISA, EXAMPLE, FOLDER = sys.argv[1:]
 STRIP = 820
 SETTLED = 2  # seconds, after which what an act sends has been answered
 MAKE, RELEASE, TELL, LIST, MAKE_BY_NAME, QUIT = 20, 60, 100, 140, 180, 300
@@ -43,10 +43,10 @@ class Screen:
 
 
 class Panel:
-    def __init__(self, environment):
+    def __init__(self, environment, container=CONTAINER, ready="ready"):
         self.environment = environment
-        self.program = subprocess.Popen([UNDER_WINE, CONTAINER], stdout=subprocess.PIPE, text=True, env=environment)
-        self.until("ready")
+        self.program = subprocess.Popen([UNDER_WINE, container], stdout=subprocess.PIPE, text=True, env=environment)
+        self.until(ready)
         time.sleep(1)  # it is drawn
 
     def until(self, word):
@@ -208,6 +208,12 @@ def main():
         panel.strip(RELEASE, "released")
         panel.strip(QUIT, "over")
         assert panel.program.wait(30) == 0, f"the container ended with {panel.program.returncode}"
+
+        # The example shows it too.
+        example = Panel(environment, EXAMPLE, "shown: 00000000")
+        example.picture("example")
+        example.program.terminate()
+        example.program.wait()
     print("all of it worked")
 
 

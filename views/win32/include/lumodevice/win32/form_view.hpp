@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "lumodevice/export.hpp"
 #include "lumodevice/toolkit/surface.hpp"
