@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <pty.h>
 #include <sched.h>
@@ -18,6 +19,8 @@
 #include "bench/raw_socket.hpp"
 #include "bench/responder.hpp"
 #include "bench/table.hpp"
+#include "recordings/recorder.hpp"
+#include "recordings/wire_tap.hpp"
 
 namespace {
 
@@ -89,6 +92,35 @@ void compareInTurn(bool visaCom) {
       [&] { inTurn.zan.SendCmd(kQuery); }, [&] { interleaved.zan.SendCmd(kQuery); }, 1.02);
 }
 
+/// What a recording costs: the same query, each component on a connection of its own.
+void compareRecorded() {
+  const auto responder = bench::Responder::onSocket();
+  const auto other = bench::Responder::onSocket();
+  const std::string file = (std::filesystem::temp_directory_path() /
+                            ("exchange_bench." + std::to_string(::getpid()) + ".rec"))
+                               .string();
+  toolkit::RealTimeLoop loop;
+  platform::BuiltinVisa visa;
+  posix::TermiosDevices serial;
+  const platform::SystemWallClock wallClock;
+  recordings::WireTap tap(visa, serial, loop);
+  const recordings::Recorder recorder(tap, loop, wallClock, file, {}, "exchange_bench",
+                                      [](const std::string& why) { std::puts(why.c_str()); });
+  bench::Component recorded(loop, &tap.visa(), nullptr, Exchanges::InTurn);
+  bench::Component plain(loop, Exchanges::InTurn);
+  for (bench::Component* component : {&recorded, &plain}) {
+    component->control<toolkit::TextBox>("Text5").setText("0");
+  }
+  if (recorded.connectTo(responder.port()) && plain.connectTo(other.port())) {
+    compare(
+        "query recorded against not recorded, VISA layer", [&] { recorded.zan.SendCmd(kQuery); },
+        [&] { plain.zan.SendCmd(kQuery); }, 1.05);
+  } else {
+    std::puts("a component did not connect to the loopback socket");
+  }
+  std::filesystem::remove(file);
+}
+
 struct Terminal {
   int master = -1;
   std::string path;
@@ -155,5 +187,6 @@ int main() {
   compareOnSockets(true);
   compareInTurn(false);
   compareInTurn(true);
+  compareRecorded();
   compareOnTerminals();
 }

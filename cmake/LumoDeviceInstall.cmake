@@ -2,15 +2,17 @@
 # programs, manuals, documents and examples. Nothing in it knows the prefix, so the whole can be moved.
 include(CMakePackageConfigHelpers)
 
-# All three libraries in one, as most hosts want them.
+# All libraries in one, as most hosts want them.
 add_library(lumodevice_all INTERFACE)
-target_link_libraries(lumodevice_all INTERFACE lumodevice_shared lumodevice_system_shared zansim_core_shared)
+target_link_libraries(lumodevice_all INTERFACE lumodevice_shared lumodevice_system_shared lumodevice_recordings_shared
+  zansim_core_shared)
 set_target_properties(lumodevice_all PROPERTIES EXPORT_NAME LumoDevice)
 add_library(lumodevice_all_static INTERFACE)
-target_link_libraries(lumodevice_all_static INTERFACE lumodevice lumodevice_system zansim_core)
+target_link_libraries(lumodevice_all_static INTERFACE lumodevice lumodevice_system lumodevice_recordings zansim_core)
 set_target_properties(lumodevice_all_static PROPERTIES EXPORT_NAME static)
 
-set(delivered lumodevice lumodevice_shared lumodevice_system lumodevice_system_shared zansim_core zansim_core_shared)
+set(delivered lumodevice lumodevice_shared lumodevice_system lumodevice_system_shared lumodevice_recordings
+  lumodevice_recordings_shared zansim_core zansim_core_shared)
 set(delivered_qt)
 if(LUMODEVICE_WITH_QT)
   set(delivered_qt lumodevice_qt lumodevice_qt_shared)
@@ -55,7 +57,7 @@ endforeach()
 if(LUMODEVICE_WITH_QT)
   install(DIRECTORY views/qt/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()
-install(DIRECTORY platform/include/ simulator/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY platform/include/ recordings/include/ simulator/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(WIN32)
   install(DIRECTORY platform/windows/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()
@@ -100,6 +102,8 @@ endif()
 # Who may use instruments on USB, and their lasting names.
 if(CMAKE_SYSTEM_NAME STREQUAL Linux)
   install(FILES platform/posix/70-lumodevice.rules DESTINATION lib/udev/rules.d)
+  install(FILES hosts/zanctl/service/zanlog@.service DESTINATION lib/systemd/system)
+  install(FILES hosts/zanctl/service/bench.conf DESTINATION ${CMAKE_INSTALL_DATADIR}/lumodevice)
 endif()
 
 if(UNIX)
@@ -115,7 +119,8 @@ if(LUMODEVICE_WITH_QT)
   set(delivered_aliases lumodevice_qt:qt_static lumodevice_qt_shared:qt)
 endif()
 foreach(target ${delivered_aliases} lumodevice:core_static lumodevice_shared:core lumodevice_system:system_static
-        lumodevice_system_shared:system zansim_core:simulator_static zansim_core_shared:simulator
+        lumodevice_system_shared:system lumodevice_recordings:recordings_static lumodevice_recordings_shared:recordings
+        zansim_core:simulator_static zansim_core_shared:simulator
         lumodevice_all:LumoDevice lumodevice_all_static:static)
   string(REPLACE ":" ";" pair ${target})
   list(GET pair 0 name)

@@ -4,8 +4,8 @@
 
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "platform/host_parts.hpp"
+#include "platform/loop_clock.hpp"
 #include "platform/system_clock.hpp"
-#include "simulator/links/loop_clock.hpp"
 #include "simulator/simulated_bench.hpp"
 
 namespace lumodevice {
@@ -50,7 +50,7 @@ struct Simulation {
 
   std::unique_ptr<toolkit::EventLoop> own;
   toolkit::EventLoop& loop;
-  zansim::LoopClock clock{loop};
+  platform::LoopClock clock{loop};
   zansim::SimulatedBench bench;
   io::VisaComOverVisa visaCom{bench.visa};
   std::unique_ptr<io::Drive> drive;

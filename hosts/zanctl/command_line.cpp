@@ -22,6 +22,8 @@ namespace {
 constexpr int kLastPort = 16;
 constexpr int kLongestWaitUnit = 65535;
 constexpr std::string_view kPortName = "com";
+constexpr int kMostMegabytes = 1 << 20;
+constexpr int kMostFiles = 1000;
 
 struct NamedLink {
   std::string_view name;
@@ -79,7 +81,7 @@ std::optional<std::string> historyFile(const Environment& environment) {
 
 void fillFromEnvironment(CommandLine& line, const Environment& environment) {
   StationOptions& options = line.options;
-  if (!options.visaLibrary && !options.simulate) {
+  if (!options.visaLibrary && !options.simulate && !options.replay) {
     options.visaLibrary = lumodevice::platform::chosenVisaLibrary(environment);
   }
   const auto colours = environment("COLORTERM");
@@ -94,12 +96,19 @@ void fillFromEnvironment(CommandLine& line, const Environment& environment) {
 }
 
 void check(const StationOptions& options) {
+  if (options.replay && (options.simulate || options.visaLibrary || !options.ports.empty())) {
+    const char* const other = options.simulate      ? "--simulate"
+                              : options.visaLibrary ? "--visa-library"
+                                                    : "--port";
+    throw WrongCommandLine("--replay plays a recording back and " + std::string(other) +
+                           " names something else; take one of them");
+  }
   if (options.simulate && (options.visaLibrary || !options.ports.empty())) {
     throw WrongCommandLine(std::string(options.visaLibrary ? "--visa-library" : "--port") +
                            " names something real; the simulated instrument touches none of it");
   }
   const bool realSerial = !options.ports.empty() || options.link == Link::Serial;
-  if (options.virtualTime && !options.simulate && realSerial) {
+  if (options.virtualTime && !options.simulate && !options.replay && realSerial) {
     throw WrongCommandLine(
         "--virtual-time cannot run a real serial device: it answers in real time");
   }
@@ -192,6 +201,21 @@ class Parser {
     app_.add_option("--trace", line_.options.trace,
                     "Write the wire trace to FILE (- is standard error)")
         ->type_name("FILE");
+    app_.add_option("--record", line_.options.record,
+                    "Record all that goes over the links, to be played back with --replay")
+        ->type_name("FILE");
+    app_.add_option("--record-size", recordSize_,
+                    "A file of the recording that is that large is put aside as FILE.1, 64 when "
+                    "not given")
+        ->type_name("MB")
+        ->check(CLI::Range(1, kMostMegabytes));
+    app_.add_option("--record-files", line_.options.recordBounds.files,
+                    "Files of the recording that are kept, 16 when not given")
+        ->type_name("N")
+        ->check(CLI::Range(1, kMostFiles));
+    app_.add_option("--replay", line_.options.replay,
+                    "Play the recording FILE back; nothing real is touched")
+        ->type_name("FILE");
     app_.add_option("--completion", completion_, "Print a script that completes command lines")
         ->type_name("bash|zsh|fish");
     app_.footer(environmentHelp);
@@ -233,6 +257,7 @@ class Parser {
       options.exchanges = lumodevice::Exchanges::Interleaved;
     }
     options.simulate = options.simulate || line_.command->alwaysSimulated;
+    options.recordBounds.bytes = static_cast<std::uint64_t>(recordSize_) << 20U;
     return std::move(line_);
   }
 
@@ -311,6 +336,7 @@ class Parser {
   std::vector<std::string> ports_;
   std::string link_;
   std::string completion_;
+  int recordSize_ = 64;
   bool whole_;
   bool interleaved_ = false;
   bool observe_ = false;

@@ -10,14 +10,19 @@ namespace {
 
 ExitStatus runCommand(const CommandLine& line, const Streams& streams) {
   std::shared_ptr<const Output> trace;
+  std::shared_ptr<const bool> recordingFailed;
   ExitStatus status = kDone;
   {
     Station station(line.options, streams);
     trace = station.traceFile();
+    recordingFailed = station.recordingFailed();
     status = line.run(station);
     if (status == kDone && !station.links().usedRightly()) {
       status = kFailed;
     }
+  }
+  if (*recordingFailed && status == kDone) {
+    status = kFailed;
   }
   // The end of the links was the last that was traced.
   if (trace && trace->closed()) {

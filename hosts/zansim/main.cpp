@@ -4,14 +4,19 @@
 #include <cstdint>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "hosts/zansim/replayed_host_link.hpp"
 #include "platform/system_clock.hpp"
+#include "recordings/replayed_links.hpp"
 #include "simulator/links/server.hpp"
 #include "simulator/memory/state_file.hpp"
+
+namespace recordings = lumodevice::recordings;
 
 namespace {
 
@@ -33,6 +38,7 @@ struct Options {
   std::string slots;
   std::vector<std::string> sources;
   std::string state;
+  std::string replay;
   bool verbose = false;
 };
 
@@ -67,6 +73,9 @@ void declare(CLI::App& app, Options& options) {
       ->allow_extra_args(false);
   app.add_option("--state", options.state,
                  "Keep the memory files in FILE; they start from what it holds")
+      ->type_name("FILE");
+  app.add_option("--replay", options.replay,
+                 "Play the recording FILE back: the answers are those of its busiest link")
       ->type_name("FILE");
   app.add_flag("--verbose", options.verbose, "Show each message and its answer on standard error");
   app.footer(
@@ -131,6 +140,22 @@ auto watch(zansim::Memory& memory, const Options& options) {
   };
 }
 
+/// Serves hosts until it is told to stop.
+void listen(zansim::Server& server, const Options& options) {
+  if (options.port >= 0) {
+    const unsigned port = server.listenTcp(static_cast<std::uint16_t>(options.port));
+    std::cout << "listening on 127.0.0.1:" << port << '\n';
+  }
+  if (!options.link.empty()) {
+    const std::string device = server.openTerminal(options.link, options.baud);
+    std::cout << "listening on " << printable(options.link) << " -> " << device << '\n';
+  }
+  std::cout.flush();
+  while (stopAsked == 0) {
+    server.step(std::chrono::milliseconds(250));
+  }
+}
+
 int serve(const Options& options) {
   zansim::Configuration configuration;
   if (!options.slots.empty()) {
@@ -154,19 +179,24 @@ int serve(const Options& options) {
   instrument.onMessage = watch(memory, options);
   lumodevice::platform::SystemClock clock;
   zansim::Server server(instrument, clock);
-  if (options.port >= 0) {
-    const unsigned port = server.listenTcp(static_cast<std::uint16_t>(options.port));
-    std::cout << "listening on 127.0.0.1:" << port << '\n';
-  }
-  if (!options.link.empty()) {
-    const std::string device = server.openTerminal(options.link, options.baud);
-    std::cout << "listening on " << printable(options.link) << " -> " << device << '\n';
-  }
-  std::cout.flush();
-  while (stopAsked == 0) {
-    server.step(std::chrono::milliseconds(250));
-  }
+  listen(server, options);
   return 0;
+}
+
+/// 1 when a host asked something that the recording has not.
+int replay(const Options& options) {
+  lumodevice::platform::SystemClock clock;
+  recordings::ReplayedBench bench(
+      recordings::readRecording(options.replay), clock,
+      [](const std::string& mistake) { std::cerr << "zansim: " << mistake << std::endl; });
+  recordings::ScriptOfAnswers* const script = bench.scriptOf(bench.busiest());
+  if (script == nullptr) {
+    throw recordings::RecordingFault(options.replay + ": nothing was sent in this recording");
+  }
+  zansim::Server server([&] { return std::make_unique<zansim::ReplayedHostLink>(bench, *script); },
+                        clock);
+  listen(server, options);
+  return bench.complaints() == 0 ? 0 : 1;
 }
 
 }  // namespace
@@ -185,6 +215,14 @@ int main(int argc, char** argv) {
     complain(std::string(error.what()) + " (zansim --help tells what there is)");
     return kWrongUse;
   }
+  const bool simulates = !options.faults.empty() || !options.latencies.empty() ||
+                         options.numberedReadings || !options.slots.empty() ||
+                         !options.sources.empty() || !options.state.empty();
+  if (!options.replay.empty() && simulates) {
+    std::cerr << "zansim: --replay plays a recording back and simulates nothing; leave out what "
+                 "belongs to the simulated instrument\n";
+    return kWrongUse;
+  }
   if (options.link.empty() && options.port < 0) {
     std::cerr << "zansim: nowhere to listen; give --pty LINK, --tcp PORT or both\n";
     return kWrongUse;
@@ -196,7 +234,7 @@ int main(int argc, char** argv) {
   static_cast<void>(std::signal(SIGINT, askToStop));
   static_cast<void>(std::signal(SIGTERM, askToStop));
   try {
-    return serve(options);
+    return options.replay.empty() ? serve(options) : replay(options);
   } catch (const std::invalid_argument& wrong) {
     complain(wrong.what());
     return kWrongUse;

@@ -13,8 +13,8 @@ import sys
 TOP = pathlib.Path(__file__).resolve().parents[2]
 DATABASE = TOP / "build/sanitize/compile_commands.json"
 # Where an included name is looked up. Behind the first: headers that stand elsewhere once installed.
-ROOTS = ("", "platform/include/", "platform/windows/include/", "simulator/include/", "views/qt/include/",
-         "views/win32/include/")
+ROOTS = ("", "platform/include/", "platform/windows/include/", "recordings/include/", "simulator/include/",
+         "views/qt/include/", "views/win32/include/")
 INCLUDE = re.compile(r'^\s*#include\s+"([^"]+)"', re.MULTILINE)
 OF_WINDOWS = re.compile(r'^#include <(?:windows|windowsx|winsock2|unknwn|ole2|olectl|commctrl)\.h>', re.MULTILINE)
 

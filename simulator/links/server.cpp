@@ -21,16 +21,31 @@ constexpr std::size_t kMostClients = 64;
 /// Until a socket may be accepted again where there was no descriptor for it.
 constexpr std::chrono::milliseconds kNoDescriptor{250};
 
+/// One link to an instrument, which all of them share.
+class ServedInstrument : public Served {
+ public:
+  explicit ServedInstrument(Instrument& instrument)
+      : connection_(instrument, Connection::Kind::Stream) {}
+  void feed(std::string_view bytes, Duration now) override { connection_.feed(bytes, false, now); }
+  [[nodiscard]] std::size_t take(std::span<char> buffer, Duration now) override {
+    return connection_.take(buffer, now).count;
+  }
+  [[nodiscard]] std::optional<Duration> nextDue() const override { return connection_.nextDue(); }
+  [[nodiscard]] std::size_t held() const override { return connection_.held(); }
+  [[nodiscard]] bool isLost() const override { return connection_.isLost(); }
+
+ private:
+  Connection connection_;
+};
+
 }  // namespace
 
 /// One host: a connected socket or the terminal.
 struct Server::Peer {
-  Peer(Instrument& instrument, Descriptor descriptor)
-      : socket(std::move(descriptor)), connection(instrument, Connection::Kind::Stream) {}
-  Peer(Instrument& instrument, std::unique_ptr<PseudoTerminal> device, std::int32_t baud)
-      : terminal(std::move(device)),
-        requiredBaud(baud),
-        connection(instrument, Connection::Kind::Stream) {}
+  Peer(std::unique_ptr<Served> served, Descriptor descriptor)
+      : socket(std::move(descriptor)), connection(std::move(served)) {}
+  Peer(std::unique_ptr<Served> served, std::unique_ptr<PseudoTerminal> device, std::int32_t baud)
+      : terminal(std::move(device)), requiredBaud(baud), connection(std::move(served)) {}
 
   [[nodiscard]] Descriptor::Number descriptor() const {
     return terminal ? terminal->descriptor() : socket.get();
@@ -42,9 +57,9 @@ struct Server::Peer {
   Descriptor socket;
   std::unique_ptr<PseudoTerminal> terminal;
   std::int32_t requiredBaud = 0;
-  Connection connection;
+  std::unique_ptr<Served> connection;
   /// Whether it is listened to.
-  [[nodiscard]] bool hasRoom() const { return unsent.size() + connection.held() < kMostUnsent; }
+  [[nodiscard]] bool hasRoom() const { return unsent.size() + connection->held() < kMostUnsent; }
 
   std::string received;  ///< what the instrument has not looked at for want of room
   std::string unsent;
@@ -52,7 +67,12 @@ struct Server::Peer {
 };
 
 Server::Server(Instrument& instrument, lumodevice::io::Clock& clock)
-    : instrument_(instrument), clock_(clock) {}
+    : Server([&instrument] { return std::make_unique<ServedInstrument>(instrument); }, clock) {
+  gone_ = [&instrument] { return instrument.faults.linksGone(); };
+}
+
+Server::Server(Serve serve, lumodevice::io::Clock& clock)
+    : serve_(std::move(serve)), gone_([] { return false; }), clock_(clock) {}
 
 Server::~Server() = default;
 
@@ -65,7 +85,7 @@ std::string Server::openTerminal(const std::string& link, std::int32_t baud) {
   if (baud != 0 && !isTerminalSpeed(baud)) {
     throw std::invalid_argument(std::to_string(baud) + " is no speed of a terminal; 9600 is one");
   }
-  peers_.emplace_back(instrument_, std::make_unique<PseudoTerminal>(link), baud);
+  peers_.emplace_back(serve_(), std::make_unique<PseudoTerminal>(link), baud);
   return peers_.back().terminal->device();
 }
 
@@ -108,7 +128,7 @@ int Server::patience(std::chrono::milliseconds timeout) const {
     least = std::min(least, acceptAgain_ - now);
   }
   for (const Peer& peer : peers_) {
-    if (const auto due = peer.connection.nextDue()) {
+    if (const auto due = peer.connection->nextDue()) {
       least = std::clamp(*due - now, Duration::zero(), least);
     }
   }
@@ -119,7 +139,7 @@ void Server::accept() {
   bool exhausted = false;
   Descriptor socket = sockets::acceptFrom(listener_, exhausted);
   if (socket.isOpen()) {
-    peers_.emplace_back(instrument_, std::move(socket));
+    peers_.emplace_back(serve_(), std::move(socket));
   } else if (exhausted) {
     // The one that waits would wake every poll until a descriptor is free.
     acceptAgain_ = clock_.now() + kNoDescriptor;
@@ -141,7 +161,7 @@ void Server::receive(Peer& peer) {
 void Server::carryOut(Peer& peer) {
   std::size_t taken = 0;
   while (taken < peer.received.size() && peer.hasRoom()) {
-    peer.connection.feed(std::string_view(peer.received).substr(taken, 1), false, clock_.now());
+    peer.connection->feed(std::string_view(peer.received).substr(taken, 1), clock_.now());
     ++taken;
   }
   peer.received.erase(0, taken);
@@ -150,11 +170,11 @@ void Server::carryOut(Peer& peer) {
 void Server::transmit(Peer& peer) {
   std::array<char, 4096> bytes{};
   while (peer.unsent.size() < kMostUnsent) {
-    const Connection::Taken taken = peer.connection.take(bytes, clock_.now());
-    if (taken.count == 0) {
+    const std::size_t taken = peer.connection->take(bytes, clock_.now());
+    if (taken == 0) {
       break;
     }
-    peer.unsent.append(bytes.data(), taken.count);
+    peer.unsent.append(bytes.data(), taken);
   }
   if (peer.unsent.empty()) {
     return;
@@ -168,11 +188,11 @@ void Server::transmit(Peer& peer) {
 }
 
 void Server::closeWhatIsGone() {
-  if (instrument_.faults.linksGone()) {
+  if (gone_()) {
     listener_.reset();
   }
   peers_.remove_if([](const Peer& peer) {
-    return peer.closed || (peer.connection.isLost() && peer.unsent.empty());
+    return peer.closed || (peer.connection->isLost() && peer.unsent.empty());
   });
 }
 

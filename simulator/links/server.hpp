@@ -2,22 +2,29 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <list>
+#include <memory>
 #include <string>
 
 #include "lumodevice/io/clock.hpp"
 #include "simulator/descriptor.hpp"
 #include "simulator/links/connection.hpp"
+#include "simulator/links/served.hpp"
 
 namespace zansim {
 
-/// Puts an instrument behind pseudo-terminals and loopback sockets, all driven by one poll loop.
-/// Setting one up throws std::system_error, saying what failed, or std::invalid_argument.
-/// Instrument and clock must outlive it. The clock must tell real time. What hosts make it keep is
-/// bounded: a host that does not read is not listened to, and no more than 64 are served at once.
+/// Puts an instrument, or something like one, behind pseudo-terminals and loopback sockets, all
+/// driven by one poll loop. Setting one up throws std::system_error, saying what failed, or
+/// std::invalid_argument. Instrument and clock must outlive it. The clock must tell real time. What
+/// hosts make it keep is bounded: a host that does not read is not listened to, and no more than 64
+/// are served at once.
 class Server {
  public:
   Server(Instrument& instrument, lumodevice::io::Clock& clock);
+  /// Whatever `serve` makes for each host. The clock must outlive it.
+  using Serve = std::function<std::unique_ptr<Served>()>;
+  Server(Serve serve, lumodevice::io::Clock& clock);
   ~Server();
   Server(const Server&) = delete;
   Server& operator=(const Server&) = delete;
@@ -46,7 +53,9 @@ class Server {
   void closeWhatIsGone();
   [[nodiscard]] int patience(std::chrono::milliseconds timeout) const;
 
-  Instrument& instrument_;
+  Serve serve_;
+  /// Nobody is served any more.
+  std::function<bool()> gone_;
   lumodevice::io::Clock& clock_;
   Descriptor listener_;
   Duration acceptAgain_ = Duration::min();

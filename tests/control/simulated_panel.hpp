@@ -8,7 +8,7 @@
 #include "lumodevice/toolkit/controls.hpp"
 #include "lumodevice/toolkit/hand.hpp"
 #include "lumodevice/zan_ctrl.hpp"
-#include "simulator/links/loop_clock.hpp"
+#include "platform/loop_clock.hpp"
 #include "simulator/simulated_bench.hpp"
 #include "tests/support/bench.hpp"
 #include "tests/support/panel_bench.hpp"
@@ -64,7 +64,7 @@ struct SimulatedPanel {
 
   Over link;
   toolkit::VirtualLoop loop;
-  zansim::LoopClock clock{loop};
+  lumodevice::platform::LoopClock clock{loop};
   zansim::SimulatedBench bench{clock};
   io::VisaComOverVisa visaCom{bench.visa};
   Script script;

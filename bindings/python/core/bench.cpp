@@ -1,11 +1,10 @@
 #include "bindings/python/core/bench.hpp"
 
 #include "bindings/python/core/text.hpp"
-#include "hosts/zanctl/links/tracing_links.hpp"
 #include "hosts/zanctl/links/wire_trace.hpp"
 #include "hosts/zanctl/output/output.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
-#include "simulator/links/loop_clock.hpp"
+#include "platform/loop_clock.hpp"
 
 namespace lumopython {
 
@@ -33,16 +32,17 @@ class Bench::Trace {
   Trace(const std::string& file, const lumodevice::Host& host)
       : output_(file),
         trace_(output_, host.loop),
-        visa_(host.visa, trace_),
-        serialDevices_(host.serialDevices, trace_),
+        tap_(host.visa, host.serialDevices, host.loop),
         clock_(host.loop),
-        visaCom_(visa_, &clock_) {}
+        visaCom_(tap_.visa(), &clock_),
+        tapping_(tap_.events.observe(
+            [this](const lumodevice::recordings::WireEvent& event) { trace_.take(event); })) {}
 
   [[nodiscard]] lumodevice::Host around(const lumodevice::Host& host) {
     return {.loop = host.loop,
-            .visa = visa_,
+            .visa = tap_.visa(),
             .visaCom = visaCom_,
-            .serialDevices = serialDevices_,
+            .serialDevices = tap_.serialDevices(),
             .drive = host.drive,
             .wallClock = host.wallClock,
             .informationBox =
@@ -60,10 +60,10 @@ class Bench::Trace {
  private:
   zanctl::FileOutput output_;
   zanctl::WireTrace trace_;
-  zanctl::TracingVisa visa_;
-  zanctl::TracingSerialDevices serialDevices_;
-  zansim::LoopClock clock_;
+  lumodevice::recordings::WireTap tap_;
+  lumodevice::platform::LoopClock clock_;
   lumodevice::io::VisaComOverVisa visaCom_;
+  lumodevice::toolkit::Subscription tapping_;
 };
 
 Bench::Bench(const Options& options, lumodevice::SystemOptions system)

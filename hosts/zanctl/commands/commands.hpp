@@ -12,10 +12,12 @@
   ROW(kSend)                 \
   ROW(kErrors)               \
   ROW(kReadings)             \
+  ROW(kLog)                  \
   ROW(kCapture)              \
   ROW(kConvert)              \
   ROW(kFiles)                \
   ROW(kControls)             \
+  ROW(kTrace)                \
   ROW(kDemo)
 
 namespace zanctl {

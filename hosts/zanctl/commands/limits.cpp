@@ -91,14 +91,24 @@ void addLimits(CLI::App& parser, Limits& limits) {
            "End when that much was drawn, as in 50Wh");
 }
 
+void addSeconds(CLI::App& parser, const char* name, std::optional<double>& seconds,
+                const char* help) {
+  addLimit(parser, name, "TIME", seconds, parseSeconds, help);
+}
+
+double Energy::add(double watts, Time now) {
+  const double added = at_ ? (watts_ + watts) / 2 * secondsIn(now - *at_) / 3600 : 0;
+  at_ = now;
+  watts_ = watts;
+  wattHours_ += added;
+  return added;
+}
+
 std::optional<std::string> LimitWatch::take(const std::string& channel, const Measured& measured,
                                             Time now) {
-  const auto [place, fresh] = channels_.try_emplace(channel, Last{.at = now});
-  Last& last = place->second;
+  Last& last = channels_[channel];
   if (measured.watts) {
-    const double before = fresh ? *measured.watts : last.watts;
-    wattHours_ += (before + *measured.watts) / 2 * secondsIn(now - last.at) / 3600;
-    last = {.at = now, .watts = *measured.watts, .unknown = last.unknown};
+    wattHours_ += last.energy.add(*measured.watts, now);
   }
   const bool judged = measured.volts && measured.on;
   last.unknown = judged ? 0 : last.unknown + 1;

@@ -22,6 +22,10 @@ struct Limits {
 /// was read.
 void addLimits(CLI::App& parser, Limits& limits);
 
+/// Adds an option that takes a time. `seconds` must live until the command line was read.
+void addSeconds(CLI::App& parser, const char* name, std::optional<double>& seconds,
+                const char* help);
+
 /// "10.5V", "500mV", "2h", "1h30min", "50Wh": numbers, each with a unit of the kind, in the unit of
 /// Limits; a single number may be without. None for anything else, and for what is not above 0.
 [[nodiscard]] std::optional<double> parseVolts(std::string_view text);
@@ -35,6 +39,22 @@ struct Measured {
   std::optional<bool> on;
 };
 
+/// The energy under the straight lines between the readings of a power, also over a gap: what was
+/// drawn then is not to be left out.
+class Energy {
+ public:
+  using Time = std::chrono::nanoseconds;
+
+  /// Returns what has come to it with this reading, in watt-hours.
+  double add(double watts, Time now);
+  [[nodiscard]] double wattHours() const { return wattHours_; }
+
+ private:
+  std::optional<Time> at_;
+  double watts_ = 0;
+  double wattHours_ = 0;
+};
+
 /// Holds readings against limits.
 class LimitWatch {
  public:
@@ -46,8 +66,7 @@ class LimitWatch {
   static constexpr int kMostUnknown = 3;
 
   /// One channel was read at that time. Why the readings are to end; none while they go on. The
-  /// voltage counts while the load is on. The energy of all channels is that of straight lines
-  /// between their readings, also over a gap: what was drawn then is not to be left out.
+  /// voltage counts while the load is on. The energy is that of all channels.
   [[nodiscard]] std::optional<std::string> take(const std::string& channel,
                                                 const Measured& measured, Time now);
   /// The same for the time alone.
@@ -55,8 +74,7 @@ class LimitWatch {
 
  private:
   struct Last {
-    Time at{0};
-    double watts = 0;
+    Energy energy = {};
     int unknown = 0;
   };
 

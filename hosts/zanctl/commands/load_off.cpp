@@ -93,27 +93,58 @@ std::string names(const std::vector<std::string>& channels) {
   return all == "CH" ? "the selected channel" : all;
 }
 
-/// A second Ctrl-C gives up.
-ExitStatus endSwitchedOff(Station& station, int channel, ExitStatus status) {
+}  // namespace
+
+void sendLoadOff(Station& station, int channel) {
   lumodevice::ZANCtrl& component = station.component();
-  if (!station.everConnected()) {
-    return status;
+  const bool observing = component.observing();
+  component.observing(false);
+  for (const std::string& each : channelsToSwitch(station, channel)) {
+    if (each.size() > 1) {
+      continue;  // a channel is selected by one digit
+    }
+    if (!each.empty()) {
+      component.SendCmd(":CHAN " + each);
+    }
+    component.SendCmd(":LOAD OFF");
   }
+  component.observing(observing);
+}
+
+bool switchLoadOff(Station& station, int channel) {
+  lumodevice::ZANCtrl& component = station.component();
+  const bool observing = component.observing();
   component.AutoQuery(false);
   std::vector<std::string> left = channelsToSwitch(station, channel);
-  bool givenUp = false;
+  const auto warn = [&](const std::string& why) {
+    component.observing(observing);
+    station.fail("THE LOAD MAY STILL BE ON: " + names(left) + " could not be switched off" + why);
+  };
   try {
     switchOffAll(station, left);
   } catch (const Interrupted&) {
-    givenUp = true;
+    warn("");
+    throw;
   }
-  if (left.empty() && !givenUp) {
-    station.errors().line("zanctl: the load is switched off");
-    return status;
+  if (!left.empty()) {
+    warn(": " + escaped(component.failure().sentence));
+    return false;
   }
-  station.fail("THE LOAD MAY STILL BE ON: " + names(left) + " could not be switched off" +
-               (givenUp ? "" : ": " + escaped(component.failure().sentence)));
-  return kLoadMayBeOn;
+  component.observing(observing);
+  station.errors().line("zanctl: the load is switched off");
+  return true;
+}
+
+namespace {
+
+/// A second Ctrl-C gives up.
+ExitStatus endSwitchedOff(Station& station, int channel, ExitStatus status) {
+  try {
+    const bool off = !station.everConnected() || switchLoadOff(station, channel);
+    return off ? status : kLoadMayBeOn;
+  } catch (const Interrupted&) {
+    return kLoadMayBeOn;
+  }
 }
 
 }  // namespace

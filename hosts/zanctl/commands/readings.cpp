@@ -1,9 +1,5 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -12,6 +8,7 @@
 #include <vector>
 
 #include "hosts/zanctl/commands/arguments.hpp"
+#include "hosts/zanctl/commands/channel_reader.hpp"
 #include "hosts/zanctl/commands/commands.hpp"
 #include "hosts/zanctl/commands/connection.hpp"
 #include "hosts/zanctl/commands/limits.hpp"
@@ -20,18 +17,14 @@
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/json_line.hpp"
 #include "hosts/zanctl/output/table.hpp"
-#include "lumodevice/text/text.hpp"
-#include "lumodevice/toolkit/controls.hpp"
+#include "recordings/text_lines.hpp"
 
 namespace zanctl {
 
 namespace {
 
-namespace text = lumodevice::text;
-using lumodevice::toolkit::ComboBox;
+namespace recordings = lumodevice::recordings;
 
-/// A channel's number is one digit on the wire.
-constexpr int kLastChannel = 9;
 /// A day, in milliseconds.
 constexpr int kLongestPeriod = 24 * 60 * 60 * 1000;
 
@@ -47,120 +40,29 @@ struct Options {
   bool thenOff = false;
 };
 
-/// What a channel is asked for, and what it is called in a table and in a file.
-struct Reading {
-  std::string_view query;
-  std::string_view heading;
-  std::string_view column;
-};
-constexpr auto kReadings = std::to_array<Reading>({{":FETC:VOLT?", "Voltage(V)", "voltage_V"},
-                                                   {":FETC:CURR?", "Current(A)", "current_A"},
-                                                   {":FETC:POW?", "Power(W)", "power_W"},
-                                                   {":LOAD?", "Load", "load"}});
-constexpr std::size_t kVolts = 0;
-constexpr std::size_t kWatts = 2;
-constexpr std::size_t kLoad = 3;
-constexpr std::chrono::milliseconds kLateAnswers{1000};
-/// Queries in a row without an answer, after which the instrument counts as lost.
-constexpr int kMostSilent = 12;
-
-/// An entry of the channel list: "CH3-2040" is number 3, name "CH3-2040".
-struct Channel {
-  int number;
-  std::string name;
-};
-
-Channel channelOf(std::string_view name) {
-  const double number = text::Val(name.substr(std::min<std::size_t>(name.size(), 2)));
-  return {static_cast<int>(std::clamp(number, 0.0, 1e6)), std::string(name)};
-}
-
-/// Cuts off what no command can select, and tells it; whether there was any.
-bool passOver(Station& station, std::vector<Channel>& channels) {
-  std::string names;
-  std::erase_if(channels, [&](const Channel& channel) {
-    const bool beyond = channel.number > kLastChannel;
-    names += beyond ? (names.empty() ? "" : ", ") + channel.name : "";
-    return beyond;
-  });
-  if (!names.empty()) {
-    station.fail(names + " cannot be read: a channel is selected by one digit");
-  }
-  return !names.empty();
-}
-
-std::vector<Channel> channelsToRead(Station& station, const Options& options) {
-  const auto& list = station.component().surface().get<ComboBox>("cmbChannel");
-  std::vector<Channel> channels;
-  for (int i = 0; i < list.listCount(); ++i) {
-    const Channel channel = channelOf(list.list(i));
-    if (options.channel == 0 || channel.number == options.channel) {
-      channels.push_back(channel);
-    }
-  }
-  return channels;
-}
-
-/// ISO 8601 with milliseconds and the offset from UTC.
-std::string timeStamp(const lumodevice::io::LocalTime& time) {
-  std::array<char, 64> stamp{};
-  const int offset = std::abs(time.utcOffset);
-  (void)std::snprintf(stamp.data(), stamp.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03d%c%02d:%02d",
-                      time.year, time.month, time.day, time.hour, time.minute, time.second,
-                      time.millisecond, time.utcOffset < 0 ? '-' : '+', offset / 60, offset % 60);
-  return stamp.data();
-}
-
-/// The one number that an answer is; none for an answer that did not come, was garbled, or is two
-/// that ran together: a table is no place for it.
-std::optional<std::string> numberIn(const std::string& answer) {
-  const std::string number = text::Trim(answer);
-  const bool plain = number.find_first_not_of("0123456789.+-eE") == std::string::npos;
-  return plain && text::isNumericText(number) ? std::optional(number) : std::nullopt;
-}
-
-/// A field of comma-separated values: in quotes where it would not be one else.
-std::string quotedIfNeeded(const std::string& field) {
-  if (field.find_first_of("\",\r\n") == std::string::npos) {
-    return field;
-  }
-  std::string quoted = "\"";
-  for (const char letter : field) {
-    quoted += letter == '"' ? "\"\"" : std::string{letter};
-  }
-  return quoted + '"';
-}
-
-std::string joined(const Row& row) {
+std::string joined(const Row& fields) {
   std::string line;
-  for (const std::string& field : row) {
-    line += (line.empty() ? "" : ",") + quotedIfNeeded(field);
+  for (const std::string& field : fields) {
+    line += (line.empty() ? "" : ",") + recordings::csvField(field);
   }
   return line;
 }
 
 /// The answers of a channel as `--json` prints them: numbers under the names of the columns, the
 /// load's state as a truth value, null for an answer that is none.
-std::string jsonOf(const std::string& stamp, const Channel& channel, const Row& answers) {
+std::string jsonOf(const std::string& stamp, const Channel& channel,
+                   const ChannelReader::Answers& answers) {
   Json object = {{"time", stamp}, {"channel", wireText(channel.name)}};
-  for (std::size_t i = 0; i < kReadings.size(); ++i) {
-    const Json number = wireNumber(answers[i]);
-    object[std::string(kReadings[i].column)] =
-        i == kLoad && !number.is_null() ? Json(number != 0) : number;
-  }
+  addReadings(object, answers);
   return jsonLine(object);
 }
 
 void printCsvHeader(Output& output) {
   Row header{"time", "channel"};
-  for (const Reading& reading : kReadings) {
+  for (const ReadingColumn& reading : kReadingColumns) {
     header.emplace_back(reading.column);
   }
   output.line(joined(header));
-}
-
-std::optional<double> valueOf(const std::string& field) {
-  return field.empty() ? std::nullopt : std::optional(text::Val(field));
 }
 
 /// The rounds of one command: each channel is selected by its number alone and asked for its
@@ -173,14 +75,12 @@ class Rounds {
         options_(options),
         channels_(std::move(channels)),
         complete_(complete),
+        reader_(station),
         limits_(options.limits, station.loop().now()) {}
 
   /// In the end the channel that the panel shows is selected again.
   ExitStatus run() {
-    const int shown =
-        channelOf(station_.component().surface().get<ComboBox>("cmbChannel").text()).number;
-    selected_ = shown;
-    select(channels_.front().number);
+    reader_.select(channels_.front().number);
     const auto begin = station_.loop().now();
     const int count = options_.count.value_or(options_.limits.any() ? 0 : 1);
     for (int round = 0; count == 0 || round < count; ++round) {
@@ -193,11 +93,11 @@ class Rounds {
         station_.errors().line("zanctl: readings end: " + escaped(*reached_));
         break;
       }
-      if (isLost() && !regain()) {
+      if (reader_.isLost() && !regain()) {
         return kFailed;
       }
     }
-    select(shown);
+    reader_.select(reader_.shown());
     return complete_ ? kDone : kFailed;
   }
 
@@ -208,41 +108,34 @@ class Rounds {
     }
   }
 
-  /// Nothing is sent where no channel is meant, or one beyond the ninth.
-  void select(int channel) {
-    if (selected_ != channel && channel >= 1 && channel <= kLastChannel) {
-      station_.component().SendCmd(":CHAN " + std::to_string(channel));
-      selected_ = channel;
-    }
-  }
-
-  [[nodiscard]] bool isLost() const {
-    return !station_.component().isConnected() || silent_ >= kMostSilent;
-  }
-
   /// One round over the channels; false when an answer did not come.
   bool readRound() {
     bool complete = true;
     std::vector<Row> table{{"Channel"}};
-    for (const Reading& reading : kReadings) {
+    for (const ReadingColumn& reading : kReadingColumns) {
       table[0].emplace_back(reading.heading);
     }
     for (const Channel& channel : channels_) {
-      select(channel.number);
-      const std::string stamp = timeStamp(station_.wallClock().now());
-      Row row = readChannel(channel, complete);
-      if (isLost()) {
+      reader_.select(channel.number);
+      const std::string stamp = recordings::timeStamp(station_.wallClock().now());
+      const ChannelReader::Answers answers = reader_.read(channel);
+      complete = complete && ChannelReader::isComplete(answers);
+      hold(channel, answers);
+      if (reader_.isLost()) {
         break;  // an empty line would be no reading
       }
+      Row fields{escaped(channel.name)};
+      fields.insert(fields.end(), answers.begin(), answers.end());
       if (options_.json) {
-        station_.output().line(jsonOf(stamp, channel, row));
-      }
-      row.insert(row.begin(), escaped(channel.name));
-      if (options_.csv) {
-        row.insert(row.begin(), stamp);
-        station_.output().line(joined(row));
-      } else if (!options_.json) {
-        table.push_back(std::move(row));
+        station_.output().line(jsonOf(stamp, channel, answers));
+      } else if (options_.csv) {
+        fields.insert(fields.begin(), stamp);
+        station_.output().line(joined(fields));
+      } else {
+        if (const auto load = ChannelReader::valueOf(answers[kLoad])) {
+          fields.back() = *load == 0 ? "off" : "on";
+        }
+        table.push_back(std::move(fields));
       }
       if (station_.output().closed() || reached_) {
         break;
@@ -254,46 +147,16 @@ class Rounds {
     return complete;
   }
 
-  /// Asks the selected channel; an empty field stands for an answer that is none.
-  Row readChannel(const Channel& channel, bool& complete) {
-    Row row;
-    for (std::size_t i = 0; i < kReadings.size() && !isLost(); ++i) {
-      station_.component().SendCmd(kReadings[i].query);
-      const std::string answer = station_.component().ResultStr();
-      silent_ = answer.empty() ? silent_ + 1 : 0;
-      std::string field;
-      if (const auto number = numberIn(answer)) {
-        field = *number;
-      } else {
-        complete = false;
-        // What is late must not arrive as the answer of the next query.
-        station_.loop().runFor(kLateAnswers);
-      }
-      row.push_back(std::move(field));
-    }
-    row.resize(kReadings.size());
-    hold(channel, row);
-    if (!options_.csv && !options_.json && !row[kLoad].empty()) {
-      row[kLoad] = text::Val(row[kLoad]) == 0 ? "off" : "on";
-    }
-    return row;
-  }
-
-  void hold(const Channel& channel, const Row& row) {
+  void hold(const Channel& channel, const ChannelReader::Answers& answers) {
     if (!options_.limits.any()) {
       return;
     }
-    const auto load = valueOf(row[kLoad]);
-    reached_ = limits_.take(channel.name,
-                            {.volts = valueOf(row[kVolts]),
-                             .watts = valueOf(row[kWatts]),
-                             .on = load ? std::optional(*load != 0) : std::nullopt},
-                            station_.loop().now());
+    reached_ = limits_.take(channel.name, measuredIn(answers), station_.loop().now());
   }
 
   /// True when the same instrument is back; the gap is marked in the output.
   bool regain() {
-    if (silent_ >= kMostSilent) {
+    if (reader_.isSilent()) {
       station_.noteSilence();
     }
     mark("link lost");
@@ -310,16 +173,15 @@ class Rounds {
       return false;
     }
     mark("link regained");
-    silent_ = 0;
-    selected_ = 0;
+    reader_.regained();
     return true;
   }
 
   void mark(const std::string& what) {
-    const std::string stamp = timeStamp(station_.wallClock().now());
+    const std::string stamp = recordings::timeStamp(station_.wallClock().now());
     if (options_.csv) {
       Row row{stamp, what};
-      row.resize(2 + kReadings.size());
+      row.resize(2 + kReadingColumns.size());
       station_.output().line(joined(row));
     } else if (options_.json) {
       station_.output().line(jsonLine({{"time", stamp}, {"event", what}}));
@@ -332,32 +194,23 @@ class Rounds {
   const Options& options_;
   std::vector<Channel> channels_;
   bool complete_;
+  ChannelReader reader_;
   LimitWatch limits_;
   std::optional<std::string> reached_;
-  int selected_ = 0;
-  int silent_ = 0;
 };
 
 ExitStatus takeReadings(Station& station, const Options& options) {
   if (!connectOrExplain(station)) {
     return kFailed;
   }
-  std::vector<Channel> channels = channelsToRead(station, options);
-  const bool some = passOver(station, channels);
-  if (channels.empty() && some) {
-    return kFailed;
-  }
-  if (channels.empty()) {
-    station.fail(options.channel == 0
-                     ? "the instrument lists no channels"
-                     : "the instrument has no channel " + std::to_string(options.channel) +
-                           " (see zanctl connect)");
+  ChannelsToRead read = channelsToRead(station, options.channel);
+  if (read.channels.empty()) {
     return kFailed;
   }
   if (options.csv) {
     printCsvHeader(station.output());
   }
-  return Rounds(station, options, std::move(channels), !some).run();
+  return Rounds(station, options, std::move(read.channels), read.complete).run();
 }
 
 /// Whoever switches off at the end operates then, and then alone.

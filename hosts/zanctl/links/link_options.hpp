@@ -27,6 +27,8 @@ enum class Link { Visa, VisaCom, Serial };
 struct LinkOptions {
   bool simulate = false;
   bool virtualTime = false;
+  /// A recording that is played back in the place of instruments.
+  std::optional<std::string> replay;
   /// None: the platform's usual names, then the built-in layer.
   std::optional<std::string> visaLibrary;
   /// Port number to device; empty: the machine's own serial devices.

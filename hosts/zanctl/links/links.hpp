@@ -33,8 +33,12 @@ class Links {
   /// The serial ports and the USB instruments that there are. None is opened.
   [[nodiscard]] virtual lumodevice::platform::DeviceList devices() = 0;
 
-  /// False when a script asked for something that the links cannot do; it was reported then.
+  /// False when something was asked of the links that they cannot do, or that a recording has not;
+  /// it was reported then.
   [[nodiscard]] virtual bool usedRightly() const { return true; }
+
+  /// The date and time where the instruments are, where that is another one than here.
+  [[nodiscard]] virtual std::unique_ptr<lumodevice::io::WallClock> wallClock() { return nullptr; }
 };
 
 /// A simulated instrument behind each of the links. The clock must outlive them.
@@ -43,5 +47,10 @@ class Links {
 /// What the machine has. Throws Unusable when the VISA library that was named cannot be
 /// loaded. `errors` must outlive them.
 [[nodiscard]] std::unique_ptr<Links> realLinks(const LinkOptions& options, Output& errors);
+
+/// The instruments of a recording, in its time. Throws Unusable for a file that is none. All that
+/// is referred to must outlive them.
+[[nodiscard]] std::unique_ptr<Links> replayedLinks(const std::string& file,
+                                                   lumodevice::io::Clock& clock, Output& errors);
 
 }  // namespace zanctl

@@ -39,12 +39,31 @@ std::string quotedBytes(std::string_view bytes) {
          " bytes";
 }
 
-void WireTrace::opened(std::string_view name) {
-  event("open ", escaped(name));
-}
-
-void WireTrace::closed(std::string_view name) {
-  event("close ", escaped(name));
+void WireTrace::take(const lumodevice::recordings::WireEvent& told) {
+  using lumodevice::recordings::WireAct;
+  switch (told.act) {
+    case WireAct::Open:
+      if (told.link != 0) {
+        event("open ", escaped(told.name));
+      }
+      break;
+    case WireAct::Close:
+      event("close ", escaped(told.name));
+      break;
+    case WireAct::Sending:
+      event("send ", quotedBytes(told.bytes));
+      break;
+    case WireAct::Received:
+      if (!told.serial || !told.bytes.empty()) {
+        event("recv ", quotedBytes(told.bytes));
+      }
+      break;
+    case WireAct::Dropped:
+      event("drop ", quotedBytes(told.bytes));
+      break;
+    default:
+      break;
+  }
 }
 
 void WireTrace::showedBox(std::string_view text) {

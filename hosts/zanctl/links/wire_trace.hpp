@@ -5,6 +5,7 @@
 
 #include "hosts/zanctl/output/output.hpp"
 #include "lumodevice/toolkit/event_loop.hpp"
+#include "recordings/wire_tap.hpp"
 
 namespace zanctl {
 
@@ -12,20 +13,18 @@ namespace zanctl {
 /// total, as in "#6122880..." +122889 bytes; of a text of more than 1024 bytes the first 256.
 [[nodiscard]] std::string quotedBytes(std::string_view bytes);
 
-/// The record of what went over the wire, one line an event, each with the milliseconds since the
-/// loop was made.
+/// What goes over the wire as a person reads it, one line an event, each with the milliseconds
+/// since the loop was made. A call that failed is no event, but a read of VISA that brought nothing
+/// is one: it shows where a time-out passed.
 class WireTrace {
  public:
   /// Both must outlive the trace.
   WireTrace(Output& output, const lumodevice::toolkit::EventLoop& loop)
       : output_(output), loop_(loop) {}
 
-  void sent(std::string_view bytes) { event("send ", quotedBytes(bytes)); }
-  void received(std::string_view bytes) { event("recv ", quotedBytes(bytes)); }
-  void dropped(std::string_view bytes) { event("drop ", quotedBytes(bytes)); }
+  /// What a tap tells.
+  void take(const lumodevice::recordings::WireEvent& event);
   void slept(std::int32_t milliseconds) { event("sleep ", std::to_string(milliseconds)); }
-  void opened(std::string_view name);
-  void closed(std::string_view name);
   void showedBox(std::string_view text);
 
  private:

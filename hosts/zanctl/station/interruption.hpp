@@ -14,13 +14,19 @@ struct Interrupted {
 /// a command can then end in order.
 class Interruption {
  public:
-  Interruption();
+  /// What SIGHUP (Ctrl-Break) does: it ends as the others do, or is only noted.
+  enum class Hangup { Ends, Noted };
+
+  explicit Interruption(Hangup hangup = Hangup::Ends);
   ~Interruption();
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
   /// Throws Interrupted, once for each signal that came.
   static void check();
+
+  /// Whether SIGHUP was noted since this was asked last.
+  [[nodiscard]] static bool takeHangup();
 
  private:
   struct Before;

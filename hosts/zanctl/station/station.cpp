@@ -2,13 +2,14 @@
 
 #include "hosts/zanctl/output/escape.hpp"
 #include "hosts/zanctl/output/json_line.hpp"
+#include "hosts/zanctl/output/mistake.hpp"
 #include "hosts/zanctl/station/interruption.hpp"
 #include "hosts/zanctl/station/watched_loop.hpp"
 #include "lumodevice/link/exchange.hpp"
 #include "lumodevice/toolkit/hand.hpp"
+#include "platform/loop_clock.hpp"
 #include "platform/path_text.hpp"
 #include "platform/system_clock.hpp"
-#include "simulator/links/loop_clock.hpp"
 
 namespace zanctl {
 
@@ -26,15 +27,15 @@ std::unique_ptr<lumodevice::io::WallClock> makeWallClock(const StationOptions& o
 
 }  // namespace
 
-Station::Station(const StationOptions& options, const Streams& streams)
+Station::Station(const StationOptions& options, const Streams& streams, const MakeLinks& makeLinks)
     : options_(options),
       progress_(streams.errors, !options.dumbTerminal),
       output_(streams.output, progress_),
       errors_(streams.errors, progress_),
       streams_{streams.input, output_, errors_, streams.atTerminal},
       loop_(makeLoop()),
-      clock_(std::make_unique<zansim::LoopClock>(*loop_)),
-      links_(options.simulate ? simulatedLinks(*clock_) : realLinks(options, errors_)),
+      clock_(std::make_unique<lumodevice::platform::LoopClock>(*loop_)),
+      links_(makeLinks ? makeLinks(*clock_) : linksOfOptions()),
       drive_(lumodevice::platform::pathOf(options.driveC.value_or(""))),
       stagedDrive_(options.driveInMemory ? nullptr : &drive_) {
   passes_ = loop_->observePasses([this] {
@@ -50,16 +51,23 @@ Station::Station(const StationOptions& options, const Streams& streams)
     }
   });
   watchBlocks();
+  wallClock_ = links_->wallClock();
+  if (!wallClock_) {
+    wallClock_ = makeWallClock(options, *clock_);
+  }
+  if (options.trace || options.record) {
+    tap_.emplace(*watchedVisa_, *watchedSerialDevices_, *loop_);
+  }
   if (options.trace) {
     startTrace(*options.trace);
   }
-  lumodevice::io::Visa& visa =
-      trace_ ? static_cast<lumodevice::io::Visa&>(*tracingVisa_) : *watchedVisa_;
+  if (options.record) {
+    startRecording(*options.record);
+  }
+  lumodevice::io::Visa& visa = tap_ ? tap_->visa() : *watchedVisa_;
   lumodevice::io::SerialDevices& serialDevices =
-      trace_ ? static_cast<lumodevice::io::SerialDevices&>(*tracingSerialDevices_)
-             : *watchedSerialDevices_;
+      tap_ ? tap_->serialDevices() : *watchedSerialDevices_;
   visaCom_.emplace(visa, clock_.get());
-  wallClock_ = makeWallClock(options, *clock_);
   component_ = std::make_unique<lumodevice::ZANCtrl>(
       lumodevice::Host{.loop = *loop_,
                        .visa = visa,
@@ -113,8 +121,27 @@ void Station::startTrace(const std::string& file) {
     traceFile_ = std::make_shared<FileOutput>(file);
   }
   trace_.emplace(file == "-" ? streams_.errors : *traceFile_, *loop_);
-  tracingVisa_.emplace(*watchedVisa_, *trace_);
-  tracingSerialDevices_.emplace(*watchedSerialDevices_, *trace_);
+  tracing_ = tap_->events.observe(
+      [this](const lumodevice::recordings::WireEvent& event) { trace_->take(event); });
+}
+
+void Station::startRecording(const std::string& file) {
+  try {
+    recorder_.emplace(*tap_, *loop_, *wallClock_, file, options_.recordBounds,
+                      "zanctl " ZANCTL_VERSION, [this](const std::string& why) {
+                        *recordingFailed_ = true;
+                        errors_.line("zanctl: the recording has ended early: " + why);
+                      });
+  } catch (const lumodevice::recordings::WriteFault& fault) {
+    throw Unusable(fault.what());
+  }
+}
+
+std::unique_ptr<Links> Station::linksOfOptions() {
+  if (options_.replay) {
+    return replayedLinks(*options_.replay, *clock_, errors_);
+  }
+  return options_.simulate ? simulatedLinks(*clock_) : realLinks(options_, errors_);
 }
 
 void Station::fail(const std::string& sentence) {
@@ -132,6 +159,9 @@ void Station::fail(const std::string& sentence) {
 void Station::showBox(std::string_view text) {
   if (trace_) {
     trace_->showedBox(text);
+  }
+  if (recorder_) {
+    recorder_->note(text);
   }
   std::string line = "[information] " + escaped(text);
   if (text == lumodevice::link::kNoAnswer) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -7,7 +8,7 @@
 
 #include "hosts/zanctl/links/block_watch.hpp"
 #include "hosts/zanctl/links/links.hpp"
-#include "hosts/zanctl/links/tracing_links.hpp"
+#include "hosts/zanctl/links/wire_trace.hpp"
 #include "hosts/zanctl/output/output.hpp"
 #include "hosts/zanctl/output/progress.hpp"
 #include "hosts/zanctl/station/staged_drive.hpp"
@@ -15,6 +16,8 @@
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/zan_ctrl.hpp"
 #include "platform/folder_drive.hpp"
+#include "recordings/recorder.hpp"
+#include "recordings/wire_tap.hpp"
 
 namespace zanctl {
 
@@ -30,8 +33,11 @@ struct Streams {
 /// One component with all that it needs, as the options say.
 class Station {
  public:
+  using MakeLinks = std::function<std::unique_ptr<Links>(lumodevice::io::Clock& clock)>;
+
   /// Chooses the link by the operator's clicks. Throws Unusable. The streams must outlive it.
-  Station(const StationOptions& options, const Streams& streams);
+  /// `makeLinks`: what stands in for the links that the options name.
+  Station(const StationOptions& options, const Streams& streams, const MakeLinks& makeLinks = {});
   ~Station();
   Station(const Station&) = delete;
   Station& operator=(const Station&) = delete;
@@ -58,11 +64,15 @@ class Station {
   [[nodiscard]] Output& errors() { return streams_.errors; }
   /// The file of the trace; null when there is none. Its end is told after the station's own.
   [[nodiscard]] std::shared_ptr<const Output> traceFile() const { return traceFile_; }
+  /// Whether the recording came to an early end; also what is told of that after the station's own.
+  [[nodiscard]] std::shared_ptr<const bool> recordingFailed() const { return recordingFailed_; }
 
  private:
   [[nodiscard]] std::unique_ptr<lumodevice::toolkit::EventLoop> makeLoop();
   void watchBlocks();
   void startTrace(const std::string& file);
+  void startRecording(const std::string& file);
+  [[nodiscard]] std::unique_ptr<Links> linksOfOptions();
   void showBox(std::string_view text);
   void choose(Link link);
 
@@ -75,16 +85,19 @@ class Station {
   std::unique_ptr<lumodevice::io::Clock> clock_;
   std::unique_ptr<Links> links_;
   std::shared_ptr<Output> traceFile_;
+  std::shared_ptr<bool> recordingFailed_ = std::make_shared<bool>(false);
   std::optional<BlockWatch> blocks_;
   std::optional<WatchedVisa> watchedVisa_;
   std::optional<WatchedSerialDevices> watchedSerialDevices_;
   std::optional<WireTrace> trace_;
-  std::optional<TracingVisa> tracingVisa_;
-  std::optional<TracingSerialDevices> tracingSerialDevices_;
+  /// Where somebody looks on, until the links are closed.
+  std::optional<lumodevice::recordings::WireTap> tap_;
+  lumodevice::toolkit::Subscription tracing_;
+  std::unique_ptr<lumodevice::io::WallClock> wallClock_;
+  std::optional<lumodevice::recordings::Recorder> recorder_;
   std::optional<lumodevice::io::VisaComOverVisa> visaCom_;
   lumodevice::platform::FolderDrive drive_;
   StagedDrive stagedDrive_;
-  std::unique_ptr<lumodevice::io::WallClock> wallClock_;
   std::unique_ptr<lumodevice::ZANCtrl> component_;
   lumodevice::toolkit::Subscription passes_;
   lumodevice::toolkit::Subscription sleeps_;

@@ -6,6 +6,7 @@
 #include "hosts/zanctl/links/link_options.hpp"
 #include "hosts/zanctl/station/watching.hpp"
 #include "lumodevice/host.hpp"
+#include "recordings/recorder.hpp"
 
 namespace zanctl {
 
@@ -36,6 +37,9 @@ struct StationOptions : LinkOptions {
   bool json = false;
   /// A file, or "-" for standard error.
   std::optional<std::string> trace;
+  /// The file of the recording that is made, and what it may take.
+  std::optional<std::string> record;
+  lumodevice::recordings::Bounds recordBounds;
 };
 
 }  // namespace zanctl

@@ -1,6 +1,7 @@
 #include "hosts/zanpanel/program/instrument.hpp"
 
 #include <algorithm>
+#include <iostream>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -14,6 +15,8 @@
 namespace zanpanel {
 
 namespace toolkit = lumodevice::toolkit;
+using lumodevice::recordings::WireAct;
+using lumodevice::recordings::WireEvent;
 
 namespace {
 
@@ -29,6 +32,20 @@ lumodevice::Host linksOf(const LinkOptions& options, toolkit::EventLoop& loop) {
                                  .driveC = options.driveC,
                                  .visaLibrary = options.visaLibrary,
                                  .ports = options.ports});
+}
+
+/// Null where nothing is to be recorded.
+std::unique_ptr<lumodevice::recordings::Recorder> recorderOf(
+    const LinkOptions& options, lumodevice::recordings::WireTap& tap,
+    const toolkit::EventLoop& loop, const lumodevice::io::WallClock& wallClock) {
+  if (options.record.empty()) {
+    return nullptr;
+  }
+  return std::make_unique<lumodevice::recordings::Recorder>(
+      tap, loop, wallClock, options.record, lumodevice::recordings::Bounds(), "zanpanel",
+      [](const std::string& why) {
+        std::cerr << "zanpanel: the recording has ended early: " << why << std::endl;
+      });
 }
 
 }  // namespace
@@ -47,7 +64,8 @@ Instrument::Instrument(const LinkOptions& options, lumodevice::InformationBox in
     : options_(options),
       machine_(lumodevice::systemHost({.loop = &loop_, .driveC = options.driveC})),
       links_(linksOf(options, loop_)),
-      tap_(links_.visa, links_.serialDevices),
+      tap_(links_.visa, links_.serialDevices, loop_),
+      wireRecorder_(recorderOf(options, tap_, loop_, machine_.wallClock)),
       visaCom_(tap_.visa()),
       load_({.loop = loop_,
              .visa = tap_.visa(),
@@ -66,13 +84,13 @@ Instrument::Instrument(const LinkOptions& options, lumodevice::InformationBox in
       monitor_(load_, loop_),
       recorder_(load_, monitor_, machine_.wallClock),
       discharge_(load_, monitor_) {
-  tapping_ = tap_.events.observe([this](WireEvent event, std::string_view bytes) {
-    if (event == WireEvent::Sent) {
-      monitor_.sent(bytes);
-    } else if (event == WireEvent::Received) {
-      monitor_.received(bytes);
-    } else if (event == WireEvent::Opened) {
-      opened_ = bytes;
+  tapping_ = tap_.events.observe([this](const WireEvent& event) {
+    if (event.act == WireAct::Sending) {
+      monitor_.sent(event.bytes);
+    } else if (event.act == WireAct::Received && !event.bytes.empty()) {
+      monitor_.received(event.bytes);
+    } else if (event.act == WireAct::Open && event.link != 0) {
+      opened_ = event.name;
     }
   });
   watching_ =

@@ -1,16 +1,18 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "hosts/zanpanel/discharge/discharge.hpp"
-#include "hosts/zanpanel/links/wire_tap.hpp"
 #include "hosts/zanpanel/program/options.hpp"
 #include "hosts/zanpanel/readings/monitor.hpp"
 #include "hosts/zanpanel/recording/recorder.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/qt/qt_loop.hpp"
 #include "lumodevice/zan_ctrl.hpp"
+#include "recordings/recorder.hpp"
+#include "recordings/wire_tap.hpp"
 
 namespace zanpanel {
 
@@ -42,8 +44,9 @@ class CountingLoop : public lumodevice::qt::QtLoop {
 /// A component with its links and all that is kept of it, without a window.
 class Instrument {
  public:
-  /// Opens nothing. Throws lumodevice::io::IoFault for a VISA library that cannot be loaded and
-  /// std::invalid_argument for sources that cannot be.
+  /// Opens nothing. Throws lumodevice::io::IoFault for a VISA library that cannot be loaded,
+  /// std::invalid_argument for sources that cannot be and lumodevice::recordings::WriteFault for a
+  /// recording that cannot be made.
   Instrument(const LinkOptions& options, lumodevice::InformationBox informationBox);
   Instrument(const Instrument&) = delete;
   Instrument& operator=(const Instrument&) = delete;
@@ -53,7 +56,7 @@ class Instrument {
   [[nodiscard]] Monitor& monitor() { return monitor_; }
   [[nodiscard]] Recorder& recorder() { return recorder_; }
   [[nodiscard]] Discharge& discharge() { return discharge_; }
-  [[nodiscard]] WireTap& wire() { return tap_; }
+  [[nodiscard]] lumodevice::recordings::WireTap& wire() { return tap_; }
   [[nodiscard]] const lumodevice::toolkit::EventLoop& loop() const { return loop_; }
   [[nodiscard]] const lumodevice::io::WallClock& wallClock() const { return machine_.wallClock; }
   [[nodiscard]] lumodevice::io::Drive& drive() { return links_.drive; }
@@ -86,7 +89,8 @@ class Instrument {
   /// The machine's clock is the real one, also for a simulated instrument.
   lumodevice::Host machine_;
   lumodevice::Host links_;
-  WireTap tap_;
+  lumodevice::recordings::WireTap tap_;
+  std::unique_ptr<lumodevice::recordings::Recorder> wireRecorder_;
   lumodevice::io::VisaComOverVisa visaCom_;
   lumodevice::ZANCtrl load_;
   Monitor monitor_;

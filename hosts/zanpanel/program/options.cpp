@@ -90,6 +90,8 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
       "What hangs on a channel of the simulated instrument: CHANNEL=VOLTS,OHMS or, a battery, "
       "CHANNEL=VOLTS,OHMS,AMPEREHOURS (repeatable)",
       "TEXT");
+  const QCommandLineOption record(
+      "record", "Record all that goes over the links, for zanctl --replay", "FILE");
   const QCommandLineOption connect("connect", "Search for an instrument at once");
   const QCommandLineOption palette("palette", "Colours: system, light, dark", "NAME", "system");
   const QCommandLineOption screenshot("screenshot", "Save a picture of the window and exit",
@@ -99,8 +101,8 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
       "load");
   const QCommandLineOption size("size", "Size of the window in pixels", "WIDTHxHEIGHT");
   const QCommandLineOption forgetful("forgetful", "Neither use nor change what is remembered");
-  parser.addOptions({help, version, simulate, link, resource, library, port, drive, source, connect,
-                     palette, screenshot, scene, size, forgetful});
+  parser.addOptions({help, version, simulate, link, resource, library, port, drive, source, record,
+                     connect, palette, screenshot, scene, size, forgetful});
 
   if (!parser.parse(arguments)) {
     wrong(parser.errorText());
@@ -125,6 +127,7 @@ std::optional<Options> parseOptions(const QStringList& arguments, QString& told)
   links.visaLibrary = parser.value(library).toStdString();
   links.ports = portsIn(parser.values(port));
   links.driveC = parser.value(drive).toStdString();
+  links.record = parser.value(record).toStdString();
   for (const QString& text : parser.values(source)) {
     links.sources.push_back(text.toStdString());
   }

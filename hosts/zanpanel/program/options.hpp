@@ -30,6 +30,8 @@ struct LinkOptions {
   std::string driveC = {};
   /// What hangs on the channels of the simulated instrument.
   std::vector<std::string> sources = {};
+  /// The file in which all that goes over the links is recorded; "" for none.
+  std::string record = {};
 };
 
 /// What the command line asks for.

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
-#include <memory>
-#include <stdexcept>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,13 +10,12 @@
 
 #include "hosts/zanpanel/recording/row.hpp"
 #include "lumodevice/io/clock.hpp"
+#include "recordings/line_file.hpp"
 
 namespace zanpanel {
 
 /// A recording that cannot go on; the text says why. The rows so far are in the file, whole.
-struct RecordingFault : std::runtime_error {
-  using runtime_error::runtime_error;
-};
+using RecordingFault = lumodevice::recordings::WriteFault;
 
 /// What the head of a recording tells: "Instrument", "Channel", the settings.
 using Head = std::vector<std::pair<std::string, std::string>>;
@@ -34,7 +31,7 @@ using Head = std::vector<std::pair<std::string, std::string>>;
 class CsvRecording {
  public:
   /// Makes the file, which must not be there yet. Throws RecordingFault.
-  CsvRecording(std::filesystem::path file, const Head& head);
+  CsvRecording(const std::filesystem::path& file, const Head& head);
 
   /// Throw RecordingFault; nothing can be written any more then.
   void row(const lumodevice::io::LocalTime& time, std::string_view channel, const Row& row,
@@ -43,22 +40,16 @@ class CsvRecording {
   void event(const lumodevice::io::LocalTime& time, std::string_view channel, std::string_view what,
              std::string_view note);
 
-  [[nodiscard]] const std::filesystem::path& file() const { return file_; }
+  [[nodiscard]] const std::filesystem::path& file() const { return path_; }
   [[nodiscard]] std::uint64_t rows() const { return rows_; }
 
  private:
-  struct Close {
-    void operator()(std::FILE* file) const { (void)std::fclose(file); }
-  };
-  void write(const std::string& text);
+  void write(const std::string& line);
 
-  std::filesystem::path file_;
-  std::unique_ptr<std::FILE, Close> open_;
-  std::uintmax_t size_ = 0;
+  std::filesystem::path path_;
+  /// None after one that could not be written.
+  std::optional<lumodevice::recordings::LineFile> file_;
   std::uint64_t rows_ = 0;
 };
-
-/// ISO 8601 with milliseconds and the distance from UTC.
-[[nodiscard]] std::string timeStamp(const lumodevice::io::LocalTime& time);
 
 }  // namespace zanpanel

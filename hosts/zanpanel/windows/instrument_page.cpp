@@ -31,6 +31,9 @@
 
 namespace zanpanel {
 
+using lumodevice::recordings::WireAct;
+using lumodevice::recordings::WireEvent;
+
 namespace {
 
 constexpr int kLookEvery = 250;  // milliseconds
@@ -53,6 +56,24 @@ QString clock() {
 bool isRotation(std::string_view line) {
   return std::any_of(kRotation.begin(), kRotation.end(),
                      [&](std::string_view query) { return line.starts_with(query); });
+}
+
+/// How an event begins that the page of the wire shows; null for one that it does not.
+const char* shownName(const WireEvent& event) {
+  switch (event.act) {
+    case WireAct::Open:
+      return event.link != 0 ? "open " : nullptr;
+    case WireAct::Close:
+      return "close";
+    case WireAct::Sending:
+      return "send ";
+    case WireAct::Received:
+      return event.bytes.empty() ? nullptr : "recv ";
+    case WireAct::Dropped:
+      return "drop ";
+    default:
+      return nullptr;
+  }
 }
 
 }  // namespace
@@ -225,8 +246,8 @@ void InstrumentPage::makeStatus(QWidget& line) {
 
 void InstrumentPage::watchInstrument() {
   Monitor& monitor = instrument_->monitor();
-  watching_.push_back(instrument_->wire().events.observe(
-      [this](WireEvent event, std::string_view bytes) { wireEvent(event, bytes); }));
+  watching_.push_back(
+      instrument_->wire().events.observe([this](const WireEvent& event) { wireEvent(event); }));
   watching_.push_back(monitor.errors.observe(
       [this](const std::string& entry) { errors_->add(clock() + "  " + oneLine(entry, 200)); }));
   watching_.push_back(instrument_->load().observeHeldBack([this](const std::string& command) {
@@ -252,16 +273,19 @@ void InstrumentPage::watchInstrument() {
   }));
 }
 
-void InstrumentPage::wireEvent(WireEvent event, std::string_view bytes) {
-  static constexpr std::array kNames{"open ", "close", "send ", "recv ", "drop "};
-  const bool name = event == WireEvent::Opened || event == WireEvent::Closed;
-  wire_->add(clock() + "  " + kNames.at(static_cast<std::size_t>(event)) + ' ' +
-             (name ? oneLine(std::string(bytes), 200) : shownBytes(bytes)));
-  if (event == WireEvent::Sent && !isRotation(bytes)) {
-    commands_->add(clock() + "  " + oneLine(std::string(bytes.substr(0, 200)), 200));
+void InstrumentPage::wireEvent(const WireEvent& event) {
+  const char* const name = shownName(event);
+  if (name == nullptr) {
+    return;
   }
-  if (event == WireEvent::Received) {
-    transfers_.received(bytes);
+  const bool named = event.act == WireAct::Open || event.act == WireAct::Close;
+  wire_->add(clock() + "  " + name + ' ' +
+             (named ? oneLine(std::string(event.name), 200) : shownBytes(event.bytes)));
+  if (event.act == WireAct::Sending && !isRotation(event.bytes)) {
+    commands_->add(clock() + "  " + oneLine(std::string(event.bytes.substr(0, 200)), 200));
+  }
+  if (event.act == WireAct::Received) {
+    transfers_.received(event.bytes);
   }
 }
 

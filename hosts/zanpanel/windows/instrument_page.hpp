@@ -74,7 +74,7 @@ class InstrumentPage : public QWidget {
   void toggleRecording(bool on);
   void setMark();
   [[nodiscard]] QString newRecording() const;
-  void wireEvent(WireEvent event, std::string_view bytes);
+  void wireEvent(const lumodevice::recordings::WireEvent& event);
 
   Memory& memory_;
   std::unique_ptr<Instrument> instrument_;

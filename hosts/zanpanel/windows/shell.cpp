@@ -190,6 +190,8 @@ void Shell::makeMenus() {
     LinkOptions options = desk_.options().links;
     options.simulate = false;
     options.sources.clear();
+    // The recording is of the instrument that the program began with.
+    options.record.clear();
     desk_.open(*this, options);
   });
   add(file, tr("New &simulated instrument"), QKeySequence("Ctrl+Shift+N"),

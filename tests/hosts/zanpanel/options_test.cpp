@@ -20,11 +20,12 @@ std::string mistake(const QStringList& words) {
 }
 
 TEST(PanelOptions, areThoseOfTheTerminalHost) {
-  const auto options = parse({"--visa-library", "/lib/visa.so", "--port", "COM3=/dev/ttyUSB0",
-                              "--drive-c", "/tmp/c", "--link", "serial"});
+  const auto options = parse({"--record", "a.rec", "--visa-library", "/lib/visa.so", "--port",
+                              "COM3=/dev/ttyUSB0", "--drive-c", "/tmp/c", "--link", "serial"});
   EXPECT_EQ(options->links.visaLibrary, "/lib/visa.so");
   EXPECT_EQ(options->links.ports, (std::map<int, std::string>{{3, "/dev/ttyUSB0"}}));
   EXPECT_EQ(options->links.driveC, "/tmp/c");
+  EXPECT_EQ(options->links.record, "a.rec");
   EXPECT_EQ(options->links.link, Link::Serial);
   EXPECT_FALSE(options->links.simulate);
 }

@@ -7,6 +7,8 @@
 namespace zanpanel {
 
 namespace toolkit = lumodevice::toolkit;
+using lumodevice::recordings::WireAct;
+using lumodevice::recordings::WireEvent;
 using namespace lumodevice::io;
 
 ViStatus Unpluggable::viRead(ViSession instrument, std::span<char> buffer, std::uint32_t& count) {
@@ -31,7 +33,7 @@ SimulatedLoad::SimulatedLoad(const std::vector<std::string>& sources)
                                        .sources = sources,
                                        .informationBox = [](std::string_view) {}})),
       cable(ready.visa),
-      tap(cable, ready.serialDevices),
+      tap(cable, ready.serialDevices, ready.loop),
       visaCom(tap.visa()),
       load({.loop = ready.loop,
             .visa = tap.visa(),
@@ -43,12 +45,12 @@ SimulatedLoad::SimulatedLoad(const std::vector<std::string>& sources)
             .exchanges = lumodevice::Exchanges::InTurn,
             .owned = ready.owned}),
       monitor(load, ready.loop) {
-  tapping_ = tap.events.observe([this](WireEvent event, std::string_view bytes) {
-    if (event == WireEvent::Sent) {
-      sent += bytes;
-      monitor.sent(bytes);
-    } else if (event == WireEvent::Received) {
-      monitor.received(bytes);
+  tapping_ = tap.events.observe([this](const WireEvent& event) {
+    if (event.act == WireAct::Sending) {
+      sent += event.bytes;
+      monitor.sent(event.bytes);
+    } else if (event.act == WireAct::Received && !event.bytes.empty()) {
+      monitor.received(event.bytes);
     }
   });
 }

@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "hosts/zanpanel/links/wire_tap.hpp"
 #include "hosts/zanpanel/readings/monitor.hpp"
 #include "lumodevice/io/visa_com_over_visa.hpp"
 #include "lumodevice/simulated_host.hpp"
 #include "lumodevice/toolkit/controls.hpp"
+#include "recordings/wire_tap.hpp"
 #include "tests/platform/temporary_folder.hpp"
 
 namespace zanpanel {
@@ -49,7 +49,7 @@ class SimulatedLoad {
   lumodevice::posix::TemporaryFolder folder;
   lumodevice::Host ready;
   Unpluggable cable;
-  WireTap tap;
+  lumodevice::recordings::WireTap tap;
   lumodevice::io::VisaComOverVisa visaCom;
   lumodevice::ZANCtrl load;
   Monitor monitor;

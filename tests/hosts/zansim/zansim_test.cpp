@@ -133,6 +133,34 @@ TEST_F(Zansim, aStateThatCannotBeKeptIsToldAndTheInstrumentGoesOn) {
   EXPECT_EQ(program.end(SIGTERM), 0);
 }
 
+TEST_F(Zansim, aRecordingIsPlayedBackAndWhatItHasNotIsTold) {
+  const std::string file = folder_ + "/bench.rec";
+  std::ofstream(file) << "# LumoDevice wire recording 1\n"
+                         "0.000000 +0.000000 v open 1 ok 1 1 \"USB0::X::INSTR\" \"\"\n"
+                         "1.000000 +0.000000 v send 1 ok 6 \"*IDN?\\r\"\n"
+                         "1.000000 +20.000000 v recv 1 ok 80 \"A ZAN of then\\n\"\n"
+                         "30.000000 +0.000000 v send 1 ok 9 \":SET #12\\n\\n\\n\"\n"
+                         "31.000000 +0.000000 v send 1 ok 6 \"VOLT?\\n\"\n"
+                         "31.000000 +1.000000 v recv 1 ok 80 \"11.5\\n\"\n";
+  Program program({"--tcp", "0", "--replay", file});
+  const std::string place = program.line();
+  const Descriptor socket = connectTo(place);
+  EXPECT_EQ(ask(socket.get(), "*IDN?\r\n"), "A ZAN of then");
+  EXPECT_EQ(ask(socket.get(), ":SET #12\n\n\nVOLT?\n"), "11.5");
+  ASSERT_EQ(::write(socket.get(), "*RST\n", 5), 5);
+  EXPECT_THAT(program.errorLine(), EndsWith("bench.rec: expected nothing more, the recording ends "
+                                            "here, came \"*RST\\n\""));
+  // Another host finds it from the beginning.
+  EXPECT_EQ(ask(connectTo(place).get(), "*IDN?\n"), "A ZAN of then");
+  EXPECT_EQ(program.end(SIGTERM), 1);
+}
+
+TEST_F(Zansim, aRecordingIsNotSimulated) {
+  Program program({"--tcp", "0", "--replay", folder_ + "/bench.rec", "--slots", "2030"});
+  EXPECT_THAT(program.errorLine(), HasSubstr("--replay plays a recording back"));
+  EXPECT_EQ(program.end(), 2);
+}
+
 /// Seconds of processor time that a process has used.
 double processorTime(pid_t process) {
   std::ifstream file("/proc/" + std::to_string(process) + "/stat");

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <utility>
 
-#include "hosts/zanctl/links/tracing_links.hpp"
 #include "tests/hosts/zanctl/output/text_output.hpp"
 
 namespace zanctl {
@@ -13,6 +12,8 @@ namespace {
 
 using namespace lumodevice::io;
 using namespace std::chrono_literals;
+using lumodevice::recordings::WireAct;
+using lumodevice::recordings::WireTap;
 
 TEST(QuotedBytes, upToSixtyFourBytesAreShownWhole) {
   EXPECT_EQ(quotedBytes(""), "\"\"");
@@ -51,18 +52,30 @@ class Trace : public testing::Test {
   TextOutput output;
   lumodevice::toolkit::VirtualLoop loop;
   WireTrace trace{output, loop};
+
+  /// What the trace is told through a tap.
+  void follow(lumodevice::recordings::WireTap& tap) {
+    following_ = tap.events.observe(
+        [this](const lumodevice::recordings::WireEvent& event) { trace.take(event); });
+  }
+  void told(WireAct act, std::string_view name, std::string_view bytes) {
+    trace.take({.act = act, .link = 1, .name = name, .bytes = bytes});
+  }
+
+ private:
+  lumodevice::toolkit::Subscription following_;
 };
 
 TEST_F(Trace, everyEventIsALineWithTheTimeInMilliseconds) {
-  trace.opened("USB0::0x1::INSTR");
+  told(WireAct::Open, "USB0::0x1::INSTR", "");
   loop.idle(1500us);
-  trace.sent("*IDN?\r");
+  told(WireAct::Sending, "", "*IDN?\r");
   loop.idle(1s);
-  trace.received("ZAN\n");
+  told(WireAct::Received, "", "ZAN\n");
   trace.slept(200);
   trace.showedBox("No \"answer\"");
   loop.idle(999ns);
-  trace.closed("COM3");
+  told(WireAct::Close, "COM3", "");
   EXPECT_EQ(output.text(),
             "0.000 open USB0::0x1::INSTR\n"
             "1.500 send \"*IDN?\\r\"\n"
@@ -126,10 +139,38 @@ class ListedVisa : public Visa {
   }
 };
 
+class ListedSerialDevices : public SerialDevices {
+ public:
+  std::deque<std::string> answers;
+
+  [[nodiscard]] std::unique_ptr<SerialLine> open(int port, const SerialSettings&) override {
+    class Line : public SerialLine {
+     public:
+      explicit Line(std::deque<std::string>& answers) : answers_(answers) {}
+      void configure(const SerialSettings&) override {}
+      void write(std::string_view) override {}
+      void receive(std::string& queue) override {
+        queue += answers_.front();
+        answers_.pop_front();
+      }
+
+     private:
+      std::deque<std::string>& answers_;
+    };
+    if (port != 3) {
+      throw SerialFault(kSerialInvalidPort, "no such port");
+    }
+    return std::make_unique<Line>(answers);
+  }
+};
+
 class TracedVisa : public Trace {
  protected:
   ListedVisa inner;
-  TracingVisa visa{inner, trace};
+  ListedSerialDevices noDevices;
+  WireTap tap{inner, noDevices, loop};
+  Visa& visa = tap.visa();
+  TracedVisa() { follow(tap); }
   ViSession session = 0;
 };
 
@@ -191,35 +232,13 @@ TEST_F(TracedVisa, whatIsDroppedIsALineAndNothingDroppedIsNone) {
   EXPECT_EQ(output.text(), "0.000 drop \"late\\n\"\n");
 }
 
-class ListedSerialDevices : public SerialDevices {
- public:
-  std::deque<std::string> answers;
-
-  [[nodiscard]] std::unique_ptr<SerialLine> open(int port, const SerialSettings&) override {
-    class Line : public SerialLine {
-     public:
-      explicit Line(std::deque<std::string>& answers) : answers_(answers) {}
-      void configure(const SerialSettings&) override {}
-      void write(std::string_view) override {}
-      void receive(std::string& queue) override {
-        queue += answers_.front();
-        answers_.pop_front();
-      }
-
-     private:
-      std::deque<std::string>& answers_;
-    };
-    if (port != 3) {
-      throw SerialFault(kSerialInvalidPort, "no such port");
-    }
-    return std::make_unique<Line>(answers);
-  }
-};
-
 TEST_F(Trace, ofASerialLineHasNoLineForAPollThatBroughtNothing) {
   ListedSerialDevices inner;
   inner.answers = {"", "1.", "5\n", ""};
-  TracingSerialDevices devices(inner, trace);
+  ListedVisa noVisa;
+  WireTap tap(noVisa, inner, loop);
+  SerialDevices& devices = tap.serialDevices();
+  follow(tap);
   {
     const auto line = devices.open(3, {});
     line->write("VOLT?\n");
@@ -240,7 +259,10 @@ TEST_F(Trace, ofASerialLineHasNoLineForAPollThatBroughtNothing) {
 
 TEST_F(Trace, ofAPortThatCannotBeOpenedHasNoLine) {
   ListedSerialDevices inner;
-  TracingSerialDevices devices(inner, trace);
+  ListedVisa noVisa;
+  WireTap tap(noVisa, inner, loop);
+  SerialDevices& devices = tap.serialDevices();
+  follow(tap);
   EXPECT_THROW((void)devices.open(4, {}), SerialFault);
   EXPECT_EQ(output.text(), "");
 }
