@@ -82,18 +82,34 @@ Bench::Bench(const Options& options, lumodevice::SimulatedOptions simulated)
   build(options, lumodevice::simulatedHost(simulated));
 }
 
+Bench::Bench(const Options& options, Replay replay)
+    : home_(thisThread()),
+      virtualTime_(options.virtualTime),
+      loop_(makeLoop(options.virtualTime, lookout_)) {
+  replay.options.loop = loop_.get();
+  replay.options.informationBox = boxOf(options);
+  if (options.mistaken) {
+    replay.options.mistaken = [told = options.mistaken](const std::string& text) {
+      call(told, [&] { return py::make_tuple(toPython(text)); });
+    };
+  }
+  build(options, lumodevice::replayedHost(replay.file, replay.options));
+}
+
 Bench::~Bench() {
   const py::gil_scoped_release free;
   leftBehind_.clear();
 }
 
 void Bench::build(const Options& options, const lumodevice::Host& ready) {
+  const lumodevice::Host kept =
+      options.record.empty() ? ready : lumodevice::recorded(ready, options.record);
   if (options.trace.empty()) {
-    host_.emplace(ready);
+    host_.emplace(kept);
     return;
   }
-  trace_ = std::make_unique<Trace>(options.trace, ready);
-  host_.emplace(trace_->around(ready));
+  trace_ = std::make_unique<Trace>(options.trace, kept);
+  host_.emplace(trace_->around(kept));
 }
 
 /// Without a callable it is the host's own, a line on standard error.

@@ -15,6 +15,7 @@
 
 #include "bindings/python/core/held_callable.hpp"
 #include "bindings/python/core/interruptible_loop.hpp"
+#include "lumodevice/recorded_host.hpp"
 #include "lumodevice/simulated_host.hpp"
 #include "lumodevice/system_host.hpp"
 #include "lumodevice/zan_ctrl.hpp"
@@ -36,11 +37,19 @@ class Bench {
   struct Options {
     bool virtualTime = false;
     std::string trace;
+    std::string record;
     HeldCallable informationBox;
+    HeldCallable mistaken;
   };
 
   Bench(const Options& options, lumodevice::SystemOptions system);
   Bench(const Options& options, lumodevice::SimulatedOptions simulated);
+  /// The instruments of a recording.
+  struct Replay {
+    std::string file;
+    lumodevice::ReplayOptions options;
+  };
+  Bench(const Options& options, Replay replay);
   ~Bench();
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;

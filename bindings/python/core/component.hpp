@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <pybind11/pybind11.h>
 #include <stdexcept>
@@ -10,28 +11,33 @@
 
 namespace lumopython {
 
-/// The host as Python has it. It holds the callable of the information box.
+/// The host as Python has it. It holds the callables of the information box and the like.
 class PyHost {
  public:
   template <typename NativeOptions>
   PyHost(const Bench::Options& options, NativeOptions native)
-      : box_(options.informationBox), bench_(std::make_shared<Bench>(options, std::move(native))) {}
+      : callables_{options.informationBox, options.mistaken},
+        bench_(std::make_shared<Bench>(options, std::move(native))) {}
 
   [[nodiscard]] const std::shared_ptr<Bench>& bench() const { return bench_; }
 
   void visited(const auto& visit) const {
-    if (box_) {
-      visit(*box_);
+    for (const HeldCallable& callable : callables_) {
+      if (callable) {
+        visit(*callable);
+      }
     }
   }
   void clear() const {
-    if (box_) {
-      *box_ = pybind11::none();
+    for (const HeldCallable& callable : callables_) {
+      if (callable) {
+        *callable = pybind11::none();
+      }
     }
   }
 
  private:
-  HeldCallable box_;
+  std::array<HeldCallable, 2> callables_;
   std::shared_ptr<Bench> bench_;
 };
 

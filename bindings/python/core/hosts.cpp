@@ -36,10 +36,17 @@ class Hold {
 /// What fits into the nanoseconds of a loop with room to spare: some 30 years.
 constexpr double kLongestRun = 1e9;
 
-Bench::Options optionsOf(bool virtualTime, const std::string& trace, const py::object& box) {
+HeldCallable held(const py::object& callable) {
+  return callable.is_none() ? nullptr : hold(callable);
+}
+
+Bench::Options optionsOf(bool virtualTime, const std::string& trace, const std::string& record,
+                         const py::object& box, const py::object& mistaken = py::none()) {
   return {.virtualTime = virtualTime,
           .trace = trace,
-          .informationBox = box.is_none() ? nullptr : hold(box)};
+          .record = record,
+          .informationBox = held(box),
+          .mistaken = held(mistaken)};
 }
 
 lumodevice::Exchanges exchangesOf(bool interleaved) {
@@ -50,8 +57,9 @@ std::unique_ptr<PyHost> systemHost(const std::string& address, const std::string
                                    const std::string& visaLibrary,
                                    const std::map<int, std::string>& ports,
                                    const py::object& informationBox, bool interleaved,
-                                   bool observing, const std::string& trace) {
-  return std::make_unique<PyHost>(optionsOf(false, trace, informationBox),
+                                   bool observing, const std::string& trace,
+                                   const std::string& record) {
+  return std::make_unique<PyHost>(optionsOf(false, trace, record, informationBox),
                                   lumodevice::SystemOptions{.driveC = driveC,
                                                             .visaLibrary = visaLibrary,
                                                             .ports = ports,
@@ -66,9 +74,10 @@ std::unique_ptr<PyHost> simulatedHost(bool virtualTime, const std::string& addre
                                       const std::string& serialNumber,
                                       const std::vector<std::string>& latencies,
                                       bool numberedReadings, const py::object& informationBox,
-                                      bool interleaved, bool observing, const std::string& trace) {
+                                      bool interleaved, bool observing, const std::string& trace,
+                                      const std::string& record) {
   return std::make_unique<PyHost>(
-      optionsOf(virtualTime, trace, informationBox),
+      optionsOf(virtualTime, trace, record, informationBox),
       lumodevice::SimulatedOptions{.driveC = driveC,
                                    .modules = modules,
                                    .sources = sources,
@@ -78,6 +87,18 @@ std::unique_ptr<PyHost> simulatedHost(bool virtualTime, const std::string& addre
                                    .exchanges = exchangesOf(interleaved),
                                    .observing = observing,
                                    .address = address});
+}
+
+std::unique_ptr<PyHost> replayedHost(const std::string& file, bool virtualTime,
+                                     const std::string& address, const std::string& driveC,
+                                     const py::object& mistaken, const py::object& informationBox,
+                                     bool interleaved, bool observing, const std::string& trace) {
+  return std::make_unique<PyHost>(optionsOf(virtualTime, trace, "", informationBox, mistaken),
+                                  Bench::Replay{.file = file,
+                                                .options = {.driveC = driveC,
+                                                            .exchanges = exchangesOf(interleaved),
+                                                            .observing = observing,
+                                                            .address = address}});
 }
 
 void runFor(const PyHost& host, double seconds) {
@@ -146,9 +167,9 @@ void bindHosts(py::module_& module) {
       "system_host", &systemHost, py::arg("address") = "", py::kw_only(), py::arg("drive_c") = "",
       py::arg("visa_library") = "", py::arg("ports") = std::map<int, std::string>(),
       py::arg("information_box") = py::none(), py::arg("interleaved") = false,
-      py::arg("observing") = false, py::arg("trace") = "",
+      py::arg("observing") = false, py::arg("trace") = "", py::arg("record") = "",
       "system_host(address='', *, drive_c='', visa_library='', ports={}, information_box=None, "
-      "interleaved=False, observing=False, trace='')\n--\n\n"
+      "interleaved=False, observing=False, trace='', record='')\n--\n\n"
       "The host of a program that operates real instruments. Opens nothing.\n\n"
       "address: what AutoConnect connects to; '' searches\n"
       "drive_c: the folder that is drive C:\n"
@@ -157,17 +178,18 @@ void bindHosts(py::module_& module) {
       "information_box: is called with the text of each box; None prints it on standard error\n"
       "interleaved: exchanges as hosts of the old way know them, instead of in turn\n"
       "observing: nothing is sent but queries and the choice of a channel\n"
-      "trace: the file that takes down what goes over the links");
+      "trace: the file that takes down what goes over the links, for people\n"
+      "record: the file of a recording, which replayed_host() plays back");
   module.def(
       "simulated_host", &simulatedHost, py::kw_only(), py::arg("virtual_time") = false,
       py::arg("address") = "", py::arg("drive_c") = "", py::arg("modules") = "",
       py::arg("sources") = std::vector<std::string>(), py::arg("serial_number") = "SIM00001",
       py::arg("latencies") = std::vector<std::string>(), py::arg("numbered_readings") = false,
       py::arg("information_box") = py::none(), py::arg("interleaved") = false,
-      py::arg("observing") = false, py::arg("trace") = "",
+      py::arg("observing") = false, py::arg("trace") = "", py::arg("record") = "",
       "simulated_host(*, virtual_time=False, address='', drive_c='', modules='', sources=[], "
       "serial_number='SIM00001', latencies=[], numbered_readings=False, information_box=None, "
-      "interleaved=False, observing=False, trace='')\n--\n\n"
+      "interleaved=False, observing=False, trace='', record='')\n--\n\n"
       "A bench with one simulated instrument, behind VISA, VISA COM and COM3.\n\n"
       "virtual_time: the clock jumps instead of waiting\n"
       "modules: what is in the slots, as in '2021L,2021R,0,2040'\n"
@@ -175,6 +197,16 @@ void bindHosts(py::module_& module) {
       "latencies: how late answers come, each 'MS', 'A-B' or ':FETC:VOLT?=MS'\n"
       "numbered_readings: readings tell what was asked\n"
       "The others are those of system_host.");
+  module.def("replayed_host", &replayedHost, py::arg("file"), py::kw_only(),
+             py::arg("virtual_time") = false, py::arg("address") = "", py::arg("drive_c") = "",
+             py::arg("mistaken") = py::none(), py::arg("information_box") = py::none(),
+             py::arg("interleaved") = false, py::arg("observing") = false, py::arg("trace") = "",
+             "replayed_host(file, *, virtual_time=False, address='', drive_c='', mistaken=None, "
+             "information_box=None, interleaved=False, observing=False, trace='')\n--\n\n"
+             "The instruments of a recording in the place of real ones, each as it answered.\n\n"
+             "virtual_time: the clock jumps instead of waiting\n"
+             "mistaken: is called with what was asked that the recording has not; None prints it\n"
+             "The others are those of system_host.");
 }
 
 }  // namespace lumopython

@@ -35,6 +35,7 @@ from ._lumodevice import (
     Subscription,
     Surface,
     ZANCtrl,
+    replayed_host,
     simulated_host,
     system_host,
 )
@@ -86,6 +87,7 @@ __all__ = [
     "ZANCtrl",
     "connect",
     "connect_async",
+    "replayed_host",
     "simulated_host",
     "system_host",
 ]

@@ -46,6 +46,7 @@ def system_host(
     interleaved: bool = False,
     observing: bool = False,
     trace: str = "",
+    record: str = "",
 ) -> Host: ...
 def simulated_host(
     *,
@@ -57,6 +58,19 @@ def simulated_host(
     serial_number: str = "SIM00001",
     latencies: Sequence[str] = ...,
     numbered_readings: bool = False,
+    information_box: Callable[[str], object] | None = None,
+    interleaved: bool = False,
+    observing: bool = False,
+    trace: str = "",
+    record: str = "",
+) -> Host: ...
+def replayed_host(
+    file: str,
+    *,
+    virtual_time: bool = False,
+    address: str = "",
+    drive_c: str = "",
+    mistaken: Callable[[str], object] | None = None,
     information_box: Callable[[str], object] | None = None,
     interleaved: bool = False,
     observing: bool = False,
