@@ -190,7 +190,7 @@ std::size_t wireSize(const Block& block) {
 }
 
 void compareBlocks(const Block& block, std::uint16_t port) {
-  posix::BuiltinVisa visa;
+  platform::BuiltinVisa visa;
   io::VisaComOverVisa com(visa);
   const auto formatted = com.createFormattedIO488();
   formatted->setIO(com.createResourceManager()->Open(

@@ -58,7 +58,7 @@ void select(bench::Component& component) {
 /// The lines that the selection of a channel sends.
 std::vector<std::string> linesOfASelection(std::uint16_t port) {
   toolkit::RealTimeLoop loop;
-  posix::BuiltinVisa visa;
+  platform::BuiltinVisa visa;
   RecordingVisa recording(visa);
   bench::Component component(loop, &recording);
   component.control<toolkit::TextBox>("Text5").setText("0");

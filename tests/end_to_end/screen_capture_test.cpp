@@ -180,7 +180,7 @@ TEST_F(SimulatedScreen, ComesOverASlowLine) {
 TEST(CapturedScreen, ComesThroughASocket) {
   LoadOnSocket load;
   support::ScaledLoop loop;
-  posix::BuiltinVisa visa;
+  platform::BuiltinVisa visa;
   posix::TermiosDevices devices{{{1, "/nowhere"}}};
   RealPanel panel(loop, visa, devices);
   panel.click("optVisa2");

@@ -66,7 +66,7 @@ TEST(TwoComponents, onePortIsNotSharedByTwo) {
   LoadOnTerminal load(loop, link);
   load.plug();
   loop.meanwhile = [&](support::ScaledLoop::Duration span) { load.serve(span); };
-  posix::BuiltinVisa visa;
+  platform::BuiltinVisa visa;
   posix::TermiosDevices devices({{2, link}});
   RealPanel first(loop, visa, devices);
   RealPanel second(loop, visa, devices);
