@@ -9,7 +9,7 @@ import sys
 import sources
 
 ALWAYS = ("lumodevice/", "platform/")
-# Each takes a quarter of a minute, and a run of continuous integration has few of these.
+# Each takes a quarter of a minute: what is looked at between two commits must not take long.
 MOST_NEW = 12
 
 
